@@ -1,0 +1,27 @@
+#include "base/record_text.h"
+
+namespace corvalence::base {
+
+std::vector<std::string_view> splitFields(std::string_view line) {
+    std::vector<std::string_view> fields;
+    while (!line.empty()) {
+        const std::size_t end = line.find(kSeparator);
+        fields.push_back(line.substr(0, end));
+        if (end == std::string_view::npos) break;
+        line.remove_prefix(end + 1);
+    }
+    return fields;
+}
+
+bool isRecordPath(std::string_view path) noexcept {
+    constexpr std::string_view kForbidden("\x7F\n\r\0", 4);
+    return !path.empty() && path.size() <= kPathLimit && path.find_first_of(kForbidden) == std::string_view::npos;
+}
+
+std::string_view withoutLineEnd(std::string_view line) noexcept {
+    if (!line.empty() && line.back() == '\n') line.remove_suffix(1);
+    if (!line.empty() && line.back() == '\r') line.remove_suffix(1);
+    return line;
+}
+
+}  // namespace corvalence::base

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+#include <vector>
+
+#include "platform/file_system.h"
+
+namespace corvalence::platform {
+
+/// Reads the lines of an open file in large blocks, from its present position.
+class LineReader {
+  public:
+    /// Lines longer than `limit` bytes, their end included, come in pieces of that length.
+    explicit LineReader(File& file, std::size_t limit = 600);
+
+    /// The next line with its line feed (the last may lack it); false at the end. The view holds until the
+    /// next call. Bytes are taken as they come, zeros included.
+    bool next(std::string_view& line);
+
+    /// Offset in the file of the first byte behind the last line given, counted from where reading began.
+    std::uint64_t offset() const noexcept { return offset_; }
+
+  private:
+    bool fill();
+
+    File& file_;
+    std::size_t limit_;
+    std::vector<std::uint8_t> buffer_;
+    std::size_t begin_ = 0;
+    std::size_t end_ = 0;
+    std::uint64_t offset_ = 0;
+};
+
+}  // namespace corvalence::platform
