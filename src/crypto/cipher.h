@@ -27,7 +27,11 @@ class CipherContext {
     static constexpr int kNotInitialised = -5;
     static constexpr int kWrongDirection = -6;
 
-    CipherContext() noexcept = default;
+    /// As HashEngine::Code, for the processor's AES instructions.
+    enum class Code { Automatic, Portable, Accelerated };
+    static bool isAcceleratedAvailable() noexcept;
+
+    explicit CipherContext(Code code = Code::Automatic) noexcept;
     ~CipherContext();
     CipherContext(const CipherContext&) = delete;
     CipherContext& operator=(const CipherContext&) = delete;
@@ -45,10 +49,6 @@ class CipherContext {
     int encryptChained(const std::uint8_t* in, std::uint8_t* out, std::size_t count, Block& chain) const noexcept;
     int decryptChained(const std::uint8_t* in, std::uint8_t* out, std::size_t count, Block& chain) const noexcept;
 
-    /// As HashEngine::Code: which code the contexts initialised from then on run.
-    enum class Code { Automatic, Portable, Accelerated };
-    static bool isAcceleratedAvailable() noexcept;
-    static void select(Code code) noexcept;
 
   private:
     int state_ = 1;  // 1 until an init has succeeded

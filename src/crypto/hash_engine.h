@@ -17,7 +17,13 @@ class HashEngine {
   public:
     enum SHA_TYPE : int { SHA1 = 1, SHA224 = 2, SHA256 = 3, SHA384 = 4, SHA512 = 5 };
 
-    HashEngine() = default;
+    /// Code for the compression functions: Portable everywhere, Accelerated where the processor has SHA
+    /// instructions (for SHA-1, SHA-224 and SHA-256). Automatic picks at run time; the others are for tests and
+    /// benchmarks, and Accelerated needs isAcceleratedAvailable().
+    enum class Code { Automatic, Portable, Accelerated };
+    static bool isAcceleratedAvailable() noexcept;
+
+    explicit HashEngine(Code code = Code::Automatic) noexcept;
 
     void Init(int type);
     void Update(base::ByteView bytes);
@@ -31,12 +37,6 @@ class HashEngine {
     /// The digest bytes: 20, 28, 32, 48 or 64.
     base::ByteView rawDigest() const;
 
-    /// Code for the compression functions: Portable everywhere, Accelerated where the processor has SHA
-    /// instructions. Automatic picks at run time; the others are for tests and benchmarks. Holds for engines
-    /// initialised from then on.
-    enum class Code { Automatic, Portable, Accelerated };
-    static bool isAcceleratedAvailable() noexcept;
-    static void select(Code code) noexcept;
 };
 
 }  // namespace corvalence::crypto
