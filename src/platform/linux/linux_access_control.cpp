@@ -1,0 +1,155 @@
+#include "platform/linux/linux_access_control.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <sys/xattr.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <optional>
+#include <string_view>
+#include <vector>
+
+#include "platform/linux/descriptor.h"
+#include "platform/linux/linux_file.h"
+#include "platform/linux/pinned_path.h"
+#include "platform/linux/system_error.h"
+
+namespace corvalence::platform::linux_system {
+
+namespace {
+
+/// The kernel's own seal over a file's attributes: it makes one for each file and takes none from others.
+constexpr std::string_view kKernelSeal = "security.evm";
+
+/// What decides over access; a file system that cannot take these cannot stand in for one that has them.
+constexpr std::array<std::string_view, 2> kNeverLost = {"system.posix_acl_access", "security.capability"};
+
+const LinuxFile& linuxFile(File& file) {
+    return dynamic_cast<LinuxFile&>(file);
+}
+
+bool isNeverLost(std::string_view name) {
+    return std::find(kNeverLost.begin(), kNeverLost.end(), name) != kNeverLost.end();
+}
+
+/// Repeats a call that fills a buffer until the buffer is large enough for what may grow meanwhile. Empty
+/// with errno set where the call fails.
+template <typename Call>
+std::optional<std::string> fillBuffer(Call call) {
+    for (;;) {
+        const ssize_t needed = call(nullptr, 0);
+        if (needed < 0) return std::nullopt;
+        std::string buffer(static_cast<std::size_t>(needed), '\0');
+        if (needed == 0) return buffer;
+        const ssize_t filled = call(buffer.data(), buffer.size());
+        if (filled >= 0) {
+            buffer.resize(static_cast<std::size_t>(filled));
+            return buffer;
+        }
+        if (errno != ERANGE) return std::nullopt;
+    }
+}
+
+/// The names of a file's extended attributes, its access list among them, as `call` lists them.
+template <typename Call>
+std::vector<std::string> attributeNames(Call call, const std::string& path) {
+    const auto list = fillBuffer(call);
+    if (!list) {
+        if (errno == ENOTSUP) return {};
+        throwSystemError(path);
+    }
+    std::vector<std::string> names;
+    for (std::size_t at = 0; at < list->size();) {
+        names.emplace_back(list->c_str() + at);
+        at += names.back().size() + 1;
+    }
+    return names;
+}
+
+std::vector<std::string> namesOfSource(const Descriptor& file, const std::string& path) {
+    const std::string pinned = file.pinnedPath();
+    return attributeNames(
+        [&](char* buffer, std::size_t size) { return ::listxattr(pinned.c_str(), buffer, size); }, path);
+}
+
+std::vector<std::string> namesOfTarget(const LinuxFile& file) {
+    return attributeNames(
+        [&](char* buffer, std::size_t size) { return ::flistxattr(file.descriptor(), buffer, size); },
+        file.path());
+}
+
+void copyAttribute(const Descriptor& from, const std::string& fromPath, const LinuxFile& to,
+                   const std::string& name) {
+    const std::string pinned = from.pinnedPath();
+    const auto value = fillBuffer([&](char* buffer, std::size_t size) {
+        return ::getxattr(pinned.c_str(), name.c_str(), buffer, size);
+    });
+    if (!value) {
+        if (errno == ENODATA || errno == ENOTSUP) return;  // gone meanwhile, or only listed
+        throwSystemError(fromPath);
+    }
+    if (::fsetxattr(to.descriptor(), name.c_str(), value->data(), value->size(), 0) == 0) return;
+    if (name == kKernelSeal || (errno == ENOTSUP && !isNeverLost(name))) return;
+    throwSystemError(to.path());
+}
+
+/// Takes away what the new file inherited from its folder and the old one lacks.
+void removeOtherAttributes(const std::vector<std::string>& wanted, const LinuxFile& to) {
+    for (const std::string& name : namesOfTarget(to)) {
+        if (std::find(wanted.begin(), wanted.end(), name) != wanted.end()) continue;
+        if (::fremovexattr(to.descriptor(), name.c_str()) == 0 || errno == ENODATA) continue;
+        // Labels that the system itself puts on every file stay.
+        if (!isNeverLost(name) && (errno == ENOTSUP || errno == EPERM || errno == EACCES)) continue;
+        throwSystemError(to.path());
+    }
+}
+
+/// Sets the mode and looks whether it came about: the system drops a set-group-id bit that the caller may not
+/// give without a word.
+void setMode(const LinuxFile& file, mode_t mode) {
+    struct stat after {};
+    if (::fchmod(file.descriptor(), mode) != 0 || ::fstat(file.descriptor(), &after) != 0) {
+        throwSystemError(file.path());
+    }
+    if ((after.st_mode & ALLPERMS) != mode) throw failureOf(EPERM, file.path());
+}
+
+}  // namespace
+
+void LinuxAccessControl::copyProtection(const std::string& from, File& to) {
+    const LinuxFile& target = linuxFile(to);
+    const Descriptor source(::open(systemPath(from), O_PATH | O_CLOEXEC));
+    struct stat wanted {};
+    struct stat present {};
+    if (!source.isOpen() || ::fstat(source.number(), &wanted) != 0) throwSystemError(from);
+    if (::fstat(target.descriptor(), &present) != 0) throwSystemError(target.path());
+
+    // The owner first, since a change of owner takes capabilities and set-id bits away; the mode last, since
+    // until then only the owner may open the file.
+    if ((wanted.st_uid != present.st_uid || wanted.st_gid != present.st_gid) &&
+        ::fchown(target.descriptor(), wanted.st_uid, wanted.st_gid) != 0) {
+        throwSystemError(target.path());
+    }
+    const std::vector<std::string> names = namesOfSource(source, from);
+    removeOtherAttributes(names, target);
+    for (const std::string& name : names)
+        copyAttribute(source, from, target, name);
+    setMode(target, wanted.st_mode & ALLPERMS);
+}
+
+void LinuxAccessControl::setAttributes(File& file, std::uint32_t attributes) {
+    const LinuxFile& target = linuxFile(file);
+    struct stat present {};
+    if (::fstat(target.descriptor(), &present) != 0) throwSystemError(target.path());
+    const mode_t mode = present.st_mode & ALLPERMS;
+    const mode_t wanted = (attributes & attribute::kReadOnly) != 0 ? mode & ~mode_t{S_IWUSR} : mode | S_IWUSR;
+    if (wanted != mode) setMode(target, wanted);
+}
+
+std::unique_ptr<PinnedFolder> LinuxAccessControl::pinFolderOf(const std::string& file, std::string& name) {
+    return PathWalk(file).finish(name);
+}
+
+}  // namespace corvalence::platform::linux_system

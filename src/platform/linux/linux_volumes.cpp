@@ -1,0 +1,104 @@
+#include "platform/linux/linux_volumes.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <sys/sysmacros.h>
+
+#include <algorithm>
+#include <array>
+#include <cstdlib>
+#include <fstream>
+#include <memory>
+#include <string_view>
+
+#include "platform/linux/mount_table.h"
+#include "platform/linux/status_query.h"
+
+namespace corvalence::platform::linux_system {
+
+namespace {
+
+struct TypeRow {
+    std::string_view fileSystem;
+    DriveType type;
+};
+
+constexpr std::array kTypes = {
+    TypeRow{"nfs", DriveType::Remote},        TypeRow{"nfs4", DriveType::Remote},
+    TypeRow{"cifs", DriveType::Remote},       TypeRow{"smb3", DriveType::Remote},
+    TypeRow{"smbfs", DriveType::Remote},      TypeRow{"afs", DriveType::Remote},
+    TypeRow{"ceph", DriveType::Remote},       TypeRow{"lustre", DriveType::Remote},
+    TypeRow{"9p", DriveType::Remote},         TypeRow{"fuse.sshfs", DriveType::Remote},
+    TypeRow{"fuse.davfs", DriveType::Remote}, TypeRow{"fuse.rclone", DriveType::Remote},
+    TypeRow{"fuse.s3fs", DriveType::Remote},  TypeRow{"fuse.glusterfs", DriveType::Remote},
+    TypeRow{"fuse.ceph", DriveType::Remote},  TypeRow{"fuse.curlftpfs", DriveType::Remote},
+    TypeRow{"iso9660", DriveType::Optical},   TypeRow{"udf", DriveType::Optical},
+};
+
+/// The path with every link resolved, of the nearest part that exists.
+std::string nearestExisting(std::string path) {
+    for (;;) {
+        const std::unique_ptr<char, decltype(&std::free)> real(::realpath(path.c_str(), nullptr), &std::free);
+        if (real != nullptr) return real.get();
+        const std::string above = folderOf(path);
+        if (above == path || above == ".") return "/";
+        path = above;
+    }
+}
+
+bool isBelow(std::string_view path, std::string_view point) {
+    if (point == "/") return true;
+    return path.substr(0, point.size()) == point &&
+           (path.size() == point.size() || path[point.size()] == '/');
+}
+
+/// "major:minor" of the device that is mounted. File systems over several devices show a number of their own,
+/// so the source's number goes first.
+std::string deviceOf(const Mount& mount) {
+    struct stat data {};
+    if (mount.source.rfind("/dev/", 0) == 0 && ::stat(mount.source.c_str(), &data) == 0 &&
+        S_ISBLK(data.st_mode)) {
+        return std::to_string(major(data.st_rdev)) + ":" + std::to_string(minor(data.st_rdev));
+    }
+    return mount.device;
+}
+
+bool isRemovable(const std::string& device) {
+    // A partition has no such file; its disk, one folder up, does.
+    for (const char* place : {"/removable", "/../removable"}) {
+        std::ifstream file("/sys/dev/block/" + device + place);
+        char flag = '0';
+        if (file >> flag) return flag == '1';
+    }
+    return false;
+}
+
+}  // namespace
+
+std::string LinuxVolumes::rootOf(const std::string& path) {
+    const std::string existing = nearestExisting(path);
+    struct statx data {};
+    const bool hasId = ::statx(AT_FDCWD, existing.c_str(), AT_NO_AUTOMOUNT, STATX_MNT_ID, &data) == 0 &&
+                       (data.stx_mask & STATX_MNT_ID) != 0;
+    std::string root = "/";
+    for (const Mount& mount : readMounts()) {
+        if (hasId && mount.id == data.stx_mnt_id) return mount.point;
+        // Without ids the longest mount point on the way is the nearest guess.
+        if (!hasId && mount.point.size() >= root.size() && isBelow(existing, mount.point)) root = mount.point;
+    }
+    return root;
+}
+
+DriveType LinuxVolumes::driveType(const std::string& root) {
+    const std::vector<Mount> mounts = readMounts();
+    // The last of several on one folder covers the others.
+    const auto mount =
+        std::find_if(mounts.rbegin(), mounts.rend(), [&](const Mount& m) { return m.point == root; });
+    if (mount == mounts.rend()) return DriveType::Unknown;
+    const auto row = std::find_if(kTypes.begin(), kTypes.end(),
+                                  [&](const TypeRow& r) { return r.fileSystem == mount->type; });
+    if (row != kTypes.end()) return row->type;
+    return isRemovable(deviceOf(*mount)) ? DriveType::Removable : DriveType::Fixed;
+}
+
+}  // namespace corvalence::platform::linux_system
