@@ -1,0 +1,34 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace corvalence::test {
+
+/// A folder of its own below the machine's folder for temporary files, gone with all its contents at the end.
+class TempFolder {
+  public:
+    TempFolder();
+    ~TempFolder();
+    TempFolder(const TempFolder&) = delete;
+    TempFolder& operator=(const TempFolder&) = delete;
+
+    /// Absolute, without links on the way, with a closing separator.
+    const std::string& path() const noexcept { return path_; }
+    std::string operator/(std::string_view name) const { return path_ + std::string(name); }
+
+    /// Writes a whole file, making the folders on the way, and gives its path.
+    std::string write(std::string_view name, std::string_view content) const;
+    /// A whole file's bytes; a test failure where it cannot be read.
+    std::string read(std::string_view name) const;
+    bool has(std::string_view name) const;
+
+  private:
+    std::string path_;
+};
+
+/// The same for any path.
+void writeWholeFile(const std::string& path, std::string_view content);
+std::string readWholeFile(const std::string& path);
+
+}  // namespace corvalence::test
