@@ -1,9 +1,26 @@
 #include "base/number_text.h"
 
+#include <algorithm>
 #include <charconv>
-#include <limits>
 
 namespace corvalence::base {
+
+namespace {
+
+template <typename Number>
+std::optional<Number> scan(std::string_view text) noexcept {
+    text.remove_prefix(std::min(text.find_first_not_of(" \t"), text.size()));
+    if (text.substr(0, 1) == "+") {
+        text.remove_prefix(1);
+        if (text.substr(0, 1) == "-") return std::nullopt;
+    }
+    Number value = 0;
+    const auto result = std::from_chars(text.data(), text.data() + text.size(), value);
+    if (result.ec != std::errc()) return std::nullopt;
+    return value;
+}
+
+}  // namespace
 
 std::string twoDecimals(std::uint64_t value, std::uint64_t divisor) {
     std::uint64_t whole = value / divisor;
@@ -29,27 +46,11 @@ std::string rightAligned(std::uint64_t value, std::size_t width) {
 }
 
 std::optional<std::int64_t> scanInteger(std::string_view text) noexcept {
-    const std::size_t start = text.find_first_not_of(" \t");
-    if (start == std::string_view::npos) return std::nullopt;
-    text.remove_prefix(start);
-    if (text.front() == '+') {
-        text.remove_prefix(1);
-        if (!text.empty() && text.front() == '-') return std::nullopt;
-    }
-    std::int64_t value = 0;
-    const auto result = std::from_chars(text.data(), text.data() + text.size(), value);
-    if (result.ec != std::errc()) return std::nullopt;
-    return value;
+    return scan<std::int64_t>(text);
 }
 
 std::optional<std::uint64_t> scanWholeUnits(std::string_view text) noexcept {
-    const std::size_t start = text.find_first_not_of(" \t");
-    if (start == std::string_view::npos) return std::nullopt;
-    text.remove_prefix(start);
-    std::uint64_t value = 0;
-    const auto result = std::from_chars(text.data(), text.data() + text.size(), value);
-    if (result.ec != std::errc()) return std::nullopt;
-    return value;
+    return scan<std::uint64_t>(text);
 }
 
 }  // namespace corvalence::base
