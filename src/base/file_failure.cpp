@@ -45,4 +45,7 @@ FileFailure::FileFailure(Cause cause, int systemError, std::string path)
       systemError_(systemError),
       path_(std::move(path)) {}
 
+FileFailure::FileFailure(Cause cause, std::string path, const std::string& message)
+    : std::runtime_error(message), cause_(cause), systemError_(0), path_(std::move(path)) {}
+
 }  // namespace corvalence::base

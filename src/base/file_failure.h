@@ -39,6 +39,10 @@ class FileFailure : public std::runtime_error {
     const std::string& path() const noexcept { return path_; }
     std::string_view reason() const noexcept { return reasonText(cause_); }
 
+  protected:
+    /// For failures that have a message of their own.
+    FileFailure(Cause cause, std::string path, const std::string& message);
+
   private:
     Cause cause_;
     int systemError_;

@@ -14,7 +14,8 @@ void appendTwoDigits(std::string& text, int number) {
 FileTime FileTime::fromUnix(std::int64_t seconds, std::uint32_t nanoseconds) noexcept {
     constexpr auto kEpochSeconds = static_cast<std::int64_t>(kUnixEpoch / kTicksPerSecond);
     // Beyond this the ticks no longer fit; a file system may hold any number.
-    constexpr auto kLastSecond = static_cast<std::int64_t>(INT64_MAX / static_cast<std::int64_t>(kTicksPerSecond));
+    constexpr auto kLastSecond =
+        static_cast<std::int64_t>(INT64_MAX / static_cast<std::int64_t>(kTicksPerSecond));
     if (seconds < -kEpochSeconds) return {0};
     if (seconds > kLastSecond - kEpochSeconds - 1) return {INT64_MAX};
     return {static_cast<std::uint64_t>(seconds + kEpochSeconds) * kTicksPerSecond + nanoseconds / 100};

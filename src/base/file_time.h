@@ -6,8 +6,8 @@
 
 namespace corvalence::base {
 
-/// A point in time as records keep it: units of 100 ns since 1601-01-01 00:00 UTC, written as two signed 32-bit
-/// halves.
+/// A point in time as records keep it: units of 100 ns since 1601-01-01 00:00 UTC, written as two signed
+/// 32-bit halves.
 struct FileTime {
     std::uint64_t ticks = 0;
 

@@ -5,8 +5,8 @@
 
 namespace corvalence::base {
 
-/// How this system writes and compares paths. One value of it stands for the running system; tests may make the
-/// other. Paths are bytes: UTF-8 on Windows, whatever the file system holds on Linux.
+/// How this system writes and compares paths. One value of it stands for the running system; tests may make
+/// the other. Paths are bytes: UTF-8 on Windows, whatever the file system holds on Linux.
 struct PathRules {
     char separator = '/';
     /// Letters A to Z and a to z compare equal (Windows); other bytes never fold.
@@ -30,8 +30,8 @@ struct PathRules {
     /// folder + separator (where needed) + name.
     std::string join(std::string_view folder, std::string_view name) const;
 
-    /// An absolute, lexically clean form of `path`: "." and ".." and doubled separators gone, links unresolved,
-    /// relative paths taken below `currentFolder`. The empty path stays empty.
+    /// An absolute, lexically clean form of `path`: "." and ".." and doubled separators gone, links
+    /// unresolved, relative paths taken below `currentFolder`. The empty path stays empty.
     std::string absolute(std::string_view path, std::string_view currentFolder) const;
 };
 

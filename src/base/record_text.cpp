@@ -15,7 +15,8 @@ std::vector<std::string_view> splitFields(std::string_view line) {
 
 bool isRecordPath(std::string_view path) noexcept {
     constexpr std::string_view kForbidden("\x7F\n\r\0", 4);
-    return !path.empty() && path.size() <= kPathLimit && path.find_first_of(kForbidden) == std::string_view::npos;
+    return !path.empty() && path.size() <= kPathLimit &&
+           path.find_first_of(kForbidden) == std::string_view::npos;
 }
 
 std::string_view withoutLineEnd(std::string_view line) noexcept {

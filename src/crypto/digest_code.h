@@ -7,15 +7,16 @@
 
 namespace corvalence::crypto {
 
-/// The digest algorithm of a File Contents database, by the character that stands for it in the Database Index.
+/// The digest algorithm of a File Contents database, by the character that stands for it in the Database
+/// Index.
 enum class DigestCode : char { Md5 = '0', Sha1 = '1', Sha256 = '2', Sha512 = '3' };
 
 struct DigestKind {
     DigestCode code;
-    std::size_t width;              // hexadecimal characters of a digest
-    std::string_view name;          // "SHA-256"
-    std::string_view consoleName;   // "sha256"
-    std::string_view columnHeading; // "Digest value [SHA256]"
+    std::size_t width;               // hexadecimal characters of a digest
+    std::string_view name;           // "SHA-256"
+    std::string_view consoleName;    // "sha256"
+    std::string_view columnHeading;  // "Digest value [SHA256]"
 };
 
 inline constexpr std::array<DigestKind, 4> kDigestKinds = {{

@@ -13,12 +13,12 @@ inline constexpr std::size_t kBlockSize = 256 * 1024;
 /// Copies `length` bytes from the one file's position to the other's. EndOfFile where `from` ends early.
 void copyBytes(File& from, File& to, std::uint64_t length);
 
-/// Makes `to` a byte-for-byte copy of `from`: written under `beside`, flushed, renamed over `to`. On failure `to` is
-/// as it was and `beside` is gone.
+/// Makes `to` a byte-for-byte copy of `from`: written under `beside`, flushed, renamed over `to`. On failure
+/// `to` is as it was and `beside` is gone.
 void copyWhole(FileSystem& files, const std::string& from, const std::string& to, const std::string& beside);
 
-/// Removes a file if it is there; a failure to remove it is passed over, for clean-up on a way out that already
-/// reports its own failure.
+/// Removes a file if it is there; a failure to remove it is passed over, for clean-up on a way out that
+/// already reports its own failure.
 void removeQuietly(FileSystem& files, const std::string& path) noexcept;
 
 }  // namespace corvalence::platform

@@ -14,9 +14,9 @@
 
 namespace corvalence::platform {
 
-// Every call of this header throws base::FileFailure where it says nothing else. Paths are absolute and byte-exact
-// (UTF-8 on Windows). No call changes the working directory. Objects serve one thread at a time; a FileSystem may
-// be used by several.
+// Every call of this header throws base::FileFailure where it says nothing else. Paths are absolute and
+// byte-exact (UTF-8 on Windows). No call changes the working directory. Objects serve one thread at a time; a
+// FileSystem may be used by several.
 
 /// Bits of an attribute word.
 namespace attribute {
@@ -41,8 +41,9 @@ struct FileIdentity {
 
 struct FileStatus {
     FileKind kind = FileKind::Other;
-    /// The Windows attribute word. On Linux made from type (0x20 regular, 0x10 folder), mode (0x01 where the owner
-    /// may not write), name (0x02 for a leading full stop) and the file system's compressed and encrypted flags.
+    /// The Windows attribute word. On Linux made from type (0x20 regular, 0x10 folder), mode (0x01 where the
+    /// owner may not write), name (0x02 for a leading full stop) and the file system's compressed and
+    /// encrypted flags.
     std::uint32_t attributes = 0;
     std::uint64_t size = 0;
     base::FileTime written;
@@ -56,13 +57,14 @@ struct FolderEntry {
     FileStatus status;
 };
 
-/// An open file. Closing (the destructor) never throws: whoever needs to know that data arrived calls flush().
+/// An open file. Closing (the destructor) never throws: whoever needs to know that data arrived calls
+/// flush().
 class File {
   public:
     virtual ~File() = default;
 
-    /// Reads up to buffer.size() bytes at the position and moves it; 0 at the end of the file. Short reads happen
-    /// only at the end.
+    /// Reads up to buffer.size() bytes at the position and moves it; 0 at the end of the file. Short reads
+    /// happen only at the end.
     virtual std::size_t read(base::ByteSpan buffer) = 0;
     /// Writes all bytes at the position and moves it.
     virtual void write(base::ByteView bytes) = 0;
@@ -84,31 +86,34 @@ class FileSystem {
   public:
     virtual ~FileSystem() = default;
 
-    /// Opens a regular file for reading and lets others go on using it. Links are followed. Anything but a regular
-    /// file is refused with cause InvalidFile, without reading it and without waiting (a FIFO, a device).
+    /// Opens a regular file for reading and lets others go on using it. Links are followed. Anything but a
+    /// regular file is refused with cause InvalidFile, without reading it and without waiting (a FIFO, a
+    /// device).
     virtual std::unique_ptr<File> openShared(const std::string& path) = 0;
-    /// Opens an existing regular file for reading and writing and keeps every other opener of this kind out as long
-    /// as it is open: SharingViolation where somebody else holds it.
+    /// Opens an existing regular file for reading and writing and keeps every other opener of this kind out
+    /// as long as it is open: SharingViolation where somebody else holds it.
     virtual std::unique_ptr<File> openExclusive(const std::string& path) = 0;
     /// Creates a file that must not exist, for reading and writing, held as by openExclusive. Links are not
-    /// followed; readable and writable by the owner alone, whatever the process's mask. A taken name is refused
-    /// with cause AccessDenied and the system's error for it; isNameTaken() tells this case.
+    /// followed; readable and writable by the owner alone, whatever the process's mask. A taken name is
+    /// refused with cause AccessDenied and the system's error for it; isNameTaken() tells this case.
     virtual std::unique_ptr<File> createNew(const std::string& path) = 0;
 
     /// Empty where nothing stands at the path (a missing folder on the way included). The link itself with
     /// Follow::No.
     virtual std::optional<FileStatus> status(const std::string& path, Follow follow) = 0;
-    /// All entries but "." and "..", links not followed, ordered by the bytes of their names. An entry that vanishes
-    /// meanwhile is left out.
+    /// All entries but "." and "..", links not followed, ordered by the bytes of their names. An entry that
+    /// vanishes meanwhile is left out.
     virtual std::vector<FolderEntry> list(const std::string& folder) = 0;
 
     /// Renames, replacing a file at `to`, and brings the change to the device.
     virtual void rename(const std::string& from, const std::string& to) = 0;
-    /// Renames unless something stands at `to`: false then. Cause Generic across file systems; isOtherVolume() tells.
+    /// Renames unless something stands at `to`: false then. Cause Generic across file systems;
+    /// isOtherVolume() tells.
     virtual bool renameNew(const std::string& from, const std::string& to) = 0;
     /// Removes a file or a link (not what it leads to). A missing one is a failure (FileNotFound).
     virtual void remove(const std::string& path) = 0;
-    /// Makes a folder, and those above it that are missing, open to the owner alone. One that is there stays as it is.
+    /// Makes a folder, and those above it that are missing, open to the owner alone. One that is there stays
+    /// as it is.
     virtual void createFolder(const std::string& path) = 0;
 
     /// Longest name of a single file, in bytes.

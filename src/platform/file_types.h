@@ -11,8 +11,8 @@ class FileTypes {
   public:
     virtual ~FileTypes() = default;
 
-    /// The registered type text of an extension without its full stop ("pdf"): the classes root on Windows, the
-    /// shared MIME database on Linux. Empty where nothing is registered.
+    /// The registered type text of an extension without its full stop ("pdf"): the classes root on Windows,
+    /// the shared MIME database on Linux. Empty where nothing is registered.
     virtual std::optional<std::string> typeText(std::string_view extension) = 0;
 };
 

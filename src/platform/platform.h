@@ -13,8 +13,8 @@
 
 namespace corvalence::platform {
 
-/// Everything through which the logic reaches the operating system and the user. Built once by a program's main
-/// (or a test) and passed down.
+/// Everything through which the logic reaches the operating system and the user. Built once by a program's
+/// main (or a test) and passed down.
 struct Platform {
     FileSystem& files;
     AccessControl& access;

@@ -16,9 +16,9 @@ class Process {
   public:
     virtual ~Process() = default;
 
-    /// Takes the single-instance lock of the installation in `folder`, waiting up to `wait` for another program that
-    /// holds it. Null where it is still held then, or cancelRequested() became true while waiting. The folder
-    /// must exist.
+    /// Takes the single-instance lock of the installation in `folder`, waiting up to `wait` for another
+    /// program that holds it. Null where it is still held then, or cancelRequested() became true while
+    /// waiting. The folder must exist.
     virtual std::unique_ptr<InstanceLock> lockInstallation(const std::string& folder,
                                                            std::chrono::milliseconds wait) = 0;
     /// User id 0 or a member of "sudo", "wheel" or "admin" on Linux; of the Administrators group on Windows.
@@ -26,8 +26,8 @@ class Process {
     /// The folder that relative paths start from, for making command line paths absolute.
     virtual std::string currentFolder() = 0;
 
-    /// From now on SIGINT, SIGTERM and SIGHUP (console control events on Windows) no longer end the process but set
-    /// what cancelRequested() tells.
+    /// From now on SIGINT, SIGTERM and SIGHUP (console control events on Windows) no longer end the process
+    /// but set what cancelRequested() tells.
     virtual void catchCancelSignals() = 0;
     virtual bool cancelRequested() const noexcept = 0;
 };

@@ -4,7 +4,8 @@
 
 namespace corvalence::platform {
 
-/// Sounds by their resource names ("clm", "zaaz", "rml", "blp"). Playing returns at once and never fails loudly.
+/// Sounds by their resource names ("clm", "zaaz", "rml", "blp"). Playing returns at once and never fails
+/// loudly.
 class Sound {
   public:
     virtual ~Sound() = default;

@@ -16,9 +16,9 @@ class Terminal {
     virtual bool outputIsTerminal() = 0;
     virtual bool errorIsTerminal() = 0;
 
-    /// Prompts on standard error and reads a line without echo, of any bytes; refuses rather than echoes where echo
-    /// cannot be turned off. Empty at end of input or when a cancel signal arrives. Echo is back afterwards
-    /// in every case.
+    /// Prompts on standard error and reads a line without echo, of any bytes; refuses rather than echoes
+    /// where echo cannot be turned off. Empty at end of input or when a cancel signal arrives. Echo is back
+    /// afterwards in every case.
     virtual std::optional<std::string> readSecret(const std::string& prompt) = 0;
     /// Prompts on standard error and reads a line; empty as above.
     virtual std::optional<std::string> readLine(const std::string& prompt) = 0;

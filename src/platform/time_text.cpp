@@ -2,6 +2,8 @@
 
 namespace corvalence::platform {
 
-std::string formatFileTime(Clock& clock, base::FileTime time) { return base::timeText(clock.local(time)); }
+std::string formatFileTime(Clock& clock, base::FileTime time) {
+    return base::timeText(clock.local(time));
+}
 
 }  // namespace corvalence::platform

@@ -15,8 +15,8 @@ class Progress {
 
     static constexpr std::uint32_t kSteps = 65000;
 
-    /// Whether the user wants the work to stop. Costs next to nothing; asked at least once per block of work. A
-    /// graphical front pumps its events here.
+    /// Whether the user wants the work to stop. Costs next to nothing; asked at least once per block of work.
+    /// A graphical front pumps its events here.
     virtual bool cancelled() = 0;
     /// Position of the bar, 0 to kSteps.
     virtual void bar(std::uint32_t position) = 0;

@@ -1,0 +1,299 @@
+#include "crypto/working_files.h"
+
+#include <algorithm>
+#include <charconv>
+#include <map>
+#include <utility>
+
+#include "base/hex_text.h"
+#include "base/record_text.h"
+#include "crypto/md5.h"
+#include "crypto/wipe.h"
+#include "platform/file_copy.h"
+#include "platform/line_reader.h"
+
+namespace corvalence::crypto {
+
+namespace {
+
+// First field of a journal line.
+constexpr std::string_view kIntent = "intent";  // a file is about to be made
+constexpr std::string_view kPlain = "plain";
+constexpr std::string_view kSealed = "sealed";
+constexpr std::string_view kSave = "save";
+constexpr std::string_view kMove = "move";  // to be renamed once the moves are committed
+constexpr std::string_view kCommit = "commit";
+constexpr std::string_view kDone = "done";
+
+constexpr std::string_view kSaveSuffix = ".123456789s";
+constexpr std::size_t kJournalLineLimit = 16384;
+
+std::uint64_t number(std::string_view text) noexcept {
+    std::uint64_t value = 0;
+    std::from_chars(text.data(), text.data() + text.size(), value);
+    return value;
+}
+
+std::size_t folderLength(const std::string& path) noexcept {
+    const std::size_t end = path.find_last_of("/\\");
+    return end == std::string::npos ? 0 : end + 1;
+}
+
+}  // namespace
+
+struct WorkingFiles::Leftover {
+    std::string path;
+    std::string kind;
+    platform::FileIdentity identity;
+    std::string target;
+};
+
+NameTaken::NameTaken(const std::string& path)
+    : base::FileFailure(
+          base::Cause::AccessDenied, path,
+          path + " is in the way of a working file of that name. Move it elsewhere and try again.") {}
+
+TemporaryFile::TemporaryFile(WorkingFiles& owner, std::unique_ptr<platform::File> file, std::string path,
+                             std::string recordedAs, bool plain)
+    : owner_(&owner),
+      file_(std::move(file)),
+      path_(std::move(path)),
+      recordedAs_(std::move(recordedAs)),
+      plain_(plain) {}
+
+TemporaryFile::TemporaryFile(TemporaryFile&& other) noexcept
+    : owner_(std::exchange(other.owner_, nullptr)),
+      file_(std::move(other.file_)),
+      path_(std::move(other.path_)),
+      recordedAs_(std::move(other.recordedAs_)),
+      plain_(other.plain_),
+      moved_(other.moved_) {}
+
+TemporaryFile::~TemporaryFile() {
+    try {
+        discard();
+    } catch (const base::FileFailure&) {
+        // The journal still names the file, so the next start ends it.
+    }
+}
+
+void TemporaryFile::close() {
+    if (!file_) return;
+    file_->flush();
+    file_.reset();
+}
+
+void TemporaryFile::keepAs(const std::string& target) {
+    moveTo(target);
+    release();
+}
+
+void TemporaryFile::moveTo(const std::string& target) {
+    close();
+    owner_->files_.rename(path_, target);
+    moved_ = true;
+}
+
+void TemporaryFile::abandon() noexcept {
+    owner_ = nullptr;
+    file_.reset();
+}
+
+void TemporaryFile::release() noexcept {
+    if (owner_ != nullptr) std::exchange(owner_, nullptr)->finished(recordedAs_);
+    file_.reset();
+}
+
+void TemporaryFile::discard() {
+    if (owner_ == nullptr) return;
+    if (moved_) {
+        release();
+        return;
+    }
+    if (plain_) {
+        if (!file_) file_ = owner_->files_.openExclusive(path_);
+        overwriteFile(*file_);
+    }
+    file_.reset();
+    owner_->files_.remove(path_);
+    release();
+}
+
+WorkingFiles::WorkingFiles(platform::FileSystem& files, const std::string& journal) : files_(files) {
+    journal_ = files_.status(journal, platform::Follow::No) ? files_.openExclusive(journal)
+                                                            : files_.createNew(journal);
+}
+
+WorkingFiles::~WorkingFiles() = default;
+
+std::string WorkingFiles::temporaryName(const std::string& path, std::string_view suffix) const {
+    const std::size_t folder = folderLength(path);
+    if (path.size() - folder + suffix.size() <= files_.nameLimit()) return path + std::string(suffix);
+    const std::string_view name = std::string_view(path).substr(folder);
+    return path.substr(0, folder) + base::hexText(Md5::of(base::bytesOf(name))).substr(0, 16) +
+           std::string(suffix);
+}
+
+std::string WorkingFiles::savePath(const std::string& database) const {
+    return temporaryName(database, kSaveSuffix);
+}
+
+TemporaryFile WorkingFiles::createPlain(const std::string& path, std::string_view suffix,
+                                        const std::string& via) {
+    return create(kPlain, path, suffix, via, {});
+}
+
+TemporaryFile WorkingFiles::createSealed(const std::string& path, std::string_view suffix) {
+    return create(kSealed, path, suffix, {}, {});
+}
+
+TemporaryFile WorkingFiles::createSave(const std::string& database) {
+    return create(kSave, database, kSaveSuffix, {}, database);
+}
+
+TemporaryFile WorkingFiles::createDatabase(const std::string& database) {
+    return create(kSave, database, {}, {}, database);
+}
+
+TemporaryFile WorkingFiles::create(std::string_view kind, const std::string& path, std::string_view suffix,
+                                   const std::string& via, const std::string& target) {
+    const std::string name = temporaryName(path, suffix);
+    const std::string reached = via.empty() ? name : via + name.substr(folderLength(name));
+    // Asked first, so that a file of the user's is never in the journal, not even as an intent.
+    if (files_.status(reached, platform::Follow::No)) {
+        throw NameTaken(name);
+    }
+    record({kIntent, name});
+    ++live_;
+    std::unique_ptr<platform::File> file;
+    try {
+        file = files_.createNew(reached);
+    } catch (...) {
+        finished(name);
+        throw;
+    }
+    TemporaryFile temporary(*this, std::move(file), reached, name, kind == kPlain);
+    recordMade(kind, name, temporary.file().status().identity, target);
+    // Plain data must not reach the disk before the line that will have it wiped.
+    journal_->flush();
+    return temporary;
+}
+
+void WorkingFiles::record(std::initializer_list<std::string_view> fields) {
+    std::string line;
+    for (const std::string_view field : fields)
+        line.append(field).push_back(base::kSeparator);
+    line.push_back('\n');
+    journal_->write(base::bytesOf(line));
+}
+
+void WorkingFiles::recordMade(std::string_view kind, const std::string& path,
+                              const platform::FileIdentity& identity, const std::string& target) {
+    record({kind, path, std::to_string(identity.volume), std::to_string(identity.number),
+            std::to_string(identity.birth), target});
+}
+
+void WorkingFiles::finished(const std::string& path) noexcept {
+    try {
+        if (--live_ > 0) {
+            record({kDone, path});
+        } else {
+            journal_->resize(0);
+            journal_->seek(0);
+        }
+    } catch (const base::FileFailure&) {
+        // A line too many does no harm: the file it names is gone, and another one there is not the one it
+        // names.
+    }
+}
+
+void WorkingFiles::commitMoves(std::vector<std::pair<TemporaryFile, std::string>> moves) {
+    for (auto& [temporary, target] : moves) {
+        const platform::FileIdentity identity = temporary.file().status().identity;
+        temporary.close();
+        recordMade(kMove, temporary.recordedAs_, identity, target);
+    }
+    record({kCommit});
+    journal_->flush();
+    for (auto& [temporary, target] : moves) {
+        files_.rename(temporary.path(), target);
+        temporary.release();
+    }
+}
+
+std::vector<WorkingFiles::Leftover> WorkingFiles::readJournal(bool& committed) {
+    std::map<std::string, Leftover> leftovers;
+    std::vector<std::string> order;
+    journal_->seek(0);
+    platform::LineReader reader(*journal_, kJournalLineLimit);
+    for (std::string_view line; reader.next(line);) {
+        if (line.back() != '\n') break;  // torn by the end of that run; what it announced was not done
+        const auto fields = base::splitFields(base::withoutLineEnd(line));
+        if (fields.size() == 1 && fields[0] == kCommit) committed = true;
+        if (fields.size() < 2) continue;
+        const std::string path(fields[1]);
+        if (fields[0] == kDone) {
+            leftovers.erase(path);
+            continue;
+        }
+        // A group of moves that was committed and carried out earlier does not commit the next one.
+        if (fields[0] == kMove) committed = false;
+        Leftover& leftover = leftovers[path];
+        leftover.path = path;
+        leftover.kind = fields[0];
+        if (fields.size() >= 5) {
+            leftover.identity = {number(fields[2]), number(fields[3]), number(fields[4])};
+            leftover.target = fields.size() > 5 ? std::string(fields[5]) : std::string();
+        }
+        order.push_back(path);
+    }
+    std::vector<Leftover> result;
+    for (const std::string& path : order) {
+        if (auto node = leftovers.extract(path)) result.push_back(std::move(node.mapped()));
+    }
+    return result;
+}
+
+void WorkingFiles::clearLeftovers() {
+    bool committed = false;
+    for (const Leftover& leftover : readJournal(committed))
+        clear(leftover, committed);
+    if (pendingSaves_.empty()) {
+        journal_->resize(0);
+        journal_->seek(0);
+    } else {
+        // Until the index has judged them they stay in the journal, as if they were temporaries of this run.
+        journal_->seek(journal_->size());
+        ++live_;
+    }
+}
+
+void WorkingFiles::pendingSavesSettled() noexcept {
+    if (pendingSaves_.empty()) return;
+    pendingSaves_.clear();
+    finished({});
+}
+
+void WorkingFiles::clear(const Leftover& leftover, bool committed) {
+    const auto status = files_.status(leftover.path, platform::Follow::No);
+    if (leftover.kind == kSave && (!status || status->identity == leftover.identity)) {
+        pendingSaves_.push_back({status ? leftover.path : std::string(), leftover.target});
+        return;
+    }
+    if (!status || status->kind != platform::FileKind::Regular) return;
+    if (leftover.kind == kIntent) {
+        // Ended between making the file and noting which one it is: nothing was written yet.
+        if (status->size == 0) files_.remove(leftover.path);
+        return;
+    }
+    if (status->identity != leftover.identity) return;
+    if (leftover.kind == kMove && committed) {
+        files_.rename(leftover.path, leftover.target);
+    } else if (leftover.kind == kPlain) {
+        wipeFile(files_, leftover.path);
+    } else {
+        files_.remove(leftover.path);
+    }
+}
+
+}  // namespace corvalence::crypto

@@ -1,0 +1,123 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/file_system.h"
+
+namespace corvalence::crypto {
+
+class WorkingFiles;
+
+/// A file of somebody else stands where a temporary has to go. It is never touched.
+class NameTaken : public base::FileFailure {
+  public:
+    explicit NameTaken(const std::string& path);
+};
+
+/// A file that this program made for the length of an operation. However the operation is left, a plain one
+/// is wiped and a sealed one removed, unless it was kept.
+class TemporaryFile {
+  public:
+    ~TemporaryFile();
+    TemporaryFile(TemporaryFile&& other) noexcept;
+    TemporaryFile& operator=(TemporaryFile&&) = delete;
+
+    platform::File& file() noexcept { return *file_; }
+    const std::string& path() const noexcept { return path_; }
+
+    /// Flushes, closes and renames over `target`. The file is then no longer a temporary.
+    void keepAs(const std::string& target);
+    /// The same, but the journal keeps its line until release(): for a save that has a step to come.
+    void moveTo(const std::string& target);
+    /// Flushes and closes; the file stays a temporary. For commitMoves() and for renames by other routes.
+    void close();
+    /// Ends the file now. Unlike the destructor it reports a failure.
+    void discard();
+    /// Nothing is to be done any more: the file has gone its way under another name.
+    void release() noexcept;
+    /// Leaves file and journal line as they are, for the next start to decide.
+    void abandon() noexcept;
+
+  private:
+    friend class WorkingFiles;
+    TemporaryFile(WorkingFiles& owner, std::unique_ptr<platform::File> file, std::string path,
+                  std::string recordedAs, bool plain);
+
+    WorkingFiles* owner_;
+    std::unique_ptr<platform::File> file_;
+    std::string path_;        // by which it is reached
+    std::string recordedAs_;  // its name in the journal
+    bool plain_;
+    bool moved_ = false;
+};
+
+/// A save that a run which was ended by force had begun.
+struct PendingSave {
+    std::string beside;  // empty where it has been renamed over the database already
+    std::string database;
+};
+
+/// Makes the temporaries of an installation and remembers them in a journal, so that the next start can clear
+/// away what a killed run left, and nothing else: a file is touched only if it is the very file that was made
+/// (by volume, number and birth), never by its name alone.
+///
+/// One object serves a run, under the single-instance lock. All calls throw base::FileFailure.
+class WorkingFiles {
+  public:
+    /// `journal` is created where it is missing.
+    WorkingFiles(platform::FileSystem& files, const std::string& journal);
+    ~WorkingFiles();
+    WorkingFiles(const WorkingFiles&) = delete;
+    WorkingFiles& operator=(const WorkingFiles&) = delete;
+
+    /// Wipes and removes what an earlier run left, and carries on renames that it had committed. To be called
+    /// once, before any temporary is made. What needs the index to be judged stands in pendingSaves()
+    /// afterwards.
+    void clearLeftovers();
+    const std::vector<PendingSave>& pendingSaves() const noexcept { return pendingSaves_; }
+    /// All pending saves have been carried on or removed.
+    void pendingSavesSettled() noexcept;
+
+    /// A new file at `path` + `suffix` for plain data. A name too long for the file system is shortened to
+    /// one that is the same every time. Throws NameTaken where something stands at that name. `via`, where
+    /// given, is a folder (with a closing separator) by which the file's folder is reached.
+    TemporaryFile createPlain(const std::string& path, std::string_view suffix, const std::string& via = {});
+    /// The same for sealed data.
+    TemporaryFile createSealed(const std::string& path, std::string_view suffix);
+    /// A sealed database beside `database`, which the next start completes or removes by the index.
+    TemporaryFile createSave(const std::string& database);
+    /// A new database at its own name, likewise.
+    TemporaryFile createDatabase(const std::string& database);
+    /// The name that createSave gives it.
+    std::string savePath(const std::string& database) const;
+
+    /// Renames every file over its target such that after a crash either none or all of them are renamed, the
+    /// latest at the next start.
+    void commitMoves(std::vector<std::pair<TemporaryFile, std::string>> moves);
+
+    platform::FileSystem& files() noexcept { return files_; }
+
+  private:
+    friend class TemporaryFile;
+    struct Leftover;
+
+    TemporaryFile create(std::string_view kind, const std::string& path, std::string_view suffix,
+                         const std::string& via, const std::string& target);
+    std::string temporaryName(const std::string& path, std::string_view suffix) const;
+    void record(std::initializer_list<std::string_view> fields);
+    void recordMade(std::string_view kind, const std::string& path, const platform::FileIdentity& identity,
+                    const std::string& target);
+    void finished(const std::string& path) noexcept;
+    std::vector<Leftover> readJournal(bool& committed);
+    void clear(const Leftover& leftover, bool committed);
+
+    platform::FileSystem& files_;
+    std::unique_ptr<platform::File> journal_;
+    std::size_t live_ = 0;
+    std::vector<PendingSave> pendingSaves_;
+};
+
+}  // namespace corvalence::crypto

@@ -1,0 +1,52 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "store/database_index.h"
+#include "store/open_database.h"
+#include "store/vault.h"
+
+namespace corvalence::store {
+
+/// MD5 of a file's raw bytes (RFC 1321) as 32 lower-case hexadecimal characters. Reads in large blocks.
+/// Throws base::FileFailure; Cancelled by the progress gives an empty text.
+std::string digestFile(platform::FileSystem& files, const std::string& path,
+                       platform::Progress* progress = nullptr);
+
+enum class OpenResult {
+    Opened,
+    Restored,   // opened after the backup database was copied over it
+    NotListed,  // no record in the index: a backup, an old or a copied database
+    Refused,    // changed and not recovered, by the user's choice or because the backup is changed as well
+    Cancelled,
+};
+
+/// Opens databases with their integrity proved against the index. All messages go to the user here; the
+/// result says which way it went. Throws base::FileFailure.
+class DatabaseOpening {
+  public:
+    explicit DatabaseOpening(Vault& vault) : vault_(vault), index_(vault) {}
+
+    /// Proves the digest, and where it differs or the file is gone offers the backup database, which is
+    /// copied over the database if its own digest is right. A database that a killed run had sealed beside
+    /// its old self is put in place first, if it is the one that the index expects.
+    OpenResult openWithRecovery(const std::string& path, std::optional<OpenDatabaseContext>& context);
+
+    /// Whether the sealed file has the digest of its record: for lists of databases. No messages.
+    enum class State { Ok, Changed, Missing };
+    State state(const IndexRecord& record);
+
+    /// Carries on or removes what WorkingFiles::pendingSaves() names. To be called once, after the password
+    /// is proved.
+    void settlePendingSaves();
+
+  private:
+    void completeSave(const IndexRecord& record, const std::string& beside);
+    OpenResult recover(const IndexRecord& record, const std::string& reason);
+
+    Vault& vault_;
+    DatabaseIndex index_;
+};
+
+}  // namespace corvalence::store
