@@ -5,6 +5,8 @@
 
 #include <immintrin.h>
 
+#include <utility>
+
 namespace corvalence::crypto {
 namespace {
 
@@ -36,38 +38,34 @@ CORVALENCE_AES void encrypt(AesKeys keys, const std::uint8_t* in, std::uint8_t* 
     store(chain, block);
 }
 
-// Decrypts `Lanes` blocks side by side and returns the last one's ciphertext, the next chain value.
-template <std::size_t Lanes>
+// Decrypts the blocks `Lanes` side by side and returns the last one's ciphertext, the next chain value. Every
+// lane is named by its number, so that all of them stay in registers.
+template <std::size_t... Lanes>
 CORVALENCE_AES inline __m128i decryptLanes(AesKeys keys, const std::uint8_t* in, std::uint8_t* out,
-                                           __m128i previous) noexcept {
-    __m128i sealed[Lanes];
-    __m128i block[Lanes];
+                                           __m128i previous, std::index_sequence<Lanes...>) noexcept {
     const std::uint32_t* key = keys.words;
-    for (std::size_t i = 0; i < Lanes; ++i) {
-        sealed[i] = load(in + 16 * i);
-        block[i] = _mm_xor_si128(sealed[i], load(key));
-    }
+    const __m128i first = load(key);
+    __m128i block[] = {_mm_xor_si128(load(in + 16 * Lanes), first)...};
     for (int round = 1; round < keys.rounds; ++round) {
-        key += 4;
-        for (std::size_t i = 0; i < Lanes; ++i)
-            block[i] = _mm_aesdec_si128(block[i], load(key));
+        const __m128i middle = load(key += 4);
+        ((block[Lanes] = _mm_aesdec_si128(block[Lanes], middle)), ...);
     }
-    key += 4;
-    for (std::size_t i = 0; i < Lanes; ++i) {
-        block[i] = _mm_aesdeclast_si128(block[i], load(key));
-        store(out + 16 * i, _mm_xor_si128(block[i], i == 0 ? previous : sealed[i - 1]));
-    }
-    return sealed[Lanes - 1];
+    // The ciphertext is read again rather than kept; out may be in, so all of it before anything is written.
+    const __m128i last = load(key + 4);
+    const __m128i chain[] = {previous, load(in + 16 * Lanes)...};
+    ((block[Lanes] = _mm_xor_si128(_mm_aesdeclast_si128(block[Lanes], last), chain[Lanes])), ...);
+    (store(out + 16 * Lanes, block[Lanes]), ...);
+    return chain[sizeof...(Lanes)];
 }
 
 CORVALENCE_AES void decrypt(AesKeys keys, const std::uint8_t* in, std::uint8_t* out, std::size_t count,
                             std::uint8_t* chain) noexcept {
     __m128i previous = load(chain);
     for (; count >= kLanes; count -= kLanes, in += 16 * kLanes, out += 16 * kLanes) {
-        previous = decryptLanes<kLanes>(keys, in, out, previous);
+        previous = decryptLanes(keys, in, out, previous, std::make_index_sequence<kLanes>());
     }
     for (; count > 0; --count, in += 16, out += 16)
-        previous = decryptLanes<1>(keys, in, out, previous);
+        previous = decryptLanes(keys, in, out, previous, std::make_index_sequence<1>());
     store(chain, previous);
 }
 

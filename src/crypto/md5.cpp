@@ -53,6 +53,8 @@ template <std::size_t Step>
 [[gnu::always_inline]] inline void step(Words& w, const std::uint8_t* block) noexcept {
     std::uint32_t sum =
         w.a + kAddends[Step] + loadWord<std::uint32_t, std::endian::little>(block + 4 * wordOf(Step));
+    // An empty instruction that takes the sum as it stands: compilers may not move b's part in front of it.
+    __asm__("" : "+r"(sum));
     if constexpr (Step / 16 == 0) {
         sum += ((w.c ^ w.d) & w.b) ^ w.d;
     } else if constexpr (Step / 16 == 1) {

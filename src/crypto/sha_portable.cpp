@@ -1,94 +1,91 @@
 #include <bit>
+#include <utility>
 
 #include "crypto/byte_order.h"
+#include "crypto/sha2_round.h"
 #include "crypto/sha_code.h"
 #include "crypto/sha_tables.h"
 
 namespace corvalence::crypto {
 namespace {
 
-// One round of SHA-1 in each of the four stretches of 20 (FIPS 180-4, 4.1.1 and 4.2.1).
+// Rounds are unrolled by templates: with every index known, the working words stay in registers and the
+// sixteen message words are renewed in place.
+
+/// The function and constant of each of SHA-1's four stretches of 20 rounds (FIPS 180-4, 4.1.1 and 4.2.1).
 template <std::size_t Stretch>
-std::uint32_t mix(std::uint32_t b, std::uint32_t c, std::uint32_t d) noexcept {
+[[gnu::always_inline]] inline std::uint32_t sha1Mix(std::uint32_t b, std::uint32_t c,
+                                                    std::uint32_t d) noexcept {
     if constexpr (Stretch == 0) return (((c ^ d) & b) ^ d) + 0x5A827999;
     if constexpr (Stretch == 1) return (b ^ c ^ d) + 0x6ED9EBA1;
-    if constexpr (Stretch == 2) return ((b & c) | (d & (b | c))) + 0x8F1BBCDC;
+    if constexpr (Stretch == 2) return (b & c) + (d & (b ^ c)) + 0x8F1BBCDC;
     return (b ^ c ^ d) + 0xCA62C1D6;
 }
 
-template <std::size_t Stretch>
-void sha1Stretch(std::array<std::uint32_t, 5>& s, const std::uint32_t* words) noexcept {
-    auto [a, b, c, d, e] = s;
-    for (std::size_t i = 0; i < 20; ++i) {
-        const std::uint32_t next = std::rotl(a, 5) + mix<Stretch>(b, c, d) + e + words[i];
-        e = d;
-        d = c;
-        c = std::rotl(b, 30);
-        b = a;
-        a = next;
+template <std::size_t Round>
+[[gnu::always_inline]] inline void sha1Round(std::uint32_t* s, std::uint32_t* w,
+                                             const std::uint8_t* block) noexcept {
+    constexpr std::size_t kFirst = 5 - Round % 5;
+    std::uint32_t& word = w[Round % 16];
+    if constexpr (Round < 16) {
+        word = loadWord<std::uint32_t, std::endian::big>(block + 4 * Round);
+    } else {
+        word = std::rotl(word ^ w[(Round + 2) % 16] ^ w[(Round + 8) % 16] ^ w[(Round + 13) % 16], 1);
     }
-    s = {a, b, c, d, e};
+    std::uint32_t& b = s[(kFirst + 1) % 5];
+    std::uint32_t& e = s[(kFirst + 4) % 5];
+    e += word;
+    e += sha1Mix<Round / 20>(b, s[(kFirst + 2) % 5], s[(kFirst + 3) % 5]);
+    e += std::rotl(s[kFirst % 5], 5);
+    b = std::rotl(b, 30);
+}
+
+template <std::size_t... Rounds>
+[[gnu::always_inline]] inline void sha1Block(std::uint32_t* s, const std::uint8_t* block,
+                                             std::index_sequence<Rounds...>) noexcept {
+    std::uint32_t w[16];
+    (sha1Round<Rounds>(s, w, block), ...);
 }
 
 void compressSha1(std::uint32_t* state, const std::uint8_t* blocks, std::size_t count) noexcept {
     for (; count > 0; --count, blocks += 64) {
-        std::uint32_t words[80];
-        for (std::size_t i = 0; i < 16; ++i)
-            words[i] = loadWord<std::uint32_t, std::endian::big>(blocks + 4 * i);
-        for (std::size_t i = 16; i < 80; ++i) {
-            words[i] = std::rotl(words[i - 3] ^ words[i - 8] ^ words[i - 14] ^ words[i - 16], 1);
-        }
-        std::array<std::uint32_t, 5> s = {state[0], state[1], state[2], state[3], state[4]};
-        sha1Stretch<0>(s, words);
-        sha1Stretch<1>(s, words + 20);
-        sha1Stretch<2>(s, words + 40);
-        sha1Stretch<3>(s, words + 60);
-        for (std::size_t i = 0; i < 5; ++i)
-            state[i] += s[i];
+        std::uint32_t s[5] = {state[0], state[1], state[2], state[3], state[4]};
+        sha1Block(s, blocks, std::make_index_sequence<80>());
+        state[0] += s[0], state[1] += s[1], state[2] += s[2], state[3] += s[3], state[4] += s[4];
     }
 }
 
-// The two widths of SHA-2 differ in their rotations and in nothing else (FIPS 180-4, 4.1.2 and 4.1.3).
-struct Sha256 {
-    using Word = std::uint32_t;
-    static constexpr auto& kConstants = kSha256Constants;
-    static Word sum0(Word x) noexcept { return std::rotr(x, 2) ^ std::rotr(x, 13) ^ std::rotr(x, 22); }
-    static Word sum1(Word x) noexcept { return std::rotr(x, 6) ^ std::rotr(x, 11) ^ std::rotr(x, 25); }
-    static Word sigma0(Word x) noexcept { return std::rotr(x, 7) ^ std::rotr(x, 18) ^ (x >> 3); }
-    static Word sigma1(Word x) noexcept { return std::rotr(x, 17) ^ std::rotr(x, 19) ^ (x >> 10); }
-};
+template <typename Sha, std::size_t Round, bool Renew>
+[[gnu::always_inline]] inline void sha2Round(Sha2State<Sha>& s, typename Sha::Word* w,
+                                             const typename Sha::Word* constants) noexcept {
+    if constexpr (Renew) {
+        w[Round] +=
+            Sha::sigma1(w[(Round + 14) % 16]) + w[(Round + 9) % 16] + Sha::sigma0(w[(Round + 1) % 16]);
+    }
+    s.template round<Round>(w[Round] + constants[Round]);
+}
 
-struct Sha512 {
-    using Word = std::uint64_t;
-    static constexpr auto& kConstants = kSha512Constants;
-    static Word sum0(Word x) noexcept { return std::rotr(x, 28) ^ std::rotr(x, 34) ^ std::rotr(x, 39); }
-    static Word sum1(Word x) noexcept { return std::rotr(x, 14) ^ std::rotr(x, 18) ^ std::rotr(x, 41); }
-    static Word sigma0(Word x) noexcept { return std::rotr(x, 1) ^ std::rotr(x, 8) ^ (x >> 7); }
-    static Word sigma1(Word x) noexcept { return std::rotr(x, 19) ^ std::rotr(x, 61) ^ (x >> 6); }
-};
+template <typename Sha, bool Renew, std::size_t... Rounds>
+[[gnu::always_inline]] inline void sha2Rounds(Sha2State<Sha>& s, typename Sha::Word* w,
+                                              const typename Sha::Word* constants,
+                                              std::index_sequence<Rounds...>) noexcept {
+    (sha2Round<Sha, Rounds, Renew>(s, w, constants), ...);
+}
 
 template <typename Sha>
 void compressSha2(typename Sha::Word* state, const std::uint8_t* blocks, std::size_t count) noexcept {
     using Word = typename Sha::Word;
-    constexpr std::size_t kRounds = Sha::kConstants.size();
+    constexpr auto kSixteen = std::make_index_sequence<16>();
     for (; count > 0; --count, blocks += 16 * sizeof(Word)) {
-        Word words[kRounds];
+        Word w[16];
         for (std::size_t i = 0; i < 16; ++i)
-            words[i] = loadWord<Word, std::endian::big>(blocks + sizeof(Word) * i);
-        for (std::size_t i = 16; i < kRounds; ++i) {
-            words[i] = Sha::sigma1(words[i - 2]) + words[i - 7] + Sha::sigma0(words[i - 15]) + words[i - 16];
+            w[i] = loadWord<Word, std::endian::big>(blocks + sizeof(Word) * i);
+        Sha2State<Sha> s(state);
+        sha2Rounds<Sha, false>(s, w, Sha::kConstants.data(), kSixteen);
+        for (std::size_t i = 16; i < Sha::kConstants.size(); i += 16) {
+            sha2Rounds<Sha, true>(s, w, Sha::kConstants.data() + i, kSixteen);
         }
-        Word a = state[0], b = state[1], c = state[2], d = state[3];
-        Word e = state[4], f = state[5], g = state[6], h = state[7];
-        for (std::size_t i = 0; i < kRounds; ++i) {
-            const Word first = h + Sha::sum1(e) + (((f ^ g) & e) ^ g) + Sha::kConstants[i] + words[i];
-            const Word second = Sha::sum0(a) + ((a & b) | (c & (a | b)));
-            h = g, g = f, f = e, e = d + first;
-            d = c, c = b, b = a, a = first + second;
-        }
-        const Word after[8] = {a, b, c, d, e, f, g, h};
-        for (std::size_t i = 0; i < 8; ++i)
-            state[i] += after[i];
+        s.addTo(state);
     }
 }
 

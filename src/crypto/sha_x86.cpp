@@ -8,6 +8,8 @@
 
 #include <utility>
 
+#include "crypto/sha512_x86.h"
+
 namespace corvalence::crypto {
 namespace {
 
@@ -114,6 +116,7 @@ ShaCode acceleratedShaCode() noexcept {
         code.sha1 = compressSha1;
         code.sha256 = compressSha256;
     }
+    if (cpuFeatures().avx2) code.sha512 = compressSha512Avx2;
     return code;
 }
 
