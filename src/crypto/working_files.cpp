@@ -224,7 +224,6 @@ void WorkingFiles::commitMoves(std::vector<std::pair<TemporaryFile, std::string>
 std::vector<WorkingFiles::Leftover> WorkingFiles::readJournal(bool& committed) {
     std::map<std::string, Leftover> leftovers;
     std::vector<std::string> order;
-    journal_->seek(0);
     platform::LineReader reader(*journal_, kJournalLineLimit);
     for (std::string_view line; reader.next(line);) {
         if (line.back() != '\n') break;  // torn by the end of that run; what it announced was not done

@@ -9,8 +9,8 @@ namespace {
 constexpr std::size_t kBlock = 256 * 1024;
 }
 
-LineReader::LineReader(File& file, std::size_t limit)
-    : file_(file), limit_(limit), buffer_(std::max(kBlock, limit * 2)) {}
+LineReader::LineReader(File& file, std::size_t limit, std::uint64_t start)
+    : file_(file), limit_(limit), buffer_(std::max(kBlock, limit * 2)), offset_(start) {}
 
 bool LineReader::fill() {
     if (begin_ > 0) {
@@ -18,6 +18,7 @@ bool LineReader::fill() {
         end_ -= begin_;
         begin_ = 0;
     }
+    file_.seek(offset_ + end_);
     const std::size_t count = file_.read(base::ByteSpan(buffer_).subspan(end_));
     end_ += count;
     return count > 0;

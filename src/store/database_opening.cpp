@@ -119,11 +119,16 @@ void DatabaseOpening::settlePendingSaves() {
                 continue;
             }
         }
-        // The copy to the backup database is the last step of a save; it is made up for where the save had
-        // come so far.
+        // The copy to the backup database is the last step of a save; it is made up for where the save had come so far.
         const bool verifies = record && files.status(save.database, platform::Follow::Yes) &&
                               digestFile(files, save.database) == record->fileDigest;
-        if (verifies) writeBackupDatabase(vault_, save.database);
+        if (!verifies) continue;
+        try {
+            writeBackupDatabase(vault_, save.database);
+        } catch (const base::FileFailure& failure) {
+            // The database itself is whole; a folder that is not there today must not keep every command out.
+            vault_.platform.ui.message(platform::Icon::Warning, failure.what());
+        }
     }
     vault_.working.pendingSavesSettled();
 }

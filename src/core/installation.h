@@ -1,0 +1,30 @@
+#pragma once
+
+#include <string>
+
+#include "platform/platform.h"
+#include "settings/configuration.h"
+
+namespace corvalence::core {
+
+/// Whether the settings name an installation.
+bool isInstalled(platform::Platform& platform);
+
+enum class InstallResult {
+    Installed,
+    AlreadyInstalled,  // settings are there; nothing was touched
+    DataInTheWay,      // no settings, but a Database Index that is not empty: nothing was touched
+};
+
+/// Makes an installation below `root` (with a closing separator): the data folders, the empty sealed files,
+/// then the settings with their fall-back values, the folder keys last, so that one that was begun can be
+/// finished by running it again. The caller holds the lock. Throws base::FileFailure; "Registry error." is
+/// shown and thrown as one where the settings cannot be written.
+InstallResult install(platform::Platform& platform, const std::string& root);
+
+/// For a forgotten password, after asking: empties index, schedule and logs and removes the folder guard's
+/// state, so that any password is accepted next. The old database files stay, as files that nobody can
+/// decipher. False where the user said no. Throws base::FileFailure.
+bool reset(platform::Platform& platform, const settings::Configuration& configuration);
+
+}  // namespace corvalence::core

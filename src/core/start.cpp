@@ -1,0 +1,60 @@
+#include "core/start.h"
+
+#include "core/installation.h"
+#include "store/database_opening.h"
+
+namespace corvalence::core {
+
+namespace {
+
+constexpr std::string_view kWorkingFilesJournal = "Working Copies";
+
+}  // namespace
+
+Run::Run(platform::Platform& platform, const std::string& root)
+    : platform_(platform),
+      configuration_(platform.settings, platform.ui),
+      working_(platform.files, root + std::string(kWorkingFilesJournal)) {}
+
+StartResult Run::lock(platform::Platform& platform, const std::string& root, std::chrono::milliseconds wait,
+                      std::unique_ptr<platform::InstanceLock>& lock) {
+    lock = platform.process.lockInstallation(root, wait);
+    if (!lock) {
+        if (platform.process.cancelRequested()) return StartResult::Cancelled;
+        platform.ui.message(platform::Icon::Information, "Corvalence is already running.");
+        return StartResult::AlreadyRunning;
+    }
+    if (!platform.process.isAdministrator()) {
+        platform.ui.message(
+            platform::Icon::Stop,
+            "Corvalence needs to be run from an Administrator account.\n\nIf you require a version "
+            "that can be run from other accounts, contact Halvern Works \n\n"
+            "support@halvernworks.example");
+        return StartResult::NotAdministrator;
+    }
+    return StartResult::Ready;
+}
+
+StartResult Run::start(platform::Platform& platform, PasswordDialog& dialog, std::chrono::milliseconds wait,
+                       std::unique_ptr<Run>& run) {
+    if (!isInstalled(platform)) return StartResult::NoInstallation;
+    const std::string root =
+        settings::Configuration(platform.settings, platform.ui).folder(settings::key::kInstallDirectory);
+    std::unique_ptr<platform::InstanceLock> lock;
+    const StartResult locked = Run::lock(platform, root, wait, lock);
+    if (locked != StartResult::Ready) return locked;
+
+    std::unique_ptr<Run> started(new Run(platform, root));
+    started->lock_ = std::move(lock);
+    started->working_.clearLeftovers();
+    const PasswordResult password =
+        provePassword(platform, started->configuration_, started->working_, dialog, started->session_);
+    if (password != PasswordResult::Proved) return StartResult::PasswordRefused;
+    started->vault_.emplace(
+        store::Vault{platform, started->configuration_, started->working_, *started->session_});
+    store::DatabaseOpening(started->vault()).settlePendingSaves();
+    run = std::move(started);
+    return StartResult::Ready;
+}
+
+}  // namespace corvalence::core

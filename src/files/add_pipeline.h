@@ -1,0 +1,57 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <unordered_set>
+#include <vector>
+
+#include "files/backup_store.h"
+#include "files/database_copy.h"
+#include "files/folder_walk.h"
+#include "store/open_database.h"
+
+namespace corvalence::files {
+
+struct AddOptions {
+    bool notifyListed = false;  // a message for each file that is listed already
+    bool notifyFailed = true;   // a message for each file that cannot be added
+};
+
+struct AddReport {
+    std::uint64_t added = 0;
+    std::uint64_t listed = 0;
+    std::uint64_t failed = 0;
+    std::uint64_t ownFiles = 0;  // the installation's own files, which a walk leaves out
+    PassedOver passedOver;
+    bool cancelled = false;
+    bool kept = true;  // after Cancel: whether the files added before were kept
+    std::string text;  // the report for the user
+};
+
+/// Brings files into an open File Contents database, with their backups where the settings ask for them.
+/// Database and list of backups are sealed once, at the end of the command; a failure before that leaves both
+/// as they were.
+class AddPipeline {
+  public:
+    AddPipeline(store::Vault& vault, store::OpenDatabaseContext& context)
+        : vault_(vault), context_(context) {}
+
+    /// Adds files by name, in the order given. Throws base::FileFailure, DatabaseChanged, BackupDamaged.
+    AddReport addFiles(const std::vector<std::string>& paths, const AddOptions& options);
+    /// Adds all files below a folder.
+    AddReport addLocation(const std::string& location, const AddOptions& options);
+
+  private:
+    class Command;
+
+    store::Vault& vault_;
+    store::OpenDatabaseContext& context_;
+};
+
+/// "<n> File[s] located in <location> successfully added to the database." and its variants. `location` "*"
+/// stands for every drive.
+std::string addReportText(std::uint64_t added, std::uint64_t listed, const std::string& location);
+
+}  // namespace corvalence::files

@@ -1,0 +1,110 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <unordered_set>
+#include <vector>
+
+#include "files/changed_file_details.h"
+#include "files/database_copy.h"
+#include "files/restore.h"
+#include "store/open_database.h"
+
+namespace corvalence::files {
+
+/// The counters of one check.
+struct CheckCounts {
+    std::uint32_t listed = 0;
+    std::uint32_t checked = 0;
+    std::uint32_t unchecked = 0;
+    std::uint32_t changed = 0;
+    std::uint32_t identical = 0;
+    bool cancelled = false;
+};
+
+/// What the dialog "Checking Summary." shows.
+struct CheckSummary {
+    std::string database;
+    std::string checkedAt;  // local time
+    CheckCounts counts;
+};
+
+/// Asked about every changed file.
+class ChangedFileDetailsDialog {
+  public:
+    virtual ~ChangedFileDetailsDialog() = default;
+    virtual Reaction show(const ChangedFileDetails& details) = 0;
+    /// Asked when the answer was to restore; nothing where the user went back on it.
+    virtual std::optional<RestoreChoice> showRestore(const std::string& path) = 0;
+    /// Whether a person answers. An answer by a person is told by message boxes and sealed at once; answers
+    /// that were fixed beforehand are collected, and sealed at the end and every few seconds.
+    virtual bool attended() const = 0;
+};
+
+/// Told what a check finds, in the order of the records.
+class CheckObserver {
+  public:
+    virtual ~CheckObserver() = default;
+    virtual void unchecked(const std::string& path, const std::string& reason) = 0;
+    /// `done`: whether an update or a restore came about; `message` says more, also of a failure.
+    virtual void changed(const ChangedFileDetails& details, Reaction reaction, bool done,
+                         const std::string& message) = 0;
+    /// Something about a file that was already told: its new backup could not be made, where its old self
+    /// went.
+    virtual void note(const std::string& path, const std::string& text) = 0;
+};
+
+/// Checks the files of a File Contents database against their records. Only the digest decides whether a file
+/// changed; what cannot be read is unchecked, never changed.
+class FileContentsCheck {
+  public:
+    FileContentsCheck(store::Vault& vault, store::OpenDatabaseContext& context,
+                      ChangedFileDetailsDialog& dialog, CheckObserver& observer);
+
+    /// Runs the check to its end or until the user cancels, and stamps the database as checked in either
+    /// case. Throws DatabaseChanged before any file is looked at, base::FileFailure where the database itself
+    /// fails.
+    CheckSummary checkAllFiles();
+
+  private:
+    struct Totals {
+        std::uint32_t records = 0;
+        std::uint64_t bytes = 0;
+    };
+
+    Totals countRecords();
+    void checkRecord(std::string_view line, ByteProgress& progress);
+    void tellUnchecked(const std::string& path, std::string_view reason);
+    void handleChanged(const FileRecord& then, const DigestedFile& now);
+    ChangedFileDetails describe(const FileRecord& then, const DigestedFile& now);
+    void playWarning();
+    void restore(const ChangedFileDetails& details);
+    void update(const ChangedFileDetails& details, Reaction reaction);
+    void saveIfDue();
+    void saveUpdates();
+    void replaceBackups();
+    bool isUpdated(std::string_view line) const;
+
+    store::Vault& vault_;
+    store::OpenDatabaseContext& context_;
+    ChangedFileDetailsDialog& dialog_;
+    CheckObserver& observer_;
+    DatabaseCopy copy_;
+    FileDigester digester_;
+    FileRestore restore_;
+    platform::Progress* progress_ = nullptr;
+    CheckCounts counts_;
+
+    // The new records of files that were updated, in the order of their updating; their old lines are left
+    // out wherever the database is sealed from the working copy.
+    std::vector<FileRecord> updated_;
+    std::unordered_set<std::string> updatedPaths_;
+    std::vector<BackupReplacement> replacements_;
+    bool hasUnsaved_ = false;
+    std::chrono::milliseconds savedAt_{0};
+    std::chrono::milliseconds saveTook_{0};
+};
+
+}  // namespace corvalence::files

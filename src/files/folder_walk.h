@@ -1,0 +1,53 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "base/path_rules.h"
+#include "platform/file_system.h"
+
+namespace corvalence::files {
+
+/// A folder that could not be listed, and why.
+struct UnreadableFolder {
+    std::string path;
+    std::string reason;
+};
+
+/// What a walk went past without handing it on. Never silent: the command that walked tells it at its end.
+struct PassedOver {
+    std::uint64_t hiddenNames = 0;  // names that begin with a full stop, with all that lies below them
+    std::uint64_t links = 0;
+    std::vector<UnreadableFolder> unreadable;
+};
+
+/// Whether an attribute word is one of those that a walk takes for a folder.
+bool isFolderWord(std::uint32_t attributes) noexcept;
+
+/// Walks all files below a folder, depth first without recursion: the files of a folder in listing order,
+/// then the sub-folder that was met last. Links are not followed.
+class FolderWalk {
+  public:
+    /// `complete`: names that begin with a full stop are walked as well ("." and ".." never are).
+    FolderWalk(platform::FileSystem& files, const base::PathRules& paths, bool complete)
+        : files_(files), paths_(paths), complete_(complete) {}
+
+    /// Hands every entry that is neither folder nor link to `visit`, by its full path, until it says false. A
+    /// folder that cannot be read is noted and the walk goes on.
+    using Visit = std::function<bool(const std::string& path, const platform::FileStatus& status)>;
+    void run(const std::string& folder, const Visit& visit);
+
+    const PassedOver& passedOver() const noexcept { return passedOver_; }
+
+  private:
+    bool walkFolder(const std::string& folder, std::vector<std::string>& waiting, const Visit& visit);
+
+    platform::FileSystem& files_;
+    const base::PathRules& paths_;
+    bool complete_;
+    PassedOver passedOver_;
+};
+
+}  // namespace corvalence::files

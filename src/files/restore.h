@@ -1,0 +1,54 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "files/backup_store.h"
+#include "files/file_record.h"
+
+namespace corvalence::files {
+
+/// What becomes of the changed file when the original is put back.
+enum class RestoreChoice { DeleteChangedFile = 0, MoveChangedFile = 1 };
+
+struct RestoreResult {
+    bool restored = false;
+    /// "<path> successfully restored.", or why not.
+    std::string message;
+    /// What the user has to know beside it, a sentence each.
+    std::vector<std::string> notes;
+    /// Where the changed file lies now, if it was moved.
+    std::string movedTo;
+};
+
+/// Puts files of one database back from their backups. The list of backups is unsealed once for all of them.
+class FileRestore {
+  public:
+    FileRestore(store::Vault& vault, const store::OpenDatabaseContext& context)
+        : vault_(vault), context_(context) {}
+
+    /// Puts back the content that the record describes. The backup is copied to a candidate beside the file,
+    /// whose digest is tested before it touches anything; the candidate takes owner, rights and extended
+    /// attributes of the changed file and is renamed over it. Links on the way are followed only where they
+    /// belong to the administrator or the caller. Never throws for what concerns this one file: the result
+    /// says it.
+    RestoreResult restoreFile(const FileRecord& record, RestoreChoice choice);
+
+    /// The list of backups is to be read anew: entries were added or replaced.
+    void backupsChanged() { index_.reset(); }
+
+  private:
+    enum class Extraction { Good, Modified, NotBackedUp };
+    Extraction extract(const FileRecord& record, platform::File& candidate);
+    RestoreResult restoreIn(const FileRecord& record, RestoreChoice choice,
+                            const platform::PinnedFolder& folder, const std::string& name);
+    bool moveChanged(const std::string& path, const std::string& name, RestoreResult& result);
+    bool moveTo(const std::string& path, const std::string& target);
+    std::string candidateRefused(const std::string& path, const base::FileFailure& failure);
+
+    store::Vault& vault_;
+    const store::OpenDatabaseContext& context_;
+    std::optional<BackupIndex> index_;
+};
+
+}  // namespace corvalence::files
