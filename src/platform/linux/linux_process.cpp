@@ -86,10 +86,9 @@ std::unique_ptr<InstanceLock> LinuxProcess::lockInstallation(const std::string& 
     const auto deadline = std::chrono::steady_clock::now() + wait;
     while (::flock(descriptor.number(), LOCK_EX | LOCK_NB) != 0) {
         if (errno != EWOULDBLOCK && errno != EINTR) throwSystemError(path);
-        const auto rest = std::chrono::duration_cast<std::chrono::milliseconds>(
-            deadline - std::chrono::steady_clock::now());
-        if (cancelRequested() || rest <= rest.zero()) return nullptr;
-        std::this_thread::sleep_for(std::min(rest, kLockPoll));
+        const auto now = std::chrono::steady_clock::now();
+        if (cancelRequested() || now >= deadline) return nullptr;
+        std::this_thread::sleep_until(std::min(deadline, now + kLockPoll));
     }
     return std::make_unique<LockFile>(std::move(descriptor));
 }
