@@ -1,0 +1,221 @@
+#include "platform/linux/linux_file_system.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <linux/fs.h>
+#include <sys/ioctl.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+#include <cerrno>
+
+#include "child_process.h"
+#include "failure_of.h"
+#include "system_back_end.h"
+#include "temp_folder.h"
+
+namespace corvalence::test {
+namespace {
+
+using base::Cause;
+using platform::FileKind;
+using platform::Follow;
+namespace attribute = platform::attribute;
+
+class LinuxFiles : public testing::Test {
+  protected:
+    mode_t modeOf(const std::string& path) {
+        struct stat data {};
+        EXPECT_EQ(::lstat(path.c_str(), &data), 0) << path;
+        return data.st_mode & ALLPERMS;
+    }
+    std::uint32_t attributesOf(const char* name) {
+        return files_.status(folder_ / name, Follow::No)->attributes;
+    }
+
+    TempFolder folder_;
+    platform::linux_system::LinuxFileSystem files_;
+};
+
+TEST_F(LinuxFiles, refuseWhateverCouldBlockOrActWithoutTouchingIt) {
+    ASSERT_EQ(::mkfifo((folder_ / "fifo").c_str(), 0600), 0);
+    ASSERT_EQ(::symlink("fifo", (folder_ / "link").c_str()), 0);
+    const int socket = ::socket(AF_UNIX, SOCK_STREAM, 0);
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    (folder_ / "socket").copy(address.sun_path, sizeof address.sun_path - 1);
+    ASSERT_EQ(::bind(socket, reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
+    ::close(socket);
+    // A writer that waits for a reader sees one come as soon as somebody opens the other end.
+    ChildProcess writer([&] { return ::open((folder_ / "fifo").c_str(), O_WRONLY) < 0 ? 1 : 0; });
+    for (const std::string& path : {folder_ / "fifo", folder_ / "link", folder_ / "socket",
+                                    std::string("/dev/zero"), std::string("/dev/tty")}) {
+        EXPECT_EQ(causeOf([&] { files_.openShared(path); }), Cause::InvalidFile) << path;
+        EXPECT_EQ(causeOf([&] { files_.openExclusive(path); }), Cause::InvalidFile) << path;
+    }
+    ::usleep(50'000);
+    EXPECT_TRUE(writer.isRunning());
+    EXPECT_EQ(files_.status(folder_ / "fifo", Follow::No)->kind, FileKind::Other);
+}
+
+TEST_F(LinuxFiles, followLinksToFilesButNotIntoCircles) {
+    folder_.write("target", "text");
+    ASSERT_EQ(::symlink("target", (folder_ / "link").c_str()), 0);
+    ASSERT_EQ(::symlink("circle", (folder_ / "circle").c_str()), 0);
+    EXPECT_EQ(files_.openShared(folder_ / "link")->size(), 4U);
+    EXPECT_EQ(files_.status(folder_ / "link", Follow::Yes)->kind, FileKind::Regular);
+    EXPECT_EQ(files_.status(folder_ / "link", Follow::No)->kind, FileKind::Link);
+    EXPECT_EQ(causeOf([&] { files_.openShared(folder_ / "circle"); }), Cause::BadPath);
+    EXPECT_EQ(causeOf([&] { files_.status(folder_ / "circle", Follow::Yes); }), Cause::BadPath);
+}
+
+TEST_F(LinuxFiles, madeByThisProgramBelongToTheOwnerAloneWhateverTheMask) {
+    for (const mode_t mask : {mode_t{0}, mode_t{0777}}) {
+        const auto work = [&] {
+            const TempFolder own;
+            ::umask(mask);
+            files_.createNew(own / "a");
+            files_.openExclusive(own / "a");
+            files_.createFolder(own / "x/y/z");
+            files_.createNew(own / "x/y/z/a");
+            if (modeOf(own / "a") != 0600) return 1;
+            return modeOf(own / "x") == 0700 && modeOf(own / "x/y/z") == 0700 ? 0 : 2;
+        };
+        // Root would not notice that it lacks a right.
+        EXPECT_EQ(isRoot() ? inChildAs(kNobody, work) : inChild(work), 0) << mask;
+    }
+}
+
+TEST_F(LinuxFiles, bearTheAttributesThatTheirModeAndNameGive) {
+    folder_.write("plain", "");
+    folder_.write(".hidden", "");
+    folder_.write("..two", "");
+    folder_.write("folder/x", "");
+    folder_.write(".folder/x", "");
+    ::chmod((folder_ / "plain").c_str(), 0577);
+    ::chmod((folder_ / "..two").c_str(), 0200);
+    ::chmod((folder_ / ".folder").c_str(), 0500);
+    EXPECT_EQ(attributesOf("plain"), attribute::kArchive | attribute::kReadOnly);
+    EXPECT_EQ(attributesOf(".hidden"), attribute::kArchive | attribute::kHidden);
+    EXPECT_EQ(attributesOf("..two"), attribute::kArchive | attribute::kHidden);
+    EXPECT_EQ(attributesOf("folder"), attribute::kFolder);
+    EXPECT_EQ(attributesOf(".folder"), attribute::kFolder | attribute::kHidden | attribute::kReadOnly);
+    EXPECT_EQ(files_.openShared(folder_ / ".hidden")->status().attributes, attributesOf(".hidden"));
+}
+
+TEST_F(LinuxFiles, showTheFileSystemsCompressedFlag) {
+    folder_.write("a", "");
+    const int descriptor = ::open((folder_ / "a").c_str(), O_RDONLY | O_CLOEXEC);
+    int flags = 0;
+    const bool isSet = ::ioctl(descriptor, FS_IOC_GETFLAGS, &flags) == 0 && (flags |= FS_COMPR_FL) != 0 &&
+                       ::ioctl(descriptor, FS_IOC_SETFLAGS, &flags) == 0;
+    ::close(descriptor);
+    if (!isSet) GTEST_SKIP() << "this file system has no compressed flag";
+    EXPECT_EQ(attributesOf("a"), attribute::kArchive | attribute::kCompressed);
+}
+
+TEST_F(LinuxFiles, keepTimesToAHundredNanoseconds) {
+    folder_.write("a", "");
+    const timespec times[2] = {{0, 0}, {1'000'000'000, 123'456'789}};
+    ASSERT_EQ(::utimensat(AT_FDCWD, (folder_ / "a").c_str(), times, 0), 0);
+    EXPECT_EQ(files_.status(folder_ / "a", Follow::No)->written,
+              base::FileTime::fromUnix(1'000'000'000, 123'456'700));
+}
+
+TEST_F(LinuxFiles, takeNamesOfAnyBytes) {
+    std::vector<std::string> expected;
+    for (int byte = 1; byte < 256; ++byte) {
+        if (byte == '/' || byte == '.') continue;
+        expected.push_back(std::string(1, static_cast<char>(byte)));
+        files_.createNew(folder_ / expected.back());
+    }
+    std::vector<std::string> names;
+    for (const auto& entry : files_.list(folder_.path()))
+        names.push_back(entry.name);
+    EXPECT_EQ(names, expected);
+}
+
+TEST_F(LinuxFiles, neverTakeAPathForItsFrontPart) {
+    folder_.write("a", "text");
+    const std::string path = folder_ / std::string("a\0.txt", 6);
+    EXPECT_EQ(causeOf([&] { files_.openShared(path); }), Cause::BadPath);
+    EXPECT_EQ(causeOf([&] { files_.remove(path); }), Cause::BadPath);
+    EXPECT_EQ(causeOf([&] { files_.rename(folder_ / "a", path); }), Cause::BadPath);
+    EXPECT_EQ(causeOf([&] { files_.createFolder(path); }), Cause::BadPath);
+    EXPECT_EQ(causeOf([&] { files_.status(path, Follow::No); }), Cause::BadPath);
+    EXPECT_EQ(folder_.read("a"), "text");
+}
+
+TEST_F(LinuxFiles, tellWhatTheSystemRefuses) {
+    EXPECT_EQ(causeOf([&] { files_.openShared("/proc/self/mem/x"); }), Cause::BadPath);
+    EXPECT_EQ(causeOf([&] { files_.openShared("/" + std::string(5000, 'x')); }), Cause::BadPath);
+    if (!isRoot()) GTEST_SKIP() << "needs root";
+    folder_.write("secret", "x");
+    folder_.write("closed/x", "x");
+    ::chmod((folder_ / "secret").c_str(), 0600);
+    ::chmod((folder_ / "closed").c_str(), 0744);
+    const auto refused = [&](const std::function<void()>& call) {
+        return causeOf(call) == Cause::AccessDenied;
+    };
+    EXPECT_EQ(inChildAs(kNobody,
+                        [&] {
+                            if (!refused([&] { files_.openShared(folder_ / "secret"); })) return 1;
+                            if (!refused([&] { files_.openShared(folder_ / "closed/x"); })) return 2;
+                            if (!refused([&] { files_.status(folder_ / "closed/x", Follow::No); })) return 3;
+                            if (!refused([&] { files_.list(folder_ / "closed"); })) return 4;
+                            if (!refused([&] { files_.createNew(folder_ / "new"); })) return 5;
+                            if (!refused([&] { files_.remove(folder_ / "secret"); })) return 6;
+                            if (!refused([&] { files_.createFolder(folder_ / "new"); })) return 7;
+                            return 0;
+                        }),
+              0);
+}
+
+TEST_F(LinuxFiles, renameWithinAFolderThatMayBeWrittenButNotRead) {
+    if (!isRoot()) GTEST_SKIP() << "needs root";
+    folder_.write("drop/a", "x");
+    ::chmod((folder_ / "drop").c_str(), 0733);
+    EXPECT_EQ(inChildAs(kNobody,
+                        [&] {
+                            files_.createNew(folder_ / "drop/mine")->write(base::bytesOf("y"));
+                            files_.rename(folder_ / "drop/mine", folder_ / "drop/b");
+                            return files_.renameNew(folder_ / "drop/b", folder_ / "drop/a") ? 1 : 0;
+                        }),
+              0);
+    EXPECT_EQ(folder_.read("drop/b"), "y");
+}
+
+TEST_F(LinuxFiles, runOutOfDescriptorsBeforeAnythingChanges) {
+    folder_.write("a", "one");
+    folder_.write("b", "two");
+    EXPECT_EQ(inChild([&] {
+                  while (::open("/dev/null", O_RDONLY | O_CLOEXEC) >= 0) {
+                  }
+                  return causeOf([&] { files_.rename(folder_ / "a", folder_ / "b"); }) ==
+                                 Cause::TooManyOpenFiles
+                             ? 0
+                             : 1;
+              }),
+              0);
+    EXPECT_EQ(folder_.read("b"), "two");
+}
+
+TEST_F(LinuxFiles, leaveNoDescriptorToProgramsThatAreStarted) {
+    folder_.write("a", "x");
+    const auto shared = files_.openShared(folder_ / "a");
+    const auto exclusive = files_.openExclusive(folder_ / "a");
+    const auto made = files_.createNew(folder_ / "b");
+    for (const auto& entry : files_.list("/proc/self/fd")) {
+        const int number = std::atoi(entry.name.c_str());
+        std::string target(300, '\0');
+        const ssize_t length =
+            ::readlink(("/proc/self/fd/" + entry.name).c_str(), target.data(), target.size());
+        if (length < 0 || target.find(folder_.path()) != 0) continue;
+        EXPECT_NE(::fcntl(number, F_GETFD) & FD_CLOEXEC, 0) << target;
+    }
+}
+
+}  // namespace
+}  // namespace corvalence::test

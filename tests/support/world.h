@@ -1,0 +1,133 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "core/start.h"
+#include "files/add_pipeline.h"
+#include "files/check.h"
+#include "test_platform.h"
+
+namespace corvalence::test {
+
+/// The machine's process services, whoever runs the tests being an administrator.
+class AdministratorProcess : public platform::Process {
+  public:
+    explicit AdministratorProcess(platform::Process& inner) : inner_(inner) {}
+    std::unique_ptr<platform::InstanceLock> lockInstallation(const std::string& folder,
+                                                             std::chrono::milliseconds wait) override {
+        return inner_.lockInstallation(folder, wait);
+    }
+    bool isAdministrator() override { return isOne; }
+    std::string currentFolder() override { return inner_.currentFolder(); }
+    void catchCancelSignals() override { inner_.catchCancelSignals(); }
+    bool cancelRequested() const noexcept override { return false; }
+
+    bool isOne = true;
+
+  private:
+    platform::Process& inner_;
+};
+
+/// Gives the same password every time; leaves when it is refused.
+class OnePassword : public core::PasswordDialog {
+  public:
+    std::string password = "open sesame";
+    int asked = 0;
+    bool wasChoosing = false;
+
+    std::optional<crypto::SecretText> show(bool choosing, bool again) override {
+        ++asked;
+        wasChoosing = choosing;
+        if (again) return std::nullopt;
+        return crypto::SecretText(password);
+    }
+};
+
+struct Finding {
+    files::ChangedFileDetails details;
+    files::Reaction reaction;
+    bool done;
+    std::string message;
+};
+
+struct CheckOutcome {
+    files::CheckSummary summary;
+    std::vector<Finding> changed;
+    std::vector<std::pair<std::string, std::string>> unchecked;  // path, reason
+    std::vector<std::string> notes;
+
+    const files::CheckCounts& counts() const { return summary.counts; }
+};
+
+/// What the user answers at changed files, in their order; the last answer holds for all that follow.
+struct Answers {
+    std::vector<files::Reaction> reactions = {files::Reaction::Ignore};
+    files::RestoreChoice restore = files::RestoreChoice::MoveChangedFile;
+    bool attended = false;
+};
+
+/// A machine with an installation, a folder of the user's files and one run of the program after the other.
+class World {
+  public:
+    /// Makes the installation and starts the first run.
+    World();
+    /// Takes on an installation that another process made in `folder`, without starting a run.
+    explicit World(const std::string& folder);
+    ~World();
+
+    TestPlatform machine;
+    AdministratorProcess process{machine.system.process};
+    platform::Platform platform{machine.files,
+                                machine.access,
+                                machine.platform.volumes,
+                                process,
+                                machine.platform.types,
+                                machine.clock,
+                                machine.settings,
+                                machine.sound,
+                                machine.ui,
+                                machine.platform.paths};
+    OnePassword password;
+
+    // The program.
+    core::StartResult start();
+    void stop() { run_.reset(); }
+    store::Vault& vault() { return run_->vault(); }
+    settings::Configuration& configuration() { return run_->configuration(); }
+    void set(std::string_view key, const std::string& text) { configuration().write(key, text); }
+
+    // The user's files, by name below "files".
+    std::string path(std::string_view name) const { return root_ + "files/" + std::string(name); }
+    std::string write(std::string_view name, std::string_view content);
+    std::string read(std::string_view name) const { return readWholeFile(path(name)); }
+
+    // Databases, by name in the data folder.
+    std::string databasePath(std::string_view name = "db") const {
+        return data("Databases/") + std::string(name);
+    }
+    std::string data(std::string_view name) const { return root_ + "data/" + std::string(name); }
+    bool create(std::string_view name = "db", crypto::DigestCode digest = crypto::DigestCode::Sha256);
+    store::OpenResult open(std::string_view name = "db");
+    store::OpenDatabaseContext& context() { return *context_; }
+    files::AddReport add(const std::vector<std::string>& names, std::string_view database = "db");
+    files::AddReport addAll(std::string_view database = "db");
+    CheckOutcome check(const Answers& answers = {}, std::string_view database = "db");
+    std::vector<files::FileRecord> records(std::string_view database = "db");
+    files::RestoreResult restore(std::string_view name,
+                                 files::RestoreChoice choice = files::RestoreChoice::DeleteChangedFile);
+
+    /// Files below the whole world that are working files by their names, or hold `secret` in plain outside
+    /// "files".
+    std::vector<std::string> leftovers(std::string_view secret = {}) const;
+
+  private:
+    std::string root_;
+    std::unique_ptr<core::Run> run_;
+    std::optional<store::OpenDatabaseContext> context_;
+};
+
+}  // namespace corvalence::test
