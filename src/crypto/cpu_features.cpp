@@ -19,7 +19,7 @@ CpuFeatures detect() noexcept {
     features.aes = (ecx & bit_AES) != 0;
     if (__get_cpuid_count(7, 0, &eax, &ebx, &ecx, &edx) != 0) features.sha = shuffles && (ebx & bit_SHA) != 0;
     __builtin_cpu_init();
-    features.avx2 = __builtin_cpu_supports("avx2") && __builtin_cpu_supports("bmi2");
+    features.avx = __builtin_cpu_supports("avx") && __builtin_cpu_supports("bmi2");
     return features;
 }
 #else

@@ -19,7 +19,7 @@ class HashEngine {
     enum SHA_TYPE : int { SHA1 = 1, SHA224 = 2, SHA256 = 3, SHA384 = 4, SHA512 = 5 };
 
     /// Code for the compression functions: Portable everywhere, Accelerated where the processor has what it
-    /// needs (SHA instructions for SHA-1, SHA-224 and SHA-256; AVX2 and BMI2 for SHA-384 and SHA-512).
+    /// needs (SHA instructions for SHA-1, SHA-224 and SHA-256; AVX and BMI2 for SHA-384 and SHA-512).
     /// Automatic picks at run time; the others are for tests and benchmarks, and Accelerated is portable code
     /// where it is not available.
     enum class Code { Automatic, Portable, Accelerated };

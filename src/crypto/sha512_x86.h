@@ -4,7 +4,7 @@
 
 namespace corvalence::crypto {
 
-/// SHA-512's Compress64 for processors with AVX2 and BMI2.
-void compressSha512Avx2(std::uint64_t* state, const std::uint8_t* blocks, std::size_t count) noexcept;
+/// SHA-512's Compress64 for processors with AVX and BMI2.
+void compressSha512Avx(std::uint64_t* state, const std::uint8_t* blocks, std::size_t count) noexcept;
 
 }  // namespace corvalence::crypto

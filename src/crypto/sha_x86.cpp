@@ -116,7 +116,7 @@ ShaCode acceleratedShaCode() noexcept {
         code.sha1 = compressSha1;
         code.sha256 = compressSha256;
     }
-    if (cpuFeatures().avx2) code.sha512 = compressSha512Avx2;
+    if (cpuFeatures().avx) code.sha512 = compressSha512Avx;
     return code;
 }
 
