@@ -10,8 +10,9 @@ namespace corvalence::crypto {
 /// MD5 (RFC 1321). No allocation anywhere; may be copied.
 ///
 /// finish() leaves the context in use: it pads, compresses and clears the 64-byte input buffer, but keeps the
-/// chaining words and the byte count. An update() that follows continues from there, with the buffer position that
-/// the byte count gives: the second half of a session key is made so. Every other user starts with init().
+/// chaining words and the byte count. An update() that follows continues from there, with the buffer position
+/// that the byte count gives: the second half of a session key is made so. Every other user starts with
+/// init().
 class Md5 {
   public:
     static constexpr std::size_t kDigestSize = 16;

@@ -14,8 +14,8 @@ namespace {
 #define CORVALENCE_STEP [[gnu::target("avx,bmi2"), gnu::always_inline]] inline
 
 // The message words are made two at a time in vectors, the rounds are scalar: the two use different units of
-// the processor, so each vector step stands between two rounds. A wider vector would not do, as a pair of words
-// hangs on the pair before it.
+// the processor, so each vector step stands between two rounds. A wider vector would not do, as a pair of
+// words hangs on the pair before it.
 
 /// Leaves the rounds' inputs, message words with their constants added, where the scalar code reads them.
 CORVALENCE_STEP void keep(std::uint64_t* inputs, __m128i words, const std::uint64_t* constants) noexcept {

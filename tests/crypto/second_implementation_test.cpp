@@ -1,31 +1,25 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <functional>
-#include <iterator>
 #include <random>
+#include <sstream>
 #include <string>
 #include <vector>
 
 #include "base/hex_text.h"
 #include "crypto/hash_engine.h"
 #include "crypto/md5.h"
+#include "temp_folder.h"
 
 namespace corvalence::crypto {
 namespace {
 
-namespace fs = std::filesystem;
 using Code = HashEngine::Code;
 
 /// Random files around every block border and of a few megabytes, and what `openssl dgst` says of them.
 class SecondImplementation : public testing::Test {
   protected:
     void SetUp() override {
-        std::random_device seed;
-        folder_ = fs::temp_directory_path() / ("corvalence-digests-" + std::to_string(seed()));
-        fs::create_directory(folder_);
         if (run("version").empty()) GTEST_SKIP() << "openssl is not installed";
         std::mt19937 random(20);
         for (std::size_t length = 0; length <= 300; ++length)
@@ -34,13 +28,11 @@ class SecondImplementation : public testing::Test {
             add(length, random);
     }
 
-    void TearDown() override { fs::remove_all(folder_); }
-
     /// The digests of all files, in their order.
     std::vector<std::string> digestsBy(const std::string& algorithm) const {
         std::string arguments = "dgst -r -" + algorithm;
         for (std::size_t i = 0; i < messages_.size(); ++i)
-            arguments += " \"" + pathOf(i).string() + "\"";
+            arguments += quoted(folder_ / std::to_string(i));
         std::vector<std::string> digests = run(arguments);
         for (std::string& line : digests)
             line.resize(line.find(' '));
@@ -50,29 +42,28 @@ class SecondImplementation : public testing::Test {
     const std::vector<std::vector<std::uint8_t>>& messages() const { return messages_; }
 
   private:
-    fs::path pathOf(std::size_t index) const { return folder_ / std::to_string(index); }
+    static std::string quoted(const std::string& path) { return " \"" + path + "\""; }
 
     void add(std::size_t length, std::mt19937& random) {
         std::vector<std::uint8_t> bytes(length);
         for (std::uint8_t& byte : bytes)
             byte = static_cast<std::uint8_t>(random());
-        const std::string_view text = base::textOf(bytes);
-        std::ofstream(pathOf(messages_.size()), std::ios::binary) << text;
+        folder_.write(std::to_string(messages_.size()), base::textOf(bytes));
         messages_.push_back(std::move(bytes));
     }
 
+    /// What openssl prints, by lines; none if it fails or is missing.
     std::vector<std::string> run(const std::string& arguments) const {
-        const fs::path output = folder_ / "output";
-        const std::string redirected = "openssl " + arguments + " > \"" + output.string() + "\" 2>&1";
-        if (std::system(redirected.c_str()) != 0) return {};
-        std::ifstream stream(output);
+        const std::string command = "openssl " + arguments + " >" + quoted(folder_ / "output") + " 2>&1";
+        if (std::system(command.c_str()) != 0) return {};
+        std::istringstream stream(folder_.read("output"));
         std::vector<std::string> lines;
         for (std::string line; std::getline(stream, line);)
             lines.push_back(line);
         return lines;
     }
 
-    fs::path folder_;
+    test::TempFolder folder_;
     std::vector<std::vector<std::uint8_t>> messages_;
 };
 
