@@ -12,6 +12,8 @@ class Terminal {
 
     /// Whether standard input, and standard error for prompts, both lead to a terminal.
     virtual bool isInteractive() = 0;
+    /// Whether standard input alone leads to one: what is typed there must not be echoed unasked.
+    virtual bool inputIsTerminal() = 0;
     /// Whether standard output, or standard error, leads to a terminal.
     virtual bool outputIsTerminal() = 0;
     virtual bool errorIsTerminal() = 0;

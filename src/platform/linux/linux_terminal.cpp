@@ -108,6 +108,9 @@ void wipe(std::string& text) {
 bool LinuxTerminal::isInteractive() {
     return ::isatty(input_) == 1 && ::isatty(error_) == 1;
 }
+bool LinuxTerminal::inputIsTerminal() {
+    return ::isatty(input_) == 1;
+}
 bool LinuxTerminal::outputIsTerminal() {
     return ::isatty(output_) == 1;
 }

@@ -13,6 +13,7 @@ class LinuxTerminal : public Terminal {
         : process_(process), input_(input), output_(output), error_(error) {}
 
     bool isInteractive() override;
+    bool inputIsTerminal() override;
     bool outputIsTerminal() override;
     bool errorIsTerminal() override;
 

@@ -1,0 +1,118 @@
+#include "files/add_pipeline.h"
+
+#include "cli/commands.h"
+#include "cli/console_text.h"
+#include "cli/json_writer.h"
+#include "cli/session.h"
+
+namespace corvalence::cli {
+
+namespace {
+
+/// What the two halves of the command, paths and location, came to together.
+struct Outcome {
+    std::uint64_t added = 0;
+    std::uint64_t listed = 0;
+    std::uint64_t failed = 0;
+    std::uint64_t ownFiles = 0;
+    files::PassedOver passedOver;
+    bool isCancelled = false;
+    bool isKept = true;
+
+    void take(files::AddReport report) {
+        added += report.added;
+        listed += report.listed;
+        failed += report.failed;
+        ownFiles += report.ownFiles;
+        passedOver = std::move(report.passedOver);
+        isCancelled = report.cancelled;
+        isKept = report.kept;
+    }
+};
+
+struct CountRow {
+    std::uint64_t count;
+    std::string_view text;
+};
+
+void writeText(Context& context, const Outcome& outcome, const std::string& reports) {
+    std::string text = reports;
+    if (outcome.isCancelled && !outcome.isKept) text += "The files added before the cancel were not kept.\n";
+    const files::PassedOver& passedOver = outcome.passedOver;
+    for (const CountRow& row : std::initializer_list<CountRow>{
+             {outcome.failed, " could not be added."},
+             {passedOver.hiddenNames, " passed over: names that begin with a full stop."},
+             {passedOver.links, " passed over: symbolic links."},
+             {outcome.ownFiles, " passed over: the installation's own files."},
+             {passedOver.unreadable.size(), " passed over: folders that could not be read."}}) {
+        if (row.count > 0) text += std::to_string(row.count).append(row.text) + "\n";
+    }
+    for (const files::UnreadableFolder& folder : passedOver.unreadable)
+        text += "  " + shown(folder.path) + "  Reason: " + folder.reason + "\n";
+    context.out << text;
+}
+
+void writeJson(Context& context, const std::string& database, const Outcome& outcome) {
+    JsonWriter json(context.out);
+    json.beginObject();
+    json.path("database", database);
+    json.number("added", outcome.added);
+    json.number("listed", outcome.listed);
+    json.number("failed", outcome.failed);
+    json.beginObject("passed_over");
+    json.number("hidden", outcome.passedOver.hiddenNames);
+    json.number("links", outcome.passedOver.links);
+    json.number("own_files", outcome.ownFiles);
+    json.beginArray("unreadable");
+    for (const files::UnreadableFolder& folder : outcome.passedOver.unreadable) {
+        json.beginObject();
+        json.path("path", folder.path);
+        json.text("reason", folder.reason);
+        json.end();
+    }
+    json.end();
+    json.end();
+    json.flag("cancelled", outcome.isCancelled);
+    json.flag("kept", outcome.isKept);
+    json.endAll();
+}
+
+std::string reportLine(const files::AddReport& report) {
+    return report.text.empty() ? "No file was added.\n" : shown(report.text, LineFeeds::Keep) + "\n";
+}
+
+}  // namespace
+
+ExitCode runAdd(Context& context, const AddArguments& arguments) {
+    if (arguments.paths.empty() && !arguments.location) {
+        throw CommandEnd(ExitCode::Usage, "`add` takes the files' paths, or --location with a folder.");
+    }
+    const auto run = startRun(context);
+    auto database = openFileDatabase(context, *run, arguments.database);
+    files::AddPipeline pipeline(run->vault(), database);
+    files::AddOptions options;
+    options.notifyListed = arguments.notifyListed || !arguments.location;
+
+    Outcome outcome;
+    std::string reports;
+    if (!arguments.paths.empty()) {
+        std::vector<std::string> paths;
+        for (const std::string& path : arguments.paths)
+            paths.push_back(absolutePath(context, path));
+        files::AddReport report = pipeline.addFiles(paths, options);
+        reports += reportLine(report);
+        outcome.take(std::move(report));
+    }
+    if (arguments.location && !outcome.isCancelled) {
+        files::AddReport report = pipeline.addLocation(absolutePath(context, *arguments.location), options);
+        reports += reportLine(report);
+        outcome.take(std::move(report));
+    }
+    context.options.json ? writeJson(context, database.path(), outcome)
+                         : writeText(context, outcome, reports);
+    if (outcome.isCancelled) return ExitCode::Cancelled;
+    const bool isComplete = outcome.failed == 0 && outcome.passedOver.unreadable.empty();
+    return isComplete ? ExitCode::Done : ExitCode::Differences;
+}
+
+}  // namespace corvalence::cli

@@ -1,0 +1,231 @@
+#include "cli/command_line.h"
+
+#include <CLI/CLI.hpp>
+#include <memory>
+
+#include "cli/commands.h"
+
+namespace corvalence::cli {
+
+namespace {
+
+constexpr std::string_view kAsk = "ask";
+constexpr std::array<std::string_view, 2> kChangedFileNames = {"delete", "move"};  // by RestoreChoice
+
+/// A name out of a list, told with the list where it is none of them.
+CLI::Validator oneOf(std::vector<std::string> names) {
+    return CLI::Validator(
+        [names](std::string& text) {
+            if (std::find(names.begin(), names.end(), text) != names.end()) return std::string();
+            return "\"" + text + "\" is none of: " + CLI::detail::join(names, ", ");
+        },
+        CLI::detail::join(names, "|"));
+}
+
+// The parser takes "[a,b]" for a list wherever several values may stand; a file may well have that name. Such
+// arguments go through it behind a guard.
+constexpr char kGuard = '\x1F';
+
+std::string guarded(const std::string& argument) {
+    const bool needsGuard = !argument.empty() && (argument.front() == '[' || argument.front() == kGuard);
+    return needsGuard ? kGuard + argument : argument;
+}
+
+std::string unguarded(const std::string& argument) {
+    return !argument.empty() && argument.front() == kGuard ? argument.substr(1) : argument;
+}
+
+/// An option or, named in capitals, an argument that takes text as it is.
+template <typename Value>
+CLI::Option* text(CLI::App& command, const std::string& name, Value& value, const std::string& meaning) {
+    return command.add_option(name, value, meaning)->transform(unguarded, "");
+}
+
+/// Declares the commands; each stores what it is called with in the invocation.
+class Commands {
+  public:
+    Commands(CLI::App& app, Invocation& invocation) : app_(app), invocation_(invocation) {
+        plain("init", "Make the installation: data folders, settings, empty sealed files", runInit);
+        create();
+        plain("databases", "List every database of the index", runDatabases);
+        onDatabase("details", "What is known of a database", runDetails);
+        onDatabase("files", "The files that a database lists", runFiles);
+        add();
+        check();
+        restore();
+        onDatabase("delete", "Delete a database, its backup and the backups of its files", runDelete);
+        config();
+        plain("reset", "After a forgotten password: empty index, schedule and logs", runReset);
+    }
+
+  private:
+    using PlainCommand = ExitCode (*)(Context&);
+    template <typename Arguments>
+    using Command = ExitCode (*)(Context&, const Arguments&);
+
+    static CLI::App* declare(CLI::App& parent, const std::string& name, const std::string& does) {
+        CLI::App* command = parent.add_subcommand(name, does);
+        command->footer("Options of every command:  corvalencectl --help");
+        return command;
+    }
+
+    void plain(const std::string& name, const std::string& does, PlainCommand command) {
+        plain(app_, name, does, command);
+    }
+    void plain(CLI::App& parent, const std::string& name, const std::string& does, PlainCommand command) {
+        declare(parent, name, does)->callback([this, command] { invocation_.command = command; });
+    }
+
+    template <typename Arguments>
+    void call(CLI::App* command, std::shared_ptr<Arguments> arguments, Command<Arguments> run) {
+        command->callback([this, arguments, run] {
+            invocation_.command = [arguments, run](Context& context) { return run(context, *arguments); };
+        });
+    }
+
+    static void database(CLI::App* command, std::string& value) {
+        text(*command, "DATABASE", value, "Full path, or file name where only one database has it")
+            ->required();
+    }
+
+    static void changedFile(CLI::App* command, files::RestoreChoice& value) {
+        command
+            ->add_option_function<std::string>(
+                "--changed-file",
+                [&value](const std::string& name) {
+                    value = name == kChangedFileNames[0] ? files::RestoreChoice::DeleteChangedFile
+                                                         : files::RestoreChoice::MoveChangedFile;
+                },
+                "What becomes of the changed file when the original is put back (default: move, to the "
+                "folder of changed files)")
+            ->check(oneOf({kChangedFileNames.begin(), kChangedFileNames.end()}));
+    }
+
+    void onDatabase(const std::string& name, const std::string& does, Command<DatabaseArguments> run) {
+        CLI::App* command = declare(app_, name, does);
+        const auto arguments = std::make_shared<DatabaseArguments>();
+        database(command, arguments->database);
+        call(command, arguments, run);
+    }
+
+    void create() {
+        CLI::App* command = declare(app_, "create", "Make a database");
+        const auto arguments = std::make_shared<CreateArguments>();
+        text(*command, "KIND", arguments->kind, "file-contents")->required();
+        text(*command, "NAME", arguments->name, "File name of the database")->required();
+        text(*command, "--location", arguments->location,
+             "Folder of the database (default: the data folder for databases)");
+        std::vector<std::string> names;
+        for (const crypto::DigestKind& kind : crypto::kDigestKinds)
+            names.emplace_back(kind.consoleName);
+        command
+            ->add_option_function<std::string>(
+                "--digest",
+                [&digest = arguments->digest](const std::string& name) {
+                    for (const crypto::DigestKind& kind : crypto::kDigestKinds)
+                        if (kind.consoleName == name) digest = kind.code;
+                },
+                "Digest of the listed files (default: sha256)")
+            ->check(oneOf(names));
+        call(command, arguments, runCreate);
+    }
+
+    void add() {
+        CLI::App* command = declare(app_, "add", "Add files to a database");
+        const auto arguments = std::make_shared<AddArguments>();
+        database(command, arguments->database);
+        text(*command, "PATH", arguments->paths, "Files by name");
+        text(*command, "--location", arguments->location, "Folder: add all files below it");
+        command->add_flag("--notify-listed", arguments->notifyListed,
+                          "Tell each file that is listed already");
+        call(command, arguments, runAdd);
+    }
+
+    void check() {
+        CLI::App* command = declare(app_, "check", "Compare the listed files with the machine's");
+        const auto arguments = std::make_shared<CheckArguments>();
+        database(command, arguments->database);
+        std::vector<std::string> names = {std::string(kAsk)};
+        for (const files::ReactionRow& row : files::kReactions)
+            names.emplace_back(row.consoleName);
+        command
+            ->add_option_function<std::string>(
+                "--on-change",
+                [&reaction = arguments->reaction](const std::string& name) {
+                    for (const files::ReactionRow& row : files::kReactions)
+                        if (row.consoleName == name) reaction = row.reaction;
+                },
+                "What is done about a changed file (default: ask on a terminal, else ignore)")
+            ->check(oneOf(names));
+        changedFile(command, arguments->changedFile);
+        call(command, arguments, runCheck);
+    }
+
+    void restore() {
+        CLI::App* command = declare(app_, "restore", "Put one file back from its backup");
+        const auto arguments = std::make_shared<RestoreArguments>();
+        database(command, arguments->database);
+        text(*command, "FILE", arguments->file, "Path of the listed file")->required();
+        changedFile(command, arguments->changedFile);
+        call(command, arguments, runRestore);
+    }
+
+    void config() {
+        CLI::App* command = declare(app_, "config", "Show or change the configuration");
+        command->require_subcommand(1);
+        plain(*command, "list", "Every key with its text and its meaning", runConfigList);
+        configKey(declare(*command, "get", "The text of a key"), false, runConfigGet);
+        configKey(declare(*command, "set", "Give a key another text"), true, runConfigSet);
+    }
+
+    void configKey(CLI::App* command, bool withText, Command<ConfigArguments> run) {
+        const auto arguments = std::make_shared<ConfigArguments>();
+        text(*command, "KEY", arguments->key, "\"Config5\" or \"backup-files\"")->required();
+        if (withText) text(*command, "TEXT", arguments->text, "The new text")->required();
+        call(command, arguments, run);
+    }
+
+    CLI::App& app_;
+    Invocation& invocation_;
+};
+
+void addGlobalOptions(CLI::App& app, Options& options) {
+    text(app, "--home", options.home, "Folder of the installation (default: the user's own)");
+    text(app, "--password-file", options.passwordFile,
+         "File whose first line is the password, - for standard input");
+    app.add_flag("--json", options.json, "Results as one JSON document");
+    app.add_flag("--quiet", options.quiet, "No progress and no information messages");
+    app.add_flag("--yes", options.yes, "Answer yes to every question");
+    app.add_option_function<unsigned>(
+        "--wait", [&options](unsigned seconds) { options.wait = std::chrono::seconds(seconds); },
+        "Seconds to wait for another program at work on the installation (default: 10)");
+    app.set_version_flag("--version", "corvalencectl " CORVALENCE_VERSION);
+}
+
+}  // namespace
+
+std::variant<Invocation, ExitCode> parseCommandLine(const std::vector<std::string>& arguments,
+                                                    std::ostream& out, std::ostream& err) {
+    Invocation invocation;
+    CLI::App app("Records what files hold in password-sealed databases and tells what has changed.",
+                 "corvalencectl");
+    app.allow_windows_style_options(false);
+    app.fallthrough();  // the options of every command may stand behind it
+    app.require_subcommand(1);
+    addGlobalOptions(app, invocation.options);
+    const Commands commands(app, invocation);
+    try {
+        std::vector<std::string> fromTheEnd;  // the order in which the parser takes them
+        std::transform(arguments.rbegin(), arguments.rend(), std::back_inserter(fromTheEnd), guarded);
+        app.parse(std::move(fromTheEnd));
+    } catch (const CLI::Success& finished) {
+        app.exit(finished, out, err);
+        return ExitCode::Done;
+    } catch (const CLI::Error& error) {
+        app.exit(error, out, err);
+        return ExitCode::Usage;
+    }
+    return invocation;
+}
+
+}  // namespace corvalence::cli

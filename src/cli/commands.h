@@ -1,0 +1,65 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "cli/context.h"
+#include "crypto/digest_code.h"
+#include "files/changed_file_details.h"
+
+namespace corvalence::cli {
+
+// Every command: its arguments, and the function that does it in a file of the command's name. They throw
+// CommandEnd, and whatever the logic throws.
+
+struct CreateArguments {
+    std::string kind;
+    std::string name;
+    std::optional<std::string> location;
+    crypto::DigestCode digest = crypto::DigestCode::Sha256;
+};
+
+struct DatabaseArguments {
+    std::string database;
+};
+
+struct AddArguments {
+    std::string database;
+    std::vector<std::string> paths;
+    std::optional<std::string> location;
+    bool notifyListed = false;
+};
+
+struct CheckArguments {
+    std::string database;
+    std::optional<files::Reaction> reaction;  // empty: ask where there is a terminal, else ignore
+    files::RestoreChoice changedFile = files::RestoreChoice::MoveChangedFile;
+};
+
+struct RestoreArguments {
+    std::string database;
+    std::string file;
+    files::RestoreChoice changedFile = files::RestoreChoice::MoveChangedFile;
+};
+
+struct ConfigArguments {
+    std::string key;
+    std::string text;
+};
+
+ExitCode runInit(Context& context);
+ExitCode runCreate(Context& context, const CreateArguments& arguments);
+ExitCode runDatabases(Context& context);
+ExitCode runDetails(Context& context, const DatabaseArguments& arguments);
+ExitCode runFiles(Context& context, const DatabaseArguments& arguments);
+ExitCode runAdd(Context& context, const AddArguments& arguments);
+ExitCode runCheck(Context& context, const CheckArguments& arguments);
+ExitCode runRestore(Context& context, const RestoreArguments& arguments);
+ExitCode runDelete(Context& context, const DatabaseArguments& arguments);
+ExitCode runConfigList(Context& context);
+ExitCode runConfigGet(Context& context, const ConfigArguments& arguments);
+ExitCode runConfigSet(Context& context, const ConfigArguments& arguments);
+ExitCode runReset(Context& context);
+
+}  // namespace corvalence::cli

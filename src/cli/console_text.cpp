@@ -1,0 +1,197 @@
+#include "cli/console_text.h"
+
+#include <array>
+#include <chrono>
+#include <cstdint>
+
+namespace corvalence::cli {
+
+namespace {
+
+constexpr std::string_view kReplacement = "\xEF\xBF\xBD";  // U+FFFD
+constexpr std::string_view kHex = "0123456789abcdef";
+
+struct LeadRow {
+    unsigned char first;
+    unsigned char last;
+    unsigned char secondFirst;  // range of the second byte, which rules out overlong forms and surrogates
+    unsigned char secondLast;
+    std::size_t length;
+};
+
+constexpr std::array<LeadRow, 9> kLeads = {{
+    {0x00, 0x7F, 0x00, 0x00, 1},
+    {0xC2, 0xDF, 0x80, 0xBF, 2},
+    {0xE0, 0xE0, 0xA0, 0xBF, 3},
+    {0xE1, 0xEC, 0x80, 0xBF, 3},
+    {0xED, 0xED, 0x80, 0x9F, 3},
+    {0xEE, 0xEF, 0x80, 0xBF, 3},
+    {0xF0, 0xF0, 0x90, 0xBF, 4},
+    {0xF1, 0xF3, 0x80, 0xBF, 4},
+    {0xF4, 0xF4, 0x80, 0x8F, 4},
+}};
+
+unsigned char byteAt(std::string_view text, std::size_t at) noexcept {
+    return static_cast<unsigned char>(text[at]);
+}
+
+/// Bytes of the well-formed character that the text begins with; 0 where it begins with none.
+std::size_t characterLength(std::string_view text) noexcept {
+    const unsigned char lead = byteAt(text, 0);
+    for (const LeadRow& row : kLeads) {
+        if (lead < row.first || lead > row.last) continue;
+        if (row.length > text.size()) return 0;
+        for (std::size_t i = 1; i < row.length; ++i) {
+            const unsigned char low = i == 1 ? row.secondFirst : 0x80;
+            const unsigned char high = i == 1 ? row.secondLast : 0xBF;
+            if (byteAt(text, i) < low || byteAt(text, i) > high) return 0;
+        }
+        return row.length;
+    }
+    return 0;
+}
+
+bool isControl(std::string_view character) noexcept {
+    const unsigned char lead = byteAt(character, 0);
+    if (character.size() == 1) return lead < 0x20 || lead == 0x7F;
+    return lead == 0xC2 && byteAt(character, 1) < 0xA0;
+}
+
+void appendEscaped(std::string& text, std::string_view bytes) {
+    for (const char c : bytes) {
+        const auto byte = static_cast<unsigned char>(c);
+        switch (c) {
+            case '\n':
+                text += "\\n";
+                break;
+            case '\r':
+                text += "\\r";
+                break;
+            case '\t':
+                text += "\\t";
+                break;
+            default:
+                text += "\\x";
+                text += kHex[byte >> 4];
+                text += kHex[byte & 0xF];
+        }
+    }
+}
+
+void appendJsonCharacter(std::string& text, std::string_view character) {
+    const char c = character.front();
+    if (character.size() > 1 || (static_cast<unsigned char>(c) >= 0x20 && c != '"' && c != '\\')) {
+        text += character;
+    } else if (c == '"' || c == '\\') {
+        text += '\\';
+        text += c;
+    } else {
+        text += "\\u00";
+        text += kHex[byteAt(character, 0) >> 4];
+        text += kHex[byteAt(character, 0) & 0xF];
+    }
+}
+
+std::string padded(std::uint64_t value, std::size_t width) {
+    std::string text = std::to_string(value);
+    return text.size() < width ? std::string(width - text.size(), '0') + text : text;
+}
+
+}  // namespace
+
+bool isUtf8(std::string_view text) noexcept {
+    while (!text.empty()) {
+        const std::size_t length = characterLength(text);
+        if (length == 0) return false;
+        text.remove_prefix(length);
+    }
+    return true;
+}
+
+std::size_t countCharacters(std::string_view text) noexcept {
+    std::size_t count = 0;
+    for (std::string_view rest = text; !rest.empty(); ++count) {
+        const std::size_t length = characterLength(rest);
+        if (length == 0) return text.size();
+        rest.remove_prefix(length);
+    }
+    return count;
+}
+
+std::string shown(std::string_view text, LineFeeds lineFeeds) {
+    std::string safe;
+    safe.reserve(text.size());
+    while (!text.empty()) {
+        const std::size_t length = characterLength(text);
+        const std::string_view character = text.substr(0, length == 0 ? 1 : length);
+        const bool stays =
+            (character == "\n" && lineFeeds == LineFeeds::Keep) || (length > 0 && !isControl(character));
+        if (stays) {
+            safe += character;
+        } else {
+            appendEscaped(safe, character);
+        }
+        text.remove_prefix(character.size());
+    }
+    return safe;
+}
+
+std::string lastCharacters(std::string_view text, std::size_t width) {
+    constexpr std::string_view kCut = "...";
+    const std::size_t count = countCharacters(text);
+    if (count <= width) return std::string(text);
+    if (width <= kCut.size()) return std::string(kCut.substr(0, width));
+    for (std::size_t left = count - (width - kCut.size()); left > 0; --left)
+        text.remove_prefix(characterLength(text));
+    return std::string(kCut).append(text);
+}
+
+std::string jsonString(std::string_view text) {
+    std::string json = "\"";
+    json.reserve(text.size() + 2);
+    while (!text.empty()) {
+        const std::size_t length = characterLength(text);
+        if (length == 0) {
+            json += kReplacement;
+        } else {
+            appendJsonCharacter(json, text.substr(0, length));
+        }
+        text.remove_prefix(length == 0 ? 1 : length);
+    }
+    return json + '"';
+}
+
+std::string base64(std::string_view bytes) {
+    constexpr std::string_view kLetters = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+    std::string text;
+    for (; !bytes.empty(); bytes.remove_prefix(std::min<std::size_t>(3, bytes.size()))) {
+        std::uint32_t group = 0;
+        for (std::size_t i = 0; i < 3; ++i)
+            group = group << 8 | (i < bytes.size() ? byteAt(bytes, i) : 0U);
+        for (std::size_t i = 0; i < 4; ++i)
+            text += i <= bytes.size() ? kLetters[group >> (18 - 6 * i) & 0x3F] : '=';
+    }
+    return text;
+}
+
+std::string isoTime(base::FileTime time) {
+    using namespace std::chrono;
+    const sys_seconds moment{seconds(time.unixSeconds())};
+    const auto day = floor<days>(moment);
+    const year_month_day date(day);
+    const hh_mm_ss clock(moment - day);
+    const auto number = [](auto value, std::size_t width) {
+        return padded(static_cast<std::uint64_t>(value), width);
+    };
+    std::string text = number(static_cast<int>(date.year()), 4) + "-" +
+                       number(static_cast<unsigned>(date.month()), 2) + "-" +
+                       number(static_cast<unsigned>(date.day()), 2) + "T" + number(clock.hours().count(), 2) +
+                       ":" + number(clock.minutes().count(), 2) + ":" + number(clock.seconds().count(), 2);
+    if (const std::uint64_t rest = time.ticks % base::FileTime::kTicksPerSecond) {
+        const std::string decimals = padded(rest, 7);
+        text += "." + decimals.substr(0, decimals.find_last_not_of('0') + 1);
+    }
+    return text + "Z";
+}
+
+}  // namespace corvalence::cli

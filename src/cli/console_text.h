@@ -1,0 +1,35 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+#include "base/file_time.h"
+
+namespace corvalence::cli {
+
+/// Whether the bytes are well-formed UTF-8 (RFC 3629: no overlong forms, no surrogates).
+bool isUtf8(std::string_view text) noexcept;
+
+/// Code points of a UTF-8 text, bytes of any other.
+std::size_t countCharacters(std::string_view text) noexcept;
+
+enum class LineFeeds { Escape, Keep };
+
+/// A text that is safe on a terminal: control bytes, control characters U+0080 to U+009F and bytes that are
+/// no UTF-8 are written as "\n", "\t", "\r" or "\x1b"; everything else stays.
+std::string shown(std::string_view text, LineFeeds lineFeeds = LineFeeds::Escape);
+
+/// The last `width` characters of a text that shown() gave; "..." in the place of what was cut off.
+std::string lastCharacters(std::string_view text, std::size_t width);
+
+/// A JSON string (RFC 8259) with its quotes. What is no UTF-8 becomes U+FFFD.
+std::string jsonString(std::string_view text);
+
+/// Base64 with padding (RFC 4648, section 4).
+std::string base64(std::string_view bytes);
+
+/// "2024-02-29T12:30:05Z", with as many decimals of a second as the time has (ISO 8601).
+std::string isoTime(base::FileTime time);
+
+}  // namespace corvalence::cli

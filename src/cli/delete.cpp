@@ -1,0 +1,31 @@
+#include "cli/commands.h"
+#include "cli/json_writer.h"
+#include "cli/session.h"
+#include "schedule/schedule_list.h"
+#include "store/database_deletion.h"
+
+namespace corvalence::cli {
+
+ExitCode runDelete(Context& context, const DatabaseArguments& arguments) {
+    const auto run = startRun(context);
+    const auto record = findDatabase(context, *run, arguments.database);
+    if (!record) {
+        throw CommandEnd(ExitCode::Usage, absolutePath(context, arguments.database) +
+                                              " is listed in no index and was left as it is.");
+    }
+    // Without opening it: one that was changed or is gone is to be deleted as well.
+    schedule::ScheduleList schedule(run->vault());
+    const bool deleted = store::deleteDatabase(run->vault(), store::OpenDatabaseContext{*record}, schedule);
+    if (context.options.json) {
+        JsonWriter json(context.out);
+        json.beginObject();
+        json.path("database", record->path);
+        json.flag("deleted", deleted);
+        json.endAll();
+    } else if (!deleted) {
+        context.out << "Nothing was deleted.\n";
+    }
+    return ExitCode::Done;
+}
+
+}  // namespace corvalence::cli

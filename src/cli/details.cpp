@@ -1,0 +1,74 @@
+#include "base/record_text.h"
+#include "cli/commands.h"
+#include "cli/console_text.h"
+#include "cli/json_writer.h"
+#include "cli/session.h"
+#include "files/database_copy.h"
+#include "files/file_record.h"
+#include "files/file_texts.h"
+#include "platform/time_text.h"
+
+namespace corvalence::cli {
+
+namespace {
+
+struct Totals {
+    std::uint64_t files = 0;
+    std::uint64_t bytes = 0;
+};
+
+Totals countFiles(core::Run& run, const store::OpenDatabaseContext& database) {
+    files::DatabaseCopy copy(run.vault(), database);
+    files::RecordReader records = copy.records();
+    Totals totals;
+    for (std::string_view line; records.next(line); ++totals.files) {
+        if (const auto record = files::FileRecord::parse(line, crypto::digestKind(database.digest()).width))
+            totals.bytes += record->size;
+    }
+    copy.discard();
+    return totals;
+}
+
+void writeJson(Context& context, const store::IndexRecord& record, base::FileTime modified,
+               const Totals& totals) {
+    JsonWriter json(context.out);
+    json.beginObject();
+    json.path("database", record.path);
+    json.text("kind", kindName(record.kind));
+    json.time("created", record.created);
+    record.lastCheck ? json.time("last_check", *record.lastCheck) : json.null("last_check");
+    json.time("modified", modified);
+    json.number("listed", totals.files);
+    json.number("total_size", totals.bytes);
+    json.text("digest", crypto::digestKind(record.digest).consoleName);
+    json.endAll();
+}
+
+void writeText(Context& context, const store::IndexRecord& record, base::FileTime modified,
+               const Totals& totals) {
+    const auto timeOf = [&](base::FileTime time) {
+        return platform::formatFileTime(context.platform.clock, time);
+    };
+    context.out << "Created: " + timeOf(record.created) +
+                       "\nLast checked: " + (record.lastCheck ? timeOf(*record.lastCheck) : "Unchecked") +
+                       "\nModified: " + timeOf(modified) +
+                       "\nNumber of files listed: " + std::to_string(totals.files) +
+                       "\nTotal size of files listed: " + files::formatSizeText(totals.bytes) +
+                       "\nDigest value: " + std::string(crypto::digestKind(record.digest).name) +
+                       "\nDatabase: " + shown(record.path) + "\n";
+}
+
+}  // namespace
+
+ExitCode runDetails(Context& context, const DatabaseArguments& arguments) {
+    const auto run = startRun(context);
+    const auto database = openFileDatabase(context, *run, arguments.database);
+    const auto status = context.platform.files.status(database.path(), platform::Follow::Yes);
+    const base::FileTime modified = status ? status->written : base::FileTime{};
+    const Totals totals = countFiles(*run, database);
+    context.options.json ? writeJson(context, database.record, modified, totals)
+                         : writeText(context, database.record, modified, totals);
+    return ExitCode::Done;
+}
+
+}  // namespace corvalence::cli

@@ -1,0 +1,83 @@
+#include <pwd.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <iostream>
+#include <stdexcept>
+
+#include "cli/program.h"
+#include "platform/linux/json_settings_store.h"
+#include "platform/linux/linux_access_control.h"
+#include "platform/linux/linux_clock.h"
+#include "platform/linux/linux_file_system.h"
+#include "platform/linux/linux_process.h"
+#include "platform/linux/linux_terminal.h"
+#include "platform/linux/linux_volumes.h"
+#include "platform/linux/mime_file_types.h"
+
+namespace {
+
+using namespace corvalence;
+using namespace corvalence::platform::linux_system;
+
+constexpr const char* kProductFolder = "/corvalence/";
+
+std::string userHome() {
+    if (const char* home = std::getenv("HOME"); home != nullptr && *home == '/') return home;
+    const passwd* entry = ::getpwuid(::getuid());
+    if (entry == nullptr || entry->pw_dir == nullptr || *entry->pw_dir != '/') {
+        throw std::runtime_error("The user has no home folder; give the installation's folder with --home.");
+    }
+    return entry->pw_dir;
+}
+
+/// A folder of the XDG Base Directory Specification; one that is not absolute counts as not given.
+std::string userFolder(const char* variable, const char* fallback) {
+    const char* folder = std::getenv(variable);
+    return folder != nullptr && *folder == '/' ? folder : userHome() + fallback;
+}
+
+cli::Place openPlace(LinuxFileSystem& files, const base::PathRules& paths,
+                     const std::optional<std::string>& home) {
+    std::string dataRoot;
+    std::string settings;
+    if (home) {
+        dataRoot = paths.withSeparator(*home);
+        settings = dataRoot;
+    } else {
+        dataRoot = userFolder("XDG_DATA_HOME", "/.local/share") + kProductFolder;
+        settings = userFolder("XDG_CONFIG_HOME", "/.config") + kProductFolder;
+    }
+    return {paths.withSeparator(paths.absolute(dataRoot, "/")),
+            std::make_unique<JsonSettingsStore>(files, paths.absolute(settings + "settings.json", "/"))};
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    // A reader that goes away, as `head` does, must not end the program between making a plain copy and
+    // wiping it; the failed write is told instead.
+    std::signal(SIGPIPE, SIG_IGN);
+    // Passwords come in this way, and nobody would wipe a buffer.
+    std::setvbuf(stdin, nullptr, _IONBF, 0);
+
+    LinuxFileSystem files;
+    LinuxAccessControl access;
+    LinuxVolumes volumes;
+    LinuxProcess process;
+    MimeFileTypes types;
+    LinuxClock clock;
+    LinuxTerminal terminal(process);
+    const base::PathRules paths;
+    process.catchCancelSignals();
+    const cli::Host host{
+        files,     access,
+        volumes,   process,
+        types,     clock,
+        terminal,  paths,
+        std::cin,  std::cout,
+        std::cerr, [&](const std::optional<std::string>& home) { return openPlace(files, paths, home); }};
+    return static_cast<int>(cli::runProgram(host, std::vector<std::string>(argv + 1, argv + argc)));
+}

@@ -1,0 +1,98 @@
+#include "cli/password_prompt.h"
+
+#include <filesystem>
+#include <fstream>
+
+#include "cli/console_text.h"
+
+namespace corvalence::cli {
+
+namespace {
+
+// No password within the limit has more bytes, as a UTF-8 character has four at the most.
+constexpr std::size_t kByteLimit = core::kPasswordLimit * 4;
+
+/// The first line byte for byte, without its line feed. Nothing where there is no line at all.
+std::optional<crypto::SecretText> readLine(std::istream& in) {
+    crypto::SecretText line;
+    line.reserve(kByteLimit + 1);
+    char byte = '\0';
+    if (!in.get(byte)) return std::nullopt;
+    for (; in && byte != '\n' && line.size() <= kByteLimit; in.get(byte))
+        line.append(byte);
+    crypto::secureZero(&byte, 1);
+    return line;
+}
+
+}  // namespace
+
+std::optional<std::string> findPasswordFault(std::string_view password) {
+    if (password.find('*') != std::string_view::npos) return "A password cannot hold the character \"*\".";
+    if (countCharacters(password) > core::kPasswordLimit) {
+        return "A password has " + std::to_string(core::kPasswordLimit) + " characters at the most.";
+    }
+    return std::nullopt;
+}
+
+std::optional<crypto::SecretText> PasswordPrompt::show(bool choosing, bool again) {
+    const bool onTerminal = asksOnTerminal();
+    const auto tell = [&](const std::string& text) {
+        context_.platform.ui.message(platform::Icon::Stop, text);
+    };
+    if (again && !onTerminal) {
+        tell("refused");
+        return std::nullopt;
+    }
+    for (;;) {
+        auto password = onTerminal ? ask(choosing) : readFirstLine();
+        if (!password) {
+            if (!context_.platform.process.cancelRequested()) tell("no password was given");
+            return std::nullopt;
+        }
+        const auto fault = findPasswordFault(password->view());
+        if (!fault) return password;
+        tell(*fault);
+        if (!onTerminal) return std::nullopt;
+    }
+}
+
+bool PasswordPrompt::asksOnTerminal() {
+    const auto& file = context_.options.passwordFile;
+    return (!file || *file == "-") && context_.terminal.inputIsTerminal();
+}
+
+std::optional<crypto::SecretText> PasswordPrompt::ask(bool choosing) {
+    if (!choosing) return readSecret("Password: ");
+    for (;;) {
+        auto password = readSecret("New password: ");
+        if (!password) return std::nullopt;
+        const auto repeated = readSecret("New password again: ");
+        if (!repeated) return std::nullopt;
+        if (password->view() == repeated->view()) return password;
+        context_.platform.ui.message(platform::Icon::Warning, "The two entries differ.");
+    }
+}
+
+std::optional<crypto::SecretText> PasswordPrompt::readSecret(const std::string& prompt) {
+    auto line = context_.terminal.readSecret(prompt);
+    if (!line) return std::nullopt;
+    crypto::SecretText secret(*line);
+    crypto::secureZero(line->data(), line->capacity());
+    return secret;
+}
+
+std::optional<crypto::SecretText> PasswordPrompt::readFirstLine() {
+    const auto& name = context_.options.passwordFile;
+    if (!name || *name == "-") return readLine(context_.in);
+    const std::string path = absolutePath(context_, *name);
+    std::ifstream file;
+    file.rdbuf()->pubsetbuf(nullptr, 0);  // no copy of the password in a buffer that nobody wipes
+    file.open(std::filesystem::path(std::u8string(path.begin(), path.end())), std::ios::binary);
+    if (!file) {
+        if (context_.platform.process.cancelRequested()) return std::nullopt;
+        throw CommandEnd(ExitCode::Failed, path + " could not be opened.");
+    }
+    return readLine(file);
+}
+
+}  // namespace corvalence::cli

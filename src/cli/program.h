@@ -1,0 +1,44 @@
+#pragma once
+
+#include <functional>
+#include <istream>
+#include <memory>
+#include <optional>
+#include <ostream>
+#include <string>
+#include <vector>
+
+#include "cli/exit_code.h"
+#include "platform/platform.h"
+#include "platform/terminal.h"
+
+namespace corvalence::cli {
+
+/// Where an installation lies: its data folders, and the settings that name it.
+struct Place {
+    std::string dataRoot;  // with a closing separator
+    std::unique_ptr<platform::SettingsStore> settings;
+};
+
+/// What the program's main brings along from the system that it runs on.
+struct Host {
+    platform::FileSystem& files;
+    platform::AccessControl& access;
+    platform::Volumes& volumes;
+    platform::Process& process;
+    platform::FileTypes& types;
+    platform::Clock& clock;
+    platform::Terminal& terminal;
+    base::PathRules paths;
+    std::istream& in;
+    std::ostream& out;
+    std::ostream& err;
+    /// The place in a folder (absolute), or the user's own.
+    std::function<Place(const std::optional<std::string>& home)> openPlace;
+};
+
+/// The whole console program. `arguments` without the program's name. Never throws: every failure is told on
+/// `err` and becomes an exit code.
+ExitCode runProgram(const Host& host, const std::vector<std::string>& arguments);
+
+}  // namespace corvalence::cli

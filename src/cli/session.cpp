@@ -1,0 +1,127 @@
+#include "cli/session.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+#include "cli/password_prompt.h"
+#include "core/installation.h"
+#include "store/database_opening.h"
+
+namespace corvalence::cli {
+
+namespace {
+
+constexpr std::array<std::pair<store::DatabaseKind, std::string_view>, 5> kKinds = {{
+    {store::DatabaseKind::Numbered, "file-contents"},
+    {store::DatabaseKind::DirectoryStructure, "directory-structure"},
+    {store::DatabaseKind::Permissions, "permissions"},
+    {store::DatabaseKind::Registry, "registry"},
+    {store::DatabaseKind::Services, "services"},
+}};
+
+[[noreturn]] void endWith(Context& context, core::StartResult result) {
+    switch (result) {
+        case core::StartResult::NoInstallation:
+            requireInstallation(context);
+            break;
+        case core::StartResult::Cancelled:
+            throw CommandEnd(ExitCode::Cancelled);
+        default:
+            break;
+    }
+    const bool isCancelled = context.platform.process.cancelRequested();
+    throw CommandEnd(isCancelled ? ExitCode::Cancelled : ExitCode::Refused);
+}
+
+std::string joined(const std::vector<store::IndexRecord>& records) {
+    std::string text;
+    for (const store::IndexRecord& record : records)
+        text += "\n  " + record.path;
+    return text;
+}
+
+}  // namespace
+
+void requireInstallation(Context& context) {
+    if (core::isInstalled(context.platform)) return;
+    const std::string home = context.options.home ? " --home " + *context.options.home : "";
+    if (context.platform.settings.exists()) {
+        throw CommandEnd(
+            ExitCode::Refused,
+            "The settings cannot be read, or name no installation. If the installation was never "
+            "finished, finish it with:  corvalencectl" +
+                home + " init");
+    }
+    throw CommandEnd(ExitCode::Refused,
+                     "There is no installation here. Make one with:  corvalencectl" + home + " init");
+}
+
+std::unique_ptr<platform::InstanceLock> lockInstallation(Context& context, const std::string& root) {
+    std::unique_ptr<platform::InstanceLock> lock;
+    const auto result = core::Run::lock(context.platform, root, context.options.wait, lock);
+    if (result != core::StartResult::Ready) endWith(context, result);
+    return lock;
+}
+
+std::unique_ptr<core::Run> startRun(Context& context) {
+    PasswordPrompt prompt(context);
+    std::unique_ptr<core::Run> run;
+    const auto result = core::Run::start(context.platform, prompt, context.options.wait, run);
+    if (result != core::StartResult::Ready) endWith(context, result);
+    return run;
+}
+
+std::optional<store::IndexRecord> findDatabase(Context& context, core::Run& run,
+                                               const std::string& argument) {
+    const base::PathRules& paths = context.platform.paths;
+    const std::string path = absolutePath(context, argument);
+    std::vector<store::IndexRecord> named;
+    for (store::IndexRecord& record : store::DatabaseIndex(run.vault()).records()) {
+        if (paths.equal(record.path, path)) return std::move(record);
+        if (paths.equal(paths.fileName(record.path), argument)) named.push_back(std::move(record));
+    }
+    if (named.size() == 1) return std::move(named.front());
+    if (named.size() > 1) {
+        throw CommandEnd(ExitCode::Usage,
+                         "Several databases are named " + argument + "; give one's path:" + joined(named));
+    }
+    if (context.platform.files.status(path, platform::Follow::Yes)) return std::nullopt;
+    throw CommandEnd(
+        ExitCode::Usage,
+        argument + " is not a valid database. All valid databases are shown by:  corvalencectl databases");
+}
+
+store::OpenDatabaseContext openDatabase(Context& context, core::Run& run, const std::string& argument) {
+    const auto record = findDatabase(context, run, argument);
+    const std::string path = record ? record->path : absolutePath(context, argument);
+    std::optional<store::OpenDatabaseContext> database;
+    switch (store::DatabaseOpening(run.vault()).openWithRecovery(path, database)) {
+        case store::OpenResult::Opened:
+        case store::OpenResult::Restored:
+            return std::move(*database);
+        case store::OpenResult::NotListed:
+        case store::OpenResult::Refused:
+            throw CommandEnd(context.platform.process.cancelRequested() ? ExitCode::Cancelled
+                                                                        : ExitCode::Refused);
+        case store::OpenResult::Cancelled:
+            break;
+    }
+    throw CommandEnd(ExitCode::Cancelled);
+}
+
+store::OpenDatabaseContext openFileDatabase(Context& context, core::Run& run, const std::string& argument) {
+    auto database = openDatabase(context, run, argument);
+    if (database.record.kind != store::DatabaseKind::Numbered) {
+        throw CommandEnd(ExitCode::Usage, database.path() + " does not list files.");
+    }
+    return database;
+}
+
+std::string_view kindName(store::DatabaseKind kind) {
+    const auto row =
+        std::find_if(kKinds.begin(), kKinds.end(), [kind](const auto& entry) { return entry.first == kind; });
+    return row == kKinds.end() ? std::string_view() : row->second;
+}
+
+}  // namespace corvalence::cli

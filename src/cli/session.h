@@ -1,0 +1,37 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "cli/context.h"
+#include "core/start.h"
+#include "store/database_index.h"
+#include "store/open_database.h"
+
+namespace corvalence::cli {
+
+// The first steps that commands have in common. Each throws CommandEnd where the command ends there.
+
+/// Refused where the settings name no installation.
+void requireInstallation(Context& context);
+
+/// The lock of the installation in `root`, for commands that need no password.
+std::unique_ptr<platform::InstanceLock> lockInstallation(Context& context, const std::string& root);
+
+/// Lock, password and clean-up: all that comes before working on sealed data.
+std::unique_ptr<core::Run> startRun(Context& context);
+
+/// The index record that a DATABASE argument means: a full path, or a file name that only one record has. A
+/// file that exists but is not listed gives nothing: opening it says why it is refused.
+std::optional<store::IndexRecord> findDatabase(Context& context, core::Run& run, const std::string& argument);
+
+/// The same, opened with its integrity proved; recovered from its backup database where the user wants it.
+store::OpenDatabaseContext openDatabase(Context& context, core::Run& run, const std::string& argument);
+
+/// The same for a database that lists files.
+store::OpenDatabaseContext openFileDatabase(Context& context, core::Run& run, const std::string& argument);
+
+/// The kind of a database as `create` takes it: "file-contents".
+std::string_view kindName(store::DatabaseKind kind);
+
+}  // namespace corvalence::cli
