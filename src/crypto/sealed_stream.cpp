@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cassert>
 #include <cstring>
+#include <utility>
 
 #include "crypto/secure_zero.h"
 
@@ -35,60 +36,76 @@ std::size_t firstOf(base::ByteView block, std::uint8_t byte) noexcept {
 }  // namespace
 
 SealWriter::SealWriter(platform::File& out, const SessionKey& key, const ChainValue& chain, Md5* digest)
-    : out_(out), digest_(digest), chain_(chain), plain_(kBufferSize), sealed_(kBufferSize) {
+    : out_(out), digest_(digest), firstChain_(chain), chain_(chain) {
     [[maybe_unused]] const int result =
         cipher_.init(0, CipherContext::Encrypt, key.data(), CipherContext::Bits256);
     assert(result == CipherContext::kOk);
 }
 
 SealWriter::~SealWriter() {
-    secureZero(plain_.data(), plain_.size());
+    secureZero(remainder_.data(), remainder_.size());
     secureZero(work_.data(), work_.size());
 }
 
 void SealWriter::write(base::ByteView plain) {
-    while (!plain.empty()) {
-        const std::size_t count = std::min(plain.size(), plain_.size() - filled_);
-        std::memcpy(plain_.data() + filled_, plain.data(), count);
-        filled_ += count;
+    if (remainderSize_ > 0) {
+        const std::size_t count = std::min(plain.size(), kBlock - remainderSize_);
+        std::copy_n(plain.begin(), count, remainder_.begin() + static_cast<std::ptrdiff_t>(remainderSize_));
+        remainderSize_ += count;
         plain = plain.subspan(count);
-        if (filled_ == plain_.size()) sealWholeBlocks();
+        if (remainderSize_ < kBlock) return;
+        seal(remainder_.data(), 1);
+        remainderSize_ = 0;
     }
+    const std::size_t whole = plain.size() / kBlock;
+    seal(plain.data(), whole);
+    plain = plain.subspan(whole * kBlock);
+    std::copy(plain.begin(), plain.end(), remainder_.begin());
+    remainderSize_ = plain.size();
 }
 
-void SealWriter::sealWholeBlocks() {
-    const std::size_t blocks = filled_ / kBlock;
-    if (blocks == 0) return;
-    const std::size_t size = blocks * kBlock;
-    const ChainValue before = chain_;
-    cipher_.encryptChained(plain_.data(), sealed_.data(), blocks, chain_);
-    const std::uint8_t* chained = blocks > 1 ? sealed_.data() + size - 2 * kBlock : before.data();
-    for (std::size_t i = 0; i < kBlock; ++i) {
-        work_[i] = static_cast<std::uint8_t>(plain_[size - kBlock + i] ^ chained[i]);
+void SealWriter::seal(const std::uint8_t* plain, std::size_t blocks) {
+    while (blocks > 0) {
+        const std::size_t count = std::min(blocks, (kBufferSize - sealedSize_) / kBlock);
+        const std::size_t size = count * kBlock;
+        if (sealed_.size() < sealedSize_ + size) sealed_.resize(sealedSize_ + size);
+        std::uint8_t* sealed = sealed_.data() + sealedSize_;
+        const ChainValue before = chain_;
+        cipher_.encryptChained(plain, sealed, count, chain_);
+        const std::uint8_t* chained = count > 1 ? sealed + size - 2 * kBlock : before.data();
+        for (std::size_t i = 0; i < kBlock; ++i) {
+            work_[i] = static_cast<std::uint8_t>(plain[size - kBlock + i] ^ chained[i]);
+        }
+        sealedSize_ += size;
+        if (sealedSize_ == kBufferSize) emit();
+        plain += size;
+        blocks -= count;
     }
-    emit(base::ByteView(sealed_).first(size));
-    std::memmove(plain_.data(), plain_.data() + size, filled_ - size);
-    filled_ -= size;
 }
 
 std::uint64_t SealWriter::finish() {
-    sealWholeBlocks();
-    if (filled_ > 0) {
-        for (std::size_t i = 0; i < filled_; ++i) {
-            work_[i] = static_cast<std::uint8_t>(plain_[i] ^ chain_[i]);
+    if (remainderSize_ > 0) {
+        for (std::size_t i = 0; i < remainderSize_; ++i) {
+            work_[i] = static_cast<std::uint8_t>(remainder_[i] ^ chain_[i]);
         }
-        ChainValue last{};
-        cipher_.encryptBlock(work_.data(), last.data());
-        emit(last);
-        filled_ = 0;
+        sealed_.resize(std::max(sealed_.size(), sealedSize_ + kBlock));
+        cipher_.encryptBlock(work_.data(), sealed_.data() + sealedSize_);
+        sealedSize_ += kBlock;
+        remainderSize_ = 0;
     }
-    return written_;
+    emit();
+    chain_ = firstChain_;
+    work_ = {};
+    return std::exchange(written_, 0);
 }
 
-void SealWriter::emit(base::ByteView sealed) {
-    if (digest_ != nullptr) digest_->update(sealed);
-    out_.write(sealed);
-    written_ += sealed.size();
+void SealWriter::emit() {
+    if (sealedSize_ == 0) return;
+    const base::ByteView bytes = base::ByteView(sealed_).first(sealedSize_);
+    if (digest_ != nullptr) digest_->update(bytes);
+    out_.write(bytes);
+    written_ += sealedSize_;
+    sealedSize_ = 0;
 }
 
 UnsealReader::UnsealReader(platform::File& in, std::uint64_t sealedSize, const SessionKey& key,

@@ -51,22 +51,24 @@ class SealWriter {
 
     void write(base::ByteView plain);
     /// Seals a short last block, if there is one, and hands everything to the file. The number of sealed
-    /// bytes: the plain length rounded up to 16.
+    /// bytes: the plain length rounded up to 16. The next write() begins another sealing of its own, behind
+    /// this one.
     std::uint64_t finish();
 
   private:
-    void sealWholeBlocks();
-    void emit(base::ByteView sealed);
+    void seal(const std::uint8_t* plain, std::size_t blocks);
+    void emit();
 
     platform::File& out_;
     Md5* digest_;
     CipherContext cipher_;
+    ChainValue firstChain_;
     ChainValue chain_;
-    ChainValue
-        work_{};  // the block before the next one, XORed with its chain value: fills up a short last block
-    std::vector<std::uint8_t> plain_;
-    std::size_t filled_ = 0;
+    ChainValue work_{};       // the last block, XORed with its chain value: fills up a short one behind it
+    ChainValue remainder_{};  // plain bytes that do not fill a block yet
+    std::size_t remainderSize_ = 0;
     std::vector<std::uint8_t> sealed_;
+    std::size_t sealedSize_ = 0;
     std::uint64_t written_ = 0;
 };
 

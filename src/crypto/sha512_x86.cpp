@@ -44,7 +44,9 @@ CORVALENCE_STEP void renew(__m128i* x) noexcept {
     __m128i& oldest = x[Place];
     const __m128i fifteenBack = _mm_alignr_epi8(x[(Place + 1) % 8], oldest, 8);
     const __m128i sevenBack = _mm_alignr_epi8(x[(Place + 5) % 8], x[(Place + 4) % 8], 8);
-    const __m128i sum = _mm_add_epi64(_mm_add_epi64(oldest, sevenBack), sigma0(fifteenBack));
+    __m128i sum = _mm_add_epi64(_mm_add_epi64(oldest, sevenBack), sigma0(fifteenBack));
+    // The newest pair comes last: an empty instruction that takes the sum as it stands keeps it so.
+    __asm__("" : "+x"(sum));
     oldest = _mm_add_epi64(sum, sigma1(x[(Place + 7) % 8]));
 }
 

@@ -215,9 +215,15 @@ void WorkingFiles::commitMoves(std::vector<std::pair<TemporaryFile, std::string>
     }
     record({kCommit});
     journal_->flush();
-    for (auto& [temporary, target] : moves) {
-        files_.rename(temporary.path(), target);
-        temporary.release();
+    try {
+        for (auto& [temporary, target] : moves) {
+            files_.rename(temporary.path(), target);
+            temporary.release();
+        }
+    } catch (...) {
+        // They are committed: what is not renamed now has to stay for the next start, which goes on here.
+        for (auto& move : moves) move.first.abandon();
+        throw;
     }
 }
 

@@ -146,7 +146,7 @@ BackupAppender::BackupAppender(store::Vault& vault, const store::OpenDatabaseCon
 
 BackupAppender::~BackupAppender() {
     try {
-        if (end_ != committed_ || writer_) container_->resize(committed_);
+        if (end_ != committed_ || fileIsOpen_) container_->resize(committed_);
     } catch (const base::FileFailure&) {
         // The next append cuts it.
     }
@@ -154,7 +154,10 @@ BackupAppender::~BackupAppender() {
 
 void BackupAppender::begin() {
     plainWritten_ = 0;
-    if (sealed_) writer_ = std::make_unique<crypto::SealWriter>(*container_, vault_.session.key, chain_);
+    fileIsOpen_ = true;
+    // One writer serves all files; one that was dropped in the middle took its writer with it.
+    if (sealed_ && !writer_)
+        writer_ = std::make_unique<crypto::SealWriter>(*container_, vault_.session.key, chain_);
 }
 
 void BackupAppender::write(base::ByteView bytes) {
@@ -167,17 +170,17 @@ void BackupAppender::write(base::ByteView bytes) {
 }
 
 void BackupAppender::end(const std::string& path, std::uint64_t originalSize) {
-    std::uint64_t stored = plainWritten_;
-    if (writer_) stored = writer_->finish();
-    writer_.reset();
+    const std::uint64_t stored = writer_ ? writer_->finish() : plainWritten_;
     newLines_.append(renderBackupEntry(path, sealed_, stored, originalSize));
     end_ += stored;
+    fileIsOpen_ = false;
 }
 
 void BackupAppender::drop() {
     writer_.reset();
     container_->resize(end_);
     container_->seek(end_);
+    fileIsOpen_ = false;
 }
 
 void BackupAppender::commit() {

@@ -48,7 +48,8 @@ class BackupAppender {
     BackupIndex index_;
     crypto::ChainValue chain_;
     std::unique_ptr<platform::File> container_;
-    std::unique_ptr<crypto::SealWriter> writer_;
+    std::unique_ptr<crypto::SealWriter> writer_;  // none where stretches are plain
+    bool fileIsOpen_ = false;
     crypto::SecretText newLines_;
     std::uint64_t end_;
     std::uint64_t plainWritten_ = 0;

@@ -9,6 +9,7 @@
 #include "core/start.h"
 #include "files/add_pipeline.h"
 #include "files/check.h"
+#include "store/database_opening.h"
 #include "test_platform.h"
 
 namespace corvalence::test {

@@ -1,0 +1,136 @@
+#include "crypto/working_files.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "crypto/wipe.h"
+#include "test_platform.h"
+
+namespace corvalence::test {
+namespace {
+
+namespace fs = std::filesystem;
+
+class WorkingFilesTest : public testing::Test {
+  protected:
+    /// Ends the run as a kill does, its temporaries left as they are, and starts the next one.
+    void killAndRestart(std::initializer_list<crypto::TemporaryFile*> alive = {}) {
+        for (auto* file : alive)
+            file->abandon();
+        run.reset();
+        run = std::make_unique<crypto::WorkingFiles>(machine.files, journal);
+        run->clearLeftovers();
+    }
+
+    TestPlatform machine;
+    std::string journal = machine.folder / "journal";
+    std::unique_ptr<crypto::WorkingFiles> run =
+        std::make_unique<crypto::WorkingFiles>(machine.files, journal);
+};
+
+TEST_F(WorkingFilesTest, EndPlainOnesByAWipeAndSealedOnesByARemoval) {
+    {
+        auto plain = run->createPlain(machine.folder / "db", ".plain");
+        plain.file().write(base::bytesOf("secret"));
+        auto sealed = run->createSealed(machine.folder / "db", ".sealed");
+        fs::create_hard_link(plain.path(), machine.folder / "plain link");
+        EXPECT_EQ(fs::status(plain.path()).permissions(), fs::perms::owner_read | fs::perms::owner_write);
+    }
+    EXPECT_EQ(machine.folder.read("plain link"), std::string(6, '\xFF'));
+    EXPECT_FALSE(machine.folder.has("db.plain"));
+    EXPECT_FALSE(machine.folder.has("db.sealed"));
+    EXPECT_EQ(machine.folder.read("journal"), "");
+}
+
+TEST_F(WorkingFilesTest, AreClearedAwayAfterAKillAndNothingElseIs) {
+    auto plain = run->createPlain(machine.folder / "db", ".plain");
+    plain.file().write(base::bytesOf("secret"));
+    auto sealed = run->createSealed(machine.folder / "db", ".sealed");
+    auto gone = run->createPlain(machine.folder / "old", ".plain");
+    gone.discard();
+    machine.folder.write("old.plain", "the user's own, made since");
+    auto save = run->createSave(machine.folder / "db");
+    killAndRestart({&plain, &sealed, &save});
+    EXPECT_FALSE(machine.folder.has("db.plain"));
+    EXPECT_FALSE(machine.folder.has("db.sealed"));
+    EXPECT_EQ(machine.folder.read("old.plain"), "the user's own, made since");
+    ASSERT_EQ(run->pendingSaves().size(), 1U);
+    EXPECT_EQ(run->pendingSaves()[0].beside, run->savePath(machine.folder / "db"));
+    // Until they are settled, temporaries of the new run do not make it forget them.
+    { auto other = run->createSealed(machine.folder / "x", ".sealed"); }
+    killAndRestart();
+    EXPECT_EQ(run->pendingSaves().size(), 1U);
+    run->pendingSavesSettled();
+    EXPECT_EQ(machine.folder.read("journal"), "");
+    for (auto* file : {&plain, &sealed, &save})
+        file->abandon();
+}
+
+TEST_F(WorkingFilesTest, NeverTouchAFileThatHasTheirName) {
+    machine.folder.write("db.plain", "mine");
+    EXPECT_THROW(run->createPlain(machine.folder / "db", ".plain"), crypto::NameTaken);
+    fs::create_symlink("elsewhere", machine.folder / "link.plain");
+    EXPECT_THROW(run->createPlain(machine.folder / "link", ".plain"), crypto::NameTaken);
+    killAndRestart();
+    EXPECT_EQ(machine.folder.read("db.plain"), "mine");
+}
+
+TEST_F(WorkingFilesTest, GetAShortNameThatIsTheSameEveryTime) {
+    const std::string longest = machine.folder / std::string(machine.files.nameLimit(), 'n');
+    std::string path;
+    {
+        auto first = run->createPlain(longest, ".plain");
+        path = first.path();
+    }
+    EXPECT_EQ(run->createPlain(longest, ".plain").path(), path);
+    EXPECT_NE(run->createPlain(longest + "x", ".plain").path(), path);
+}
+
+class Moves : public WorkingFilesTest, public testing::WithParamInterface<int> {};
+
+// Two files that only make sense together: whichever rename a run was ended before, both are old or both are
+// new.
+TEST_P(Moves, AreMadeAllOrNone) {
+    machine.folder.write("one", "old");
+    machine.folder.write("two", "old");
+    auto one = run->createSealed(machine.folder / "one", ".new");
+    one.file().write(base::bytesOf("new"));
+    auto two = run->createSealed(machine.folder / "two", ".new");
+    two.file().write(base::bytesOf("new"));
+    std::vector<std::pair<crypto::TemporaryFile, std::string>> moves;
+    moves.emplace_back(std::move(one), machine.folder / "one");
+    moves.emplace_back(std::move(two), machine.folder / "two");
+    machine.faults.failAt(static_cast<std::uint64_t>(GetParam()), base::Cause::AccessDenied,
+                          FaultPlan::Lasts::Once);
+    bool failed = false;
+    try {
+        run->commitMoves(std::move(moves));
+    } catch (const base::FileFailure&) {
+        failed = true;
+    }
+    machine.faults.clear();
+    run = nullptr;
+    run = std::make_unique<crypto::WorkingFiles>(machine.files, journal);
+    run->clearLeftovers();
+    EXPECT_EQ(machine.folder.read("one"), machine.folder.read("two"));
+    EXPECT_TRUE(failed || machine.folder.read("one") == "new");
+    EXPECT_FALSE(machine.folder.has("one.new"));
+    EXPECT_FALSE(machine.folder.has("two.new"));
+}
+
+INSTANTIATE_TEST_SUITE_P(WorkingFiles, Moves, testing::Range(1, 14));
+
+TEST(WipeFile, LeavesNothingOfAFileAndRemovesAnEmptyOne) {
+    TestPlatform machine;
+    const std::string path = machine.folder.write("file", std::string(300001, 's'));
+    fs::create_hard_link(path, machine.folder / "link");
+    crypto::wipeFile(machine.files, path);
+    EXPECT_FALSE(machine.folder.has("file"));
+    EXPECT_EQ(machine.folder.read("link"), std::string(300001, '\xFF'));
+    crypto::wipeFile(machine.files, machine.folder.write("empty", ""));
+    EXPECT_FALSE(machine.folder.has("empty"));
+}
+
+}  // namespace
+}  // namespace corvalence::test

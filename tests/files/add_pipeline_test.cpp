@@ -1,0 +1,230 @@
+#include "files/add_pipeline.h"
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <filesystem>
+
+#include "store/backup_pair.h"
+#include "world.h"
+
+namespace corvalence::test {
+namespace {
+
+std::string couldNotAdd(const std::string& path, const std::string& reason) {
+    return "Couldn't add " + path + "\nReason: " + reason;
+}
+
+TEST(AddPipeline, ReportsInSingularAndPlural) {
+    EXPECT_EQ(files::addReportText(1, 0, "/x"), "1 File located in /x successfully added to the database.");
+    EXPECT_EQ(files::addReportText(2, 1, "/x"),
+              "2 Files located in /x successfully added to the database.\n\n1 File listed previously.");
+    EXPECT_EQ(files::addReportText(2, 3, "*"),
+              "2 Files successfully added to the database.\n\n3 Files listed previously.");
+    EXPECT_EQ(files::addReportText(0, 0, "/x"), "/x contains only empty folders.");
+    EXPECT_EQ(files::addReportText(0, 5, "/x"), "All files located in /x were previously listed.");
+    EXPECT_EQ(files::addReportText(0, 5, "*"), "All files were previously listed.");
+}
+
+TEST(AddPipeline, RecordsFilesInOrderWithDigestSizeAttributesAndTimes) {
+    World world;
+    world.write("z", std::string(64, 'z'));
+    world.write("a", "");
+    chmod(world.path("a").c_str(), 0444);
+    world.create("db", crypto::DigestCode::Md5);
+    EXPECT_EQ(world.add({"z", "a"}).added, 2U);
+    const auto records = world.records();
+    ASSERT_EQ(records.size(), 2U);
+    EXPECT_EQ(records[0].path, world.path("z"));
+    EXPECT_EQ(records[0].size, 64U);
+    EXPECT_EQ(records[0].attributes, 0x20);
+    EXPECT_EQ(records[1].digest, "d41d8cd98f00b204e9800998ecf8427e");
+    EXPECT_EQ(records[1].attributes, 0x21);
+    struct stat status = {};
+    ASSERT_EQ(stat(world.path("z").c_str(), &status), 0);
+    EXPECT_EQ(
+        records[0].written,
+        base::FileTime::fromUnix(status.st_mtim.tv_sec, static_cast<std::uint32_t>(status.st_mtim.tv_nsec)));
+}
+
+TEST(AddPipeline, ListsAFileOnceAndSeparatesNamesThatBeginAlike) {
+    World world;
+    world.write("a.txt", "1");
+    world.write("a.txt.bak", "2");
+    world.create();
+    world.add({"a.txt.bak", "a.txt"});
+    EXPECT_EQ(world.records().size(), 2U);
+    const auto again = world.add({"a.txt"});
+    EXPECT_EQ(again.listed, 1U);
+    EXPECT_EQ(again.text, "All files were previously listed.");
+    EXPECT_TRUE(world.machine.ui.saw(world.path("a.txt") + " previously listed."));
+    EXPECT_EQ(world.addAll().text, "All files located in " + world.path("") + " were previously listed.");
+}
+
+TEST(AddPipeline, RefusesWhatARecordCannotHoldAndWhatIsNoFile) {
+    World world;
+    const std::string fifo = world.path("fifo");
+    mkfifo(fifo.c_str(), 0600);
+    const std::string separator = world.write(
+        "a\x7F"
+        "b",
+        "1");
+    const std::string lineBreak = world.write("a\nb", "1");
+    // A path of 260 bytes is the longest that a record holds.
+    const std::size_t room = 260 - world.path("").size();
+    const std::string longest =
+        world.write(std::string(room / 2, 'd') + "/" + std::string(room - room / 2 - 1, 'f'), "1");
+    const std::string tooLong =
+        world.write(std::string(room / 2, 'd') + "/" + std::string(room - room / 2, 'f'), "1");
+    ASSERT_EQ(longest.size(), 260U);
+    world.create();
+    const auto report = world.add({fifo, separator, lineBreak, longest, tooLong, "/dev/null", "missing"});
+    EXPECT_EQ(report.added, 1U);
+    EXPECT_EQ(report.failed, 6U);
+    for (const std::string& path : {separator, lineBreak, tooLong}) {
+        EXPECT_TRUE(world.machine.ui.saw(couldNotAdd(path, "BadPath."))) << path;
+    }
+    for (const std::string& path : {fifo, std::string("/dev/null")}) {
+        EXPECT_TRUE(world.machine.ui.saw(couldNotAdd(path, "InvalidFile."))) << path;
+    }
+    EXPECT_TRUE(world.machine.ui.saw(couldNotAdd(world.path("missing"), "FileNotFound.")));
+    EXPECT_EQ(world.records().at(0).path, longest);
+    EXPECT_EQ(world.check().counts().identical, 1U);
+}
+
+TEST(AddPipeline, TakesAReadErrorForNoEndOfFile) {
+    World world;
+    world.write("bad", std::string(600000, 'x'));
+    world.write("good", "1");
+    world.create();
+    world.machine.faults.failReads("/bad", 300000);
+    const auto report = world.add({"bad", "good"});
+    EXPECT_EQ(report.added, 1U);
+    EXPECT_TRUE(world.machine.ui.saw(couldNotAdd(world.path("bad"), "Generic.")));
+    // Nothing of the bad file stays in the container, and the good one is found in it.
+    world.write("good", "2");
+    EXPECT_TRUE(world.restore("good").restored);
+    EXPECT_EQ(world.read("good"), "1");
+}
+
+TEST(AddPipeline, WalksDepthFirstAndCountsWhatItPassesOver) {
+    World world;
+    for (const char* name : {"1", "b/2", "b/c/3", "d/4", "z", ".hidden", ".git/5"})
+        world.write(name, name);
+    symlink("/etc/passwd", world.path("link").c_str());
+    symlink(".", world.path("loop").c_str());
+    world.create();
+    const auto report = world.addAll();
+    EXPECT_EQ(report.added, 5U);
+    EXPECT_EQ(report.passedOver.hiddenNames, 2U);
+    EXPECT_EQ(report.passedOver.links, 2U);
+    std::vector<std::string> order;
+    for (const auto& record : world.records())
+        order.push_back(record.path.substr(world.path("").size()));
+    // The files of a folder, then the sub-folder that was met last.
+    EXPECT_EQ(order, (std::vector<std::string>{"1", "z", "d/4", "b/2", "b/c/3"}));
+
+    world.set("Complete Walk", "1");
+    EXPECT_EQ(world.addAll().added, 2U);
+}
+
+TEST(AddPipeline, LeavesOutTheInstallationsOwnWorkingFilesButNotTheIndex) {
+    World world;
+    world.create();
+    world.open();
+    const auto report = files::AddPipeline(world.vault(), world.context()).addLocation(world.data(""), {});
+    std::vector<std::string> paths;
+    for (const auto& record : world.records())
+        paths.push_back(record.path);
+    const auto lists = [&](const std::string& path) {
+        return std::count(paths.begin(), paths.end(), path) == 1;
+    };
+    EXPECT_TRUE(lists(world.data("Backup Files/Database Index")));
+    for (const char* own :
+         {"Databases/db", "Databases/db~", "Backup Files/Backup File 1", "Backup Files/Backup Index 1",
+          "lock", "Working Copies", "Databases/db.123456789z"}) {
+        EXPECT_FALSE(lists(world.data(own))) << own;
+    }
+    EXPECT_GE(report.ownFiles, 6U);
+    // A walk that added a file of its own making would find it changed at once.
+    EXPECT_EQ(world.check().counts().changed, 1U);  // the index itself
+}
+
+class Cancelling : public testing::TestWithParam<bool> {};
+
+TEST_P(Cancelling, KeepsWhatIsCompleteOrRollsBack) {
+    const bool keep = GetParam();
+    World world;
+    world.write("before", "0");
+    world.create();
+    world.add({"before"});
+    const std::string sealedBefore = readWholeFile(world.databasePath());
+    world.write("a", "1");
+    world.write("b", std::string(1'000'000, 'b'));
+    world.open();
+    // Cancelled in the middle of the second file.
+    world.machine.ui.cancelAt = world.machine.ui.cancelQuestions() + 6;
+    world.machine.ui.answers = {keep};
+    const auto report =
+        files::AddPipeline(world.vault(), world.context()).addFiles({world.path("a"), world.path("b")}, {});
+    world.machine.ui.cancelAt.reset();
+    EXPECT_TRUE(report.cancelled);
+    EXPECT_EQ(report.kept, keep);
+    EXPECT_TRUE(world.machine.ui.saw("Would you like to keep the files added before you pressed Cancel?"));
+    EXPECT_EQ(world.records().size(), keep ? 2U : 1U);
+    if (!keep) {
+        EXPECT_EQ(readWholeFile(world.databasePath()), sealedBefore);
+    }
+    EXPECT_TRUE(world.leftovers().empty());
+    // The container goes on behind what is complete: the next files are found in it.
+    world.add({"b"});
+    world.write("b", "changed");
+    EXPECT_TRUE(world.restore("b").restored);
+    EXPECT_EQ(world.read("b").size(), 1'000'000U);
+}
+
+INSTANTIATE_TEST_SUITE_P(AddPipeline, Cancelling, testing::Bool());
+
+TEST(AddPipeline, KeepsTheOldStateWhenTheDiskIsFull) {
+    World world;
+    world.write("a", "1");
+    world.create();
+    world.add({"a"});
+    world.write("b", std::string(300000, 'b'));
+    world.machine.faults.clear();
+    world.add({"b"}, "db");
+    const auto operations = world.machine.faults.operations();
+    ASSERT_GT(operations, 10U);
+
+    World full;
+    full.write("a", "1");
+    full.create();
+    full.add({"a"});
+    full.write("b", std::string(300000, 'b'));
+    for (std::uint64_t at = 1; at <= operations; ++at) {
+        full.open();
+        full.machine.faults.failAt(at, base::Cause::DiskFull, FaultPlan::Lasts::FromThere);
+        bool failed = false;
+        try {
+            files::AddPipeline(full.vault(), full.context()).addFiles({full.path("b")}, {});
+        } catch (const base::FileFailure& failure) {
+            failed = true;
+            EXPECT_EQ(failure.cause(), base::Cause::DiskFull) << failure.what();
+        }
+        const bool struck = full.machine.faults.hasStruck();
+        full.machine.faults.clear();
+        // A failure of what ends a temporary is made up for by the next start.
+        ASSERT_EQ(full.start(), core::StartResult::Ready);
+        EXPECT_TRUE(full.leftovers().empty()) << at;
+        const std::size_t listed = full.records().size();
+        EXPECT_TRUE(failed || !struck || listed == 2) << at;
+        full.write("a", "2");
+        EXPECT_TRUE(full.restore("a").restored) << at;
+        EXPECT_EQ(full.read("a"), "1");
+        if (listed == 2) break;
+    }
+}
+
+}  // namespace
+}  // namespace corvalence::test

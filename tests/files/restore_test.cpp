@@ -1,0 +1,212 @@
+#include "files/restore.h"
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <sys/xattr.h>
+#include <unistd.h>
+
+#include <filesystem>
+
+#include "short_folder.h"
+#include "world.h"
+
+namespace corvalence::test {
+namespace {
+
+using files::RestoreChoice;
+namespace fs = std::filesystem;
+
+struct stat statusOf(const std::string& path) {
+    struct stat status = {};
+    EXPECT_EQ(stat(path.c_str(), &status), 0) << path;
+    return status;
+}
+
+TEST(FileRestore, PutsTheContentBackAndKeepsOwnerModeAndAttributes) {
+    World world;
+    const std::string path = world.write("a", "one");
+    world.create();
+    world.add({"a"});
+    world.write("a", "two");
+    chmod(path.c_str(), 04751);
+    if (geteuid() == 0) {
+        ASSERT_EQ(chown(path.c_str(), 1234, 4321), 0);
+        chmod(path.c_str(), 04751);
+    }
+    const bool hasAttributes = setxattr(path.c_str(), "user.origin", "here", 4, 0) == 0;
+
+    const auto result = world.restore("a");
+    EXPECT_EQ(result.message, path + " successfully restored.");
+    EXPECT_EQ(world.read("a"), "one");
+    const struct stat now = statusOf(path);
+    EXPECT_EQ(now.st_mode & 07777, 04751U);
+    if (geteuid() == 0) {
+        EXPECT_EQ(now.st_uid, 1234U);
+        EXPECT_EQ(now.st_gid, 4321U);
+    }
+    if (hasAttributes) {
+        char value[8] = {};
+        EXPECT_EQ(getxattr(path.c_str(), "user.origin", value, sizeof value), 4);
+    }
+    EXPECT_TRUE(world.leftovers().empty());
+    EXPECT_TRUE(fs::is_empty(world.data("Changed Files")));
+}
+
+TEST(FileRestore, SetsTheOwnersWriteBitAsRecorded) {
+    World world;
+    const std::string path = world.write("a", "one");
+    chmod(path.c_str(), 0444);
+    world.create();
+    world.add({"a"});
+    chmod(path.c_str(), 0664);
+    world.write("a", "two");
+    world.restore("a");
+    EXPECT_EQ(statusOf(path).st_mode & 07777, 0464U);
+}
+
+TEST(FileRestore, MovesTheChangedFileAndNeverOverAnOlderOne) {
+    World world;
+    world.write("a", "one");
+    world.create();
+    world.add({"a"});
+    for (const char* content : {"first", "second", "third"}) {
+        world.write("a", content);
+        EXPECT_TRUE(world.restore("a", RestoreChoice::MoveChangedFile).restored);
+        EXPECT_EQ(world.read("a"), "one");
+    }
+    EXPECT_EQ(readWholeFile(world.data("Changed Files/a.CHANGED")), "first");
+    EXPECT_EQ(readWholeFile(world.data("Changed Files/a.CHANGED1")), "second");
+    EXPECT_EQ(readWholeFile(world.data("Changed Files/a.CHANGED2")), "third");
+}
+
+TEST(FileRestore, CopiesTheChangedFileAcrossFileSystems) {
+    const std::string other = "/dev/shm/corvalence-test-" + std::to_string(getpid());
+    World world;
+    if (statusOf("/dev/shm").st_dev == statusOf(world.path("")).st_dev) {
+        GTEST_SKIP() << "the machine has one file system only";
+    }
+    fs::create_directory(other);
+    world.set("Changed Files Directory", other + "/");
+    world.write("a", "one");
+    world.create();
+    world.add({"a"});
+    world.write("a", "changed");
+    EXPECT_TRUE(world.restore("a", RestoreChoice::MoveChangedFile).restored);
+    EXPECT_EQ(readWholeFile(other + "/a.CHANGED"), "changed");
+    EXPECT_EQ(world.read("a"), "one");
+    fs::remove_all(other);
+}
+
+TEST(FileRestore, BringsAFileBackThatIsGone) {
+    World world;
+    const std::string path = world.write("a", "one");
+    world.create();
+    world.add({"a"});
+    fs::remove(path);
+    const auto result = world.restore("a", RestoreChoice::MoveChangedFile);
+    EXPECT_TRUE(result.restored);
+    EXPECT_EQ(world.read("a"), "one");
+    EXPECT_EQ(statusOf(path).st_mode & 07777, 0600U);
+    ASSERT_EQ(result.notes.size(), 1U);
+    EXPECT_NE(result.notes[0].find("was missing"), std::string::npos);
+}
+
+TEST(FileRestore, LeavesAloneWhatIsNoFileAnyMore) {
+    World world;
+    const std::string path = world.write("a", "one");
+    world.create();
+    world.add({"a"});
+    fs::remove(path);
+    fs::create_directory(path);
+    EXPECT_EQ(world.restore("a", RestoreChoice::MoveChangedFile).message,
+              "Couldn't restore " + path + " at this time.\nReason: InvalidFile.");
+    EXPECT_TRUE(fs::is_directory(path));
+    EXPECT_TRUE(world.leftovers().empty());
+}
+
+TEST(FileRestore, WritesThroughNoLinkOfAStranger) {
+    if (geteuid() != 0)
+        GTEST_SKIP() << "only the administrator can make a link that belongs to somebody else";
+    World world;
+    world.write("real/a", "one");
+    fs::create_directory_symlink("real", world.path("way"));
+    world.create();
+    world.add({"way/a"});
+    world.write("real/a", "two");
+    EXPECT_TRUE(world.restore("way/a").restored);  // the administrator's own link
+    world.write("real/a", "two");
+    ASSERT_EQ(lchown(world.path("way").c_str(), 1234, 1234), 0);
+    const auto result = world.restore("way/a");
+    EXPECT_FALSE(result.restored);
+    EXPECT_EQ(result.message.substr(0, 16), "Couldn't restore");
+    EXPECT_EQ(world.read("real/a"), "two");
+}
+
+TEST(FileRestore, TouchesNoFileThatBearsTheCandidatesName) {
+    World world;
+    world.write("a", "one");
+    world.create();
+    world.add({"a"});
+    world.write("a", "two");
+    world.write("a.987654321z", "the user's own");
+    const auto result = world.restore("a");
+    EXPECT_FALSE(result.restored);
+    EXPECT_NE(result.message.find("is in the way"), std::string::npos);
+    EXPECT_EQ(world.read("a.987654321z"), "the user's own");
+    EXPECT_EQ(world.read("a"), "two");
+}
+
+TEST(FileRestore, RestoresAFileWhoseNameLeavesNoRoomForASuffix) {
+    const ShortFolder folder;
+    const std::string path = folder / std::string(245, 'n');
+    World world;
+    writeWholeFile(path, "one");
+    world.create();
+    world.add({path});
+    writeWholeFile(path, "two");
+    const auto record = world.records().at(0);
+    EXPECT_TRUE(files::FileRestore(world.vault(), world.context())
+                    .restoreFile(record, RestoreChoice::DeleteChangedFile)
+                    .restored);
+    EXPECT_EQ(readWholeFile(path), "one");
+}
+
+// Whatever step of a restore fails, the changed file or the restored one stands at the path and nothing is
+// left.
+TEST(FileRestore, LosesNoFileWhateverStepFails) {
+    for (const auto cause : {base::Cause::DiskFull, base::Cause::AccessDenied}) {
+        World world;
+        world.write("a", std::string(100000, '1'));
+        world.create();
+        world.add({"a"});
+        for (std::uint64_t at = 1;; ++at) {
+            ASSERT_LT(at, 200U);
+            world.write("a", "changed");
+            fs::remove_all(world.data("Changed Files"));
+            fs::create_directory(world.data("Changed Files"));
+            world.open();
+            const auto record = world.records().at(0);
+            world.machine.faults.failAt(at, cause);
+            const auto result = files::FileRestore(world.vault(), world.context())
+                                    .restoreFile(record, RestoreChoice::MoveChangedFile);
+            const bool struck = world.machine.faults.hasStruck();
+            world.machine.faults.clear();
+            const bool moved = fs::exists(world.data("Changed Files/a.CHANGED"));
+            if (result.restored) {
+                EXPECT_EQ(world.read("a").size(), 100000U) << at;
+                EXPECT_TRUE(moved) << at;
+            } else {
+                EXPECT_EQ(world.read("a"), "changed") << at;
+                EXPECT_NE(result.message.find(cause == base::Cause::DiskFull ? "DiskFull." : "AccessDenied."),
+                          std::string::npos)
+                    << at << ": " << result.message;
+            }
+            ASSERT_EQ(world.start(), core::StartResult::Ready);
+            EXPECT_TRUE(world.leftovers().empty()) << at;
+            if (!struck) break;
+        }
+    }
+}
+
+}  // namespace
+}  // namespace corvalence::test
