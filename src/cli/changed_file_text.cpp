@@ -16,8 +16,7 @@ std::string labelled(std::string_view mark, const std::string& label, const std:
 }  // namespace
 
 void writeChangedFile(std::ostream& out, const files::ChangedFileDetails& details, platform::Clock& clock) {
-    std::string text = shown(details.then.path) + " has been changed!\n";
-    text += labelled("    ", "File type:", shown(details.type));
+    std::string text = labelled("    ", "File type:", shown(details.type));
     for (const files::DetailLine& line : files::detailLines(details, clock)) {
         text += labelled("    ", line.labelThen, line.then);
         text += labelled(line.differs ? "  * " : "    ", line.labelNow, line.now);

@@ -7,8 +7,8 @@
 
 namespace corvalence::cli {
 
-/// The lines about a changed file: its path, and then and now of everything that a record holds. A star
-/// stands before what differs.
+/// The lines about a changed file: then and now of everything that a record holds. A star stands before what
+/// differs.
 void writeChangedFile(std::ostream& out, const files::ChangedFileDetails& details, platform::Clock& clock);
 
 }  // namespace corvalence::cli

@@ -34,9 +34,12 @@ class CheckText : public CheckReport {
     void changed(const files::ChangedFileDetails& details, files::Reaction reaction, bool done,
                  const std::string& message) override {
         context_.ui.clearLine();
-        if (!alreadyShown_) writeChangedFile(context_.out, details, context_.platform.clock);
         std::string text = "    Action: " + actionText(reaction, done);
-        if (!message.empty()) text += " " + shown(message, LineFeeds::Keep);
+        if (!alreadyShown_) {
+            context_.out << shown(details.then.path) + " has been changed!\n";
+            writeChangedFile(context_.out, details, context_.platform.clock);
+            if (!message.empty()) text += " " + shown(message, LineFeeds::Keep);
+        }
         write(text + "\n");
     }
 

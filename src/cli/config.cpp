@@ -68,6 +68,12 @@ std::optional<std::string> findNewFault(Context& context, const settings::Config
     return fault == before ? std::nullopt : fault;
 }
 
+/// The root that the settings name; where that is gone, as after a move, the one that they lie with.
+std::string presentRoot(Context& context, const settings::Configuration& configuration) {
+    const std::string root = configuration.folder(key::kInstallDirectory);
+    return context.platform.files.status(root, platform::Follow::Yes) ? root : context.dataRoot;
+}
+
 std::string effectiveText(Context& context, const settings::ConfigurationKey& row) {
     const settings::Configuration configuration(context.platform.settings, context.ui);
     const auto stored = configuration.stored(row.name);
@@ -131,7 +137,7 @@ ExitCode runConfigSet(Context& context, const ConfigArguments& arguments) {
         throw CommandEnd(ExitCode::Usage, *fault);
     const std::string text = completed(context, row, arguments.text);
     settings::Configuration configuration(context.platform.settings, context.ui);
-    const auto lock = lockInstallation(context, configuration.folder(key::kInstallDirectory));
+    const auto lock = lockInstallation(context, presentRoot(context, configuration));
     if (const auto fault = findNewFault(context, row, text)) throw CommandEnd(ExitCode::Usage, *fault);
     if (!configuration.write(row.name, text)) return ExitCode::Failed;
     if (context.options.json) writeKey(context, row, text);

@@ -15,7 +15,9 @@ namespace corvalence::cli {
 /// The one line that work rewrites on a terminal while it goes on.
 class ProgressLine {
   public:
-    ProgressLine(platform::Clock& clock, std::ostream& err) : clock_(clock), err_(err) {}
+    /// Short work shows nothing: the first drawing is due a moment after this.
+    ProgressLine(platform::Clock& clock, std::ostream& err)
+        : clock_(clock), err_(err), drawnAt_(clock.elapsed()) {}
 
     /// Whether the last drawing is old enough for the next.
     bool isDue();
@@ -27,7 +29,7 @@ class ProgressLine {
     platform::Clock& clock_;
     std::ostream& err_;
     bool isShown_ = false;
-    std::chrono::milliseconds drawnAt_{-1000};
+    std::chrono::milliseconds drawnAt_;
 };
 
 /// Speaks to the user on standard error; results are not its business.
