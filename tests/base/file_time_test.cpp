@@ -15,6 +15,10 @@ struct HalvesCase {
     std::int32_t low;
 };
 
+void PrintTo(const HalvesCase& c, std::ostream* out) {
+    *out << c.seconds << " s " << c.nanoseconds << " ns";
+}
+
 class FileTimeHalves : public testing::TestWithParam<HalvesCase> {};
 
 TEST_P(FileTimeHalves, standAsSignedNumbersAndComeBackWhole) {
@@ -27,11 +31,11 @@ TEST_P(FileTimeHalves, standAsSignedNumbersAndComeBackWhole) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Moments, FileTimeHalves,
-                         testing::Values(HalvesCase{0, 0, 27111902, -717324288},            // 1970-01-01
-                                         HalvesCase{0, 199, 27111902, -717324287},          // cut to 100 ns
-                                         HalvesCase{1000000000, 0, 29440209, 1157595136},   // 2001-09-09
-                                         HalvesCase{-1, 999999900, 27111902, -717324289},   // before 1970
-                                         HalvesCase{-11644473600, 0, 0, 0},                 // 1601-01-01
+                         testing::Values(HalvesCase{0, 0, 27111902, -717324288},             // 1970-01-01
+                                         HalvesCase{0, 199, 27111902, -717324287},           // cut to 100 ns
+                                         HalvesCase{1000000000, 0, 29440209, 1157595136},    // 2001-09-09
+                                         HalvesCase{-1, 999999900, 27111902, -717324289},    // before 1970
+                                         HalvesCase{-11644473600, 0, 0, 0},                  // 1601-01-01
                                          HalvesCase{4294967295, 0, 37111902, -727324288}));  // 2106-02-07
 
 TEST(FileTime, keepsTimesWithinItsRange) {

@@ -13,6 +13,10 @@ struct Quotient {
     std::uint64_t divisor;
 };
 
+void PrintTo(const Quotient& q, std::ostream* out) {
+    *out << q.value << " / " << q.divisor;
+}
+
 class TwoDecimals : public testing::TestWithParam<Quotient> {};
 
 TEST_P(TwoDecimals, areThoseOfTheSystemsOwnPrinting) {
@@ -44,6 +48,10 @@ struct Scan {
     std::optional<std::int64_t> integer;
     std::optional<std::uint64_t> units;
 };
+
+void PrintTo(const Scan& scan, std::ostream* out) {
+    *out << '"' << scan.text << '"';
+}
 
 class Scans : public testing::TestWithParam<Scan> {};
 

@@ -15,6 +15,10 @@ struct AbsoluteCase {
     std::string_view expected;
 };
 
+void PrintTo(const AbsoluteCase& c, std::ostream* out) {
+    *out << c.path << " from " << c.current;
+}
+
 class Absolute : public testing::TestWithParam<AbsoluteCase> {};
 
 TEST_P(Absolute, isLexicallyCleanAndCleanForGood) {
