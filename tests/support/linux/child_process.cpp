@@ -1,6 +1,7 @@
 #include "child_process.h"
 
 #include <grp.h>
+#include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -24,6 +25,7 @@ ChildProcess::ChildProcess(const std::function<int()>& work) {
     std::fflush(nullptr);
     id_ = ::fork();
     if (id_ != 0) return;
+    ::prctl(PR_SET_PDEATHSIG, SIGKILL);  // a test that is ended leaves nobody behind
     ::setpgid(0, 0);  // a group of its own, which can be stopped
     int code = kThrew;
     try {
