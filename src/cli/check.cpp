@@ -7,24 +7,6 @@
 
 namespace corvalence::cli {
 
-namespace {
-
-files::CheckSummary check(core::Run& run, store::OpenDatabaseContext& database,
-                          files::ChangedFileDetailsDialog& dialog, CheckReport& report) {
-    files::FileContentsCheck work(run.vault(), database, dialog, report);
-    report.begin(database);
-    try {
-        const files::CheckSummary summary = work.checkAllFiles();
-        report.finish(summary);
-        return summary;
-    } catch (...) {
-        report.abandon();
-        throw;
-    }
-}
-
-}  // namespace
-
 ExitCode runCheck(Context& context, const CheckArguments& arguments) {
     const auto run = startRun(context);
     auto database = openFileDatabase(context, *run, arguments.database);
@@ -38,7 +20,11 @@ ExitCode runCheck(Context& context, const CheckArguments& arguments) {
                             ? makeCheckJson(context)
                             : makeCheckText(context, asks && context.terminal.outputIsTerminal());
 
-    const files::CheckCounts counts = check(*run, database, dialog, *report).counts;
+    files::FileContentsCheck work(run->vault(), database, dialog, *report);
+    report->begin(database);
+    const files::CheckSummary summary = work.checkAllFiles();
+    report->finish(summary);
+    const files::CheckCounts& counts = summary.counts;
     if (counts.cancelled) return ExitCode::Cancelled;
     return counts.changed > 0 || counts.unchecked > 0 ? ExitCode::Differences : ExitCode::Done;
 }

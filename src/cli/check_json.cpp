@@ -82,11 +82,6 @@ class CheckJson : public CheckReport {
         json_.endAll();
     }
 
-    void abandon() override {
-        endPending();
-        json_.endAll();
-    }
-
   private:
     void endPending() {
         if (pendingPath_.empty()) return;

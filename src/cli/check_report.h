@@ -12,8 +12,6 @@ class CheckReport : public files::CheckObserver {
   public:
     virtual void begin(const store::OpenDatabaseContext& database) = 0;
     virtual void finish(const files::CheckSummary& summary) = 0;
-    /// The check failed on its way: leaves behind what is well formed.
-    virtual void abandon() = 0;
 };
 
 /// `alreadyShown`: the user sees each file on the same terminal while he is asked about it.

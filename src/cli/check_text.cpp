@@ -25,7 +25,6 @@ class CheckText : public CheckReport {
     CheckText(Context& context, bool alreadyShown) : context_(context), alreadyShown_(alreadyShown) {}
 
     void begin(const store::OpenDatabaseContext&) override {}
-    void abandon() override {}
 
     void unchecked(const std::string& path, const std::string& reason) override {
         if (!alreadyShown_) write("Couldn't check " + shown(path) + "  Reason: " + reason + "\n");

@@ -15,6 +15,10 @@ namespace corvalence::cli {
 class JsonWriter {
   public:
     explicit JsonWriter(std::ostream& out) : out_(out) {}
+    /// A document that a failure broke off is still well formed.
+    ~JsonWriter() { endAll(); }
+    JsonWriter(const JsonWriter&) = delete;
+    JsonWriter& operator=(const JsonWriter&) = delete;
 
     void beginObject(std::string_view name = {});
     void beginArray(std::string_view name = {});

@@ -1,0 +1,264 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <filesystem>
+
+#include "console.h"
+
+namespace corvalence::test {
+namespace {
+
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+
+constexpr std::string_view kDigestOfOne = "7692c3ad3540bb803c020b3aee66cd8887123234ea0c6e7143c0add73ff431ed";
+constexpr std::string_view kDigestOfThree =
+    "8b5b9db0c13db24256c829aa364aa90c6d2eba318b9232a4ab9313b954d3555f";
+
+TEST(DayAtWork, fromTheFirstCommandToTheLast) {
+    Console console;
+    console.write("hosts", "one");
+    console.write("sub/motd", "hello");
+    EXPECT_THAT(console.done({"init"}).out, HasSubstr(console.home()));
+    EXPECT_EQ(console.done({"create", "file-contents", "db"}).out,
+              console.home("Databases/db") + " created [SHA-256].\n");
+    EXPECT_EQ(console.done({"add", "db", "--location", "."}).out,
+              "2 Files located in " + console.folder.path() + "files successfully added to the database.\n");
+    EXPECT_EQ(console.done({"check", "db"}).out,
+              "\nChecking Summary.\nDatabase: " + console.home("Databases/db") +
+                  "\nChecked: 12:30:05   29.2.2024\nTotal number of files listed: 2\nFiles Checked: 2\n"
+                  "Files Unchecked: 0\nFiles Changed: 0\nFiles Identical: 2\n");
+
+    console.write("hosts", "three");
+    const Outcome found = console.run({"check", "db"});
+    EXPECT_EQ(found.code, 1);
+    for (const std::string& line :
+         {console.path("hosts") + " has been changed!\n",
+          std::string("    Size when added:                3 Bytes. \n"),
+          std::string("  * Size now:                       5 Bytes. \n"),
+          "    Digest value when added:        " + std::string(kDigestOfOne) +
+              "\n  * Digest value now:               " + std::string(kDigestOfThree) + "\n",
+          std::string("    Attributes  now:                Archive.\n"),
+          std::string("    Database last checked:   12:30:05   29.2.2024\n    Action: Ignored.\n"),
+          std::string("Files Changed: 1\nFiles Identical: 1\n")}) {
+        EXPECT_THAT(found.out, HasSubstr(line));
+    }
+    EXPECT_EQ(console.run({"check", "db", "--on-change", "update"}).code, 1);
+    EXPECT_EQ(console.run({"check", "db"}).code, 0);
+
+    console.write("hosts", "intruder");
+    EXPECT_THAT(console.done({"restore", "db", "hosts"}).out,
+                HasSubstr("The changed file was moved to " + console.home("Changed Files/hosts.CHANGED\n")));
+    EXPECT_EQ(console.read("hosts"), "three");
+    EXPECT_EQ(console.folder.read("home/Changed Files/hosts.CHANGED"), "intruder");
+
+    console.done({"delete", "db", "--yes"});
+    EXPECT_THAT(console.done({"databases"}).out, IsEmpty());
+    EXPECT_FALSE(console.folder.has("home/Databases/db"));
+    EXPECT_THAT(console.leftovers(), IsEmpty());
+}
+
+struct ReactionCase {
+    std::vector<std::string> options;
+    std::string action;
+    int nextCheck;
+    std::string content;          // of the file afterwards
+    std::string contentRestored;  // once it is restored after that
+};
+
+class Reactions : public testing::TestWithParam<ReactionCase> {};
+
+TEST_P(Reactions, leaveFileRecordAndBackupAsTheySay) {
+    Console console;
+    console.write("a", "old");
+    console.begin();
+    console.write("a", "new");
+    std::vector<std::string> check = {"check", "db"};
+    check.insert(check.end(), GetParam().options.begin(), GetParam().options.end());
+    const Outcome outcome = console.run(check);
+    EXPECT_EQ(outcome.code, 1);
+    EXPECT_THAT(outcome.out, HasSubstr("    Action: " + GetParam().action));
+    EXPECT_EQ(console.read("a"), GetParam().content);
+    EXPECT_EQ(console.run({"check", "db"}).code, GetParam().nextCheck);
+    const bool canRestore = !GetParam().contentRestored.empty();
+    EXPECT_EQ(console.run({"restore", "db", "a"}).code, canRestore ? 0 : 4);
+    EXPECT_EQ(console.read("a"), canRestore ? GetParam().contentRestored : GetParam().content);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    All, Reactions,
+    testing::Values(
+        ReactionCase{{}, "Ignored.", 1, "new", "old"},
+        ReactionCase{{"--on-change", "ask"}, "Ignored.", 1, "new", "old"},
+        ReactionCase{{"--on-change", "ignore"}, "Ignored.", 1, "new", "old"},
+        ReactionCase{{"--on-change", "update"}, "Database updated, new backup.", 0, "new", "new"},
+        // The record's digest is the new one by then, and the old backup does not have it.
+        ReactionCase{
+            {"--on-change", "update-keep-backup"}, "Database updated, backup unchanged.", 0, "new", ""},
+        ReactionCase{{"--on-change", "restore"}, "Restored.", 0, "old", "old"}));
+
+TEST(DayAtWork, theChangedFileIsMovedOrDeleted) {
+    Console console;
+    console.write("a", "old");
+    console.begin();
+    const std::string moved = "home/Changed Files/a.CHANGED";
+    for (const std::vector<std::string>& command :
+         {std::vector<std::string>{"restore", "db", "a"}, {"check", "db", "--on-change", "restore"}}) {
+        std::vector<std::string> deleting = command;
+        deleting.insert(deleting.end(), {"--changed-file", "delete"});
+        console.write("a", "new");
+        console.run(deleting);
+        EXPECT_EQ(console.read("a"), "old");
+        EXPECT_FALSE(console.folder.has(moved));
+        console.write("a", "new");
+        console.run(command);
+        EXPECT_EQ(console.read("a"), "old");
+        EXPECT_EQ(console.folder.read(moved), "new");
+        std::filesystem::remove(console.folder / moved);
+    }
+}
+
+TEST(DayAtWork, whatCannotBeReadIsUnchecked) {
+    Console console;
+    console.write("gone", "1");
+    console.write("here", "1");
+    console.begin();
+    std::filesystem::remove(console.path("gone"));
+    const Outcome outcome = console.run({"check", "db"});
+    EXPECT_EQ(outcome.code, 1);
+    EXPECT_THAT(outcome.out,
+                HasSubstr("Couldn't check " + console.path("gone") + "  Reason: FileNotFound.\n"));
+    EXPECT_THAT(outcome.out, HasSubstr("Files Checked: 1\nFiles Unchecked: 1\nFiles Changed: 0\n"));
+    // A restore brings it back.
+    EXPECT_THAT(console.done({"restore", "db", "gone"}).out, HasSubstr("was missing"));
+    EXPECT_EQ(console.run({"check", "db"}).code, 0);
+}
+
+TEST(DayAtWork, addTellsWhatItDidNotTake) {
+    Console console;
+    console.write("a", "1");
+    console.write(".hidden", "1");
+    console.write("b", "1");
+    std::filesystem::create_symlink("a", console.path("link"));
+    console.begin();
+    ASSERT_EQ(::mkfifo(console.path("pipe").c_str(), 0600), 0);
+    const Outcome walked = console.run({"add", "db", "--location", console.folder.path()});
+    EXPECT_EQ(walked.code, 1);
+    EXPECT_THAT(walked.err, HasSubstr("Couldn't add " + console.path("pipe") + "\nReason: InvalidFile.\n"));
+    for (const char* line :
+         {"1 could not be added.\n", "1 passed over: names that begin with a full stop.\n",
+          "1 passed over: symbolic links.\n", " passed over: the installation's own files.\n"})
+        EXPECT_THAT(walked.out, HasSubstr(line));
+    EXPECT_THAT(walked.err, Not(HasSubstr("previously listed")));
+
+    const Outcome again = console.run({"add", "db", "a", "none", ".hidden"});
+    EXPECT_EQ(again.code, 1);
+    EXPECT_THAT(again.err, HasSubstr(console.path("a") + " previously listed.\n"));
+    EXPECT_THAT(again.err, HasSubstr("Couldn't add " + console.path("none") + "\nReason: FileNotFound.\n"));
+    EXPECT_THAT(again.out,
+                HasSubstr("1 File successfully added to the database.\n\n1 File listed previously.\n"));
+    EXPECT_THAT(console.run({"add", "db", "--location", ".", "--notify-listed"}).err,
+                HasSubstr("previously listed"));
+    EXPECT_EQ(console.run({"add", "db", "--location", "a"}).code, 1);  // no folder
+}
+
+TEST(DayAtWork, aCancelledAddKeepsWhatIsComplete) {
+    Console console;
+    for (int i = 0; i < 40; ++i)
+        console.write("f" + std::to_string(i), "plain words");
+    console.done({"init"});
+    console.done({"create", "file-contents", "db"});
+    console.process.cancelAt(30);
+    const Outcome outcome = console.run({"add", "db", "--location", ".", "--yes"});
+    EXPECT_EQ(outcome.code, 5);
+    EXPECT_THAT(outcome.err,
+                HasSubstr("Would you like to keep the files added before you pressed Cancel? [yes]"));
+    EXPECT_THAT(console.leftovers(), IsEmpty());
+    console.process.cancelAt(kNever);
+    const auto kept = console.done({"details", "db", "--json"}).json().at("listed").get<int>();
+    EXPECT_GT(kept, 0);
+    EXPECT_LT(kept, 40);
+    console.done({"check", "db"});
+
+    for (const std::vector<std::string>& command :
+         {std::vector<std::string>{"check", "db"}, {"databases"}, {"files", "db"}, {"add", "db", "f0"}}) {
+        console.process.cancelAt(2);
+        EXPECT_EQ(console.run(command).code, 5) << command[0];
+    }
+    EXPECT_THAT(console.leftovers(), IsEmpty());
+}
+
+TEST(DayAtWork, aFullDiskIsToldAndLeavesTheOldState) {
+    Console console;
+    console.write("a", "1");
+    console.begin();
+    console.write("b", "2");
+    console.faults.failAt(1, base::Cause::DiskFull, FaultPlan::Lasts::FromThere);
+    const Outcome outcome = console.run({"add", "db", "b"});
+    EXPECT_EQ(outcome.code, 4);
+    EXPECT_THAT(outcome.err, HasSubstr("DiskFull."));
+    console.faults.clear();
+    EXPECT_EQ(console.done({"details", "db", "--json"}).json().at("listed"), 1);
+    console.done({"check", "db"});
+    EXPECT_THAT(console.leftovers(), IsEmpty());
+}
+
+TEST(DayAtWork, aQuestionWithoutAUserIsAnsweredNo) {
+    Console console;
+    console.write("a", "1");
+    console.begin();
+    EXPECT_EQ(console.done({"delete", "db"}).out, "Nothing was deleted.\n");
+    EXPECT_EQ(console.done({"reset"}).out, "Nothing was reset.\n");
+    console.done({"check", "db"});
+
+    console.done({"reset", "--yes"});
+    console.input = "another\n";  // an empty index takes any password
+    EXPECT_THAT(console.done({"databases"}).out, IsEmpty());
+    EXPECT_EQ(console.run({"create", "file-contents", "db"}).code, 4);  // the old file is in the way
+    console.done({"create", "file-contents", "db2"});
+    console.input = "secret\n";
+    EXPECT_EQ(console.run({"databases"}).code, 3);
+}
+
+TEST(DayAtWork, detailsAndListsShowWhatTheRecordsHold) {
+    Console console;
+    console.write("big", std::string(2048, 'x'));
+    console.write("odd\x1b[31m\xFF", "1");
+    console.begin();
+    EXPECT_THAT(
+        console.done({"details", "db"}).out,
+        testing::AllOf(HasSubstr("Created: 12:30:05   29.2.2024\nLast checked: Unchecked\nModified: "),
+                       HasSubstr("\nNumber of files listed: 2\nTotal size of files listed: 2049 Bytes.  "
+                                 "[2.00 KB].\nDigest value: SHA-256\nDatabase: " +
+                                 console.home("Databases/db") + "\n")));
+    EXPECT_THAT(
+        console.done({"files", "db"}).out,
+        HasSubstr(console.path("odd\\x1b[31m\\xff") +
+                  "\t6b86b273ff34fce19d6b804eff5a3f5747ada4eaa22f1d49c01e52ddb7875b4b\t1\tArchive.\t"));
+    console.done({"check", "db"});
+    EXPECT_EQ(console.done({"databases"}).out, "file-contents\t" + console.home("Databases/db") +
+                                                   "\t12:30:05   29.2.2024\t12:30:05   29.2.2024\tok\n");
+}
+
+TEST(DayAtWork, namesThatAParserCouldTakeForSomethingElse) {
+    Console console;
+    console.done({"init"});
+    console.done({"create", "file-contents", "[db]"});
+    const std::vector<std::string> names = {"[x]",   "[]",  "{}", "%%",     "[a,b]",
+                                            "check", "add", "-x", "\x1F[y]"};
+    std::vector<std::string> arguments = {"add", "[db]", "--"};
+    for (const std::string& name : names) {
+        console.write(name, "1");
+        arguments.push_back(name);
+    }
+    console.done(arguments);
+    const auto listed = console.done({"files", "[db]", "--json"}).json().at("files");
+    ASSERT_EQ(listed.size(), names.size());
+    for (std::size_t i = 0; i < names.size(); ++i)
+        EXPECT_EQ(listed[i].at("path"), console.path(names[i]));
+}
+
+}  // namespace
+}  // namespace corvalence::test
