@@ -1,3 +1,8 @@
+find_program(CORVALENCE_CCACHE ccache)
+if(CORVALENCE_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
+    set(CMAKE_CXX_COMPILER_LAUNCHER ${CORVALENCE_CCACHE})
+endif()
+
 # Every target of the house links corvalence_flags: the one place where compiler flags live.
 add_library(corvalence_flags INTERFACE)
 target_include_directories(corvalence_flags INTERFACE ${PROJECT_SOURCE_DIR}/src)

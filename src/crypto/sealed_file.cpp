@@ -1,7 +1,8 @@
 #include "crypto/sealed_file.h"
 
 #include <algorithm>
-#include <vector>
+
+#include "base/page_buffer.h"
 
 #include "crypto/secure_zero.h"
 #include "platform/file_copy.h"
@@ -28,10 +29,9 @@ void unsealInto(platform::FileSystem& files, const std::string& source, const Se
     const auto file = openSource(files, source, variant);
     const std::uint64_t size = file->size();
     UnsealReader reader(*file, size, key, chain, variant.rule, digest);
-    std::vector<std::uint8_t> block(
-        static_cast<std::size_t>(std::min<std::uint64_t>(size, platform::kBlockSize)));
-    while (const std::size_t count = reader.read(block))
-        sink(base::ByteView(block).first(count));
+    base::PageBuffer block(static_cast<std::size_t>(std::min<std::uint64_t>(size, platform::kBlockSize)));
+    while (const std::size_t count = reader.read(block.bytes()))
+        sink(block.bytes().first(count));
     secureZero(block.data(), block.size());
 }
 

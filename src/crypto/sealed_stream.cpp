@@ -36,7 +36,7 @@ std::size_t firstOf(base::ByteView block, std::uint8_t byte) noexcept {
 }  // namespace
 
 SealWriter::SealWriter(platform::File& out, const SessionKey& key, const ChainValue& chain, Md5* digest)
-    : out_(out), digest_(digest), firstChain_(chain), chain_(chain) {
+    : out_(out), digest_(digest), firstChain_(chain), chain_(chain), sealed_(kBufferSize) {
     [[maybe_unused]] const int result =
         cipher_.init(0, CipherContext::Encrypt, key.data(), CipherContext::Bits256);
     assert(result == CipherContext::kOk);
@@ -68,7 +68,6 @@ void SealWriter::seal(const std::uint8_t* plain, std::size_t blocks) {
     while (blocks > 0) {
         const std::size_t count = std::min(blocks, (kBufferSize - sealedSize_) / kBlock);
         const std::size_t size = count * kBlock;
-        if (sealed_.size() < sealedSize_ + size) sealed_.resize(sealedSize_ + size);
         std::uint8_t* sealed = sealed_.data() + sealedSize_;
         const ChainValue before = chain_;
         cipher_.encryptChained(plain, sealed, count, chain_);
@@ -88,7 +87,6 @@ std::uint64_t SealWriter::finish() {
         for (std::size_t i = 0; i < remainderSize_; ++i) {
             work_[i] = static_cast<std::uint8_t>(remainder_[i] ^ chain_[i]);
         }
-        sealed_.resize(std::max(sealed_.size(), sealedSize_ + kBlock));
         cipher_.encryptBlock(work_.data(), sealed_.data() + sealedSize_);
         sealedSize_ += kBlock;
         remainderSize_ = 0;
@@ -101,7 +99,7 @@ std::uint64_t SealWriter::finish() {
 
 void SealWriter::emit() {
     if (sealedSize_ == 0) return;
-    const base::ByteView bytes = base::ByteView(sealed_).first(sealedSize_);
+    const base::ByteView bytes = sealed_.bytes().first(sealedSize_);
     if (digest_ != nullptr) digest_->update(bytes);
     out_.write(bytes);
     written_ += sealedSize_;
@@ -110,13 +108,18 @@ void SealWriter::emit() {
 
 UnsealReader::UnsealReader(platform::File& in, std::uint64_t sealedSize, const SessionKey& key,
                            const ChainValue& chain, EndRule rule, Md5* digest)
-    : in_(in), digest_(digest), chain_(chain), rule_(rule), size_(sealedSize), remaining_(sealedSize) {
+    : in_(in),
+      digest_(digest),
+      chain_(chain),
+      rule_(rule),
+      size_(sealedSize),
+      remaining_(sealedSize),
+      buffer_(static_cast<std::size_t>(std::min<std::uint64_t>(sealedSize, kBufferSize))) {
     const bool exact = rule.kind == EndRule::Kind::ExactLength;
     if (sealedSize % kBlock != 0 ||
         (exact && (rule.length > sealedSize || sealedSize - rule.length >= kBlock))) {
         throw base::FileFailure(base::Cause::InvalidFile, 0, in.path());
     }
-    buffer_.resize(static_cast<std::size_t>(std::min<std::uint64_t>(sealedSize, kBufferSize)));
     [[maybe_unused]] const int result =
         cipher_.init(0, CipherContext::Decrypt, key.data(), CipherContext::Bits256);
     assert(result == CipherContext::kOk);
@@ -142,10 +145,10 @@ std::size_t UnsealReader::read(base::ByteSpan plain) {
 void UnsealReader::fill() {
     if (remaining_ == 0) return;
     const auto size = static_cast<std::size_t>(std::min<std::uint64_t>(remaining_, buffer_.size()));
-    if (in_.read(base::ByteSpan(buffer_).first(size)) != size) {
+    if (in_.read(buffer_.bytes().first(size)) != size) {
         throw base::FileFailure(base::Cause::EndOfFile, 0, in_.path());
     }
-    if (digest_ != nullptr) digest_->update(base::ByteView(buffer_).first(size));
+    if (digest_ != nullptr) digest_->update(buffer_.bytes().first(size));
     const ChainValue before = chain_;
     cipher_.decryptChained(buffer_.data(), buffer_.data(), size / kBlock, chain_);
     remaining_ -= size;
@@ -153,7 +156,7 @@ void UnsealReader::fill() {
     end_ = size;
     if (remaining_ > 0) return;
 
-    const base::ByteView last = base::ByteView(buffer_).subspan(size - kBlock, kBlock);
+    const base::ByteView last = buffer_.bytes().subspan(size - kBlock, kBlock);
     std::size_t kept = kBlock;
     switch (rule_.kind) {
         case EndRule::Kind::TextTail:

@@ -1,8 +1,8 @@
 #pragma once
 
 #include <cstdint>
-#include <vector>
 
+#include "base/page_buffer.h"
 #include "crypto/md5.h"
 #include "crypto/session.h"
 #include "platform/file_system.h"
@@ -67,7 +67,7 @@ class SealWriter {
     ChainValue work_{};       // the last block, XORed with its chain value: fills up a short one behind it
     ChainValue remainder_{};  // plain bytes that do not fill a block yet
     std::size_t remainderSize_ = 0;
-    std::vector<std::uint8_t> sealed_;
+    base::PageBuffer sealed_;
     std::size_t sealedSize_ = 0;
     std::uint64_t written_ = 0;
 };
@@ -96,7 +96,7 @@ class UnsealReader {
     EndRule rule_;
     std::uint64_t size_;
     std::uint64_t remaining_;
-    std::vector<std::uint8_t> buffer_;
+    base::PageBuffer buffer_;
     std::size_t begin_ = 0;
     std::size_t end_ = 0;
 };

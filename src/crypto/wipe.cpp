@@ -1,7 +1,8 @@
 #include "crypto/wipe.h"
 
 #include <algorithm>
-#include <vector>
+
+#include "base/page_buffer.h"
 
 namespace corvalence::crypto {
 
@@ -10,13 +11,13 @@ void overwriteFile(platform::File& file) {
     constexpr int kRounds = 4;
     const std::uint64_t size = file.size();
     if (size == 0) return;
-    std::vector<std::uint8_t> pattern(static_cast<std::size_t>(std::min<std::uint64_t>(size, kBufferSize)));
+    base::PageBuffer pattern(static_cast<std::size_t>(std::min<std::uint64_t>(size, kBufferSize)));
     for (int pass = 0; pass < kRounds * 2; ++pass) {
-        std::fill(pattern.begin(), pattern.end(), static_cast<std::uint8_t>(pass % 2 == 0 ? 0x00 : 0xFF));
+        std::fill_n(pattern.data(), pattern.size(), static_cast<std::uint8_t>(pass % 2 == 0 ? 0x00 : 0xFF));
         file.seek(0);
         for (std::uint64_t left = size; left > 0;) {
             const auto count = static_cast<std::size_t>(std::min<std::uint64_t>(left, pattern.size()));
-            file.write(base::ByteView(pattern).first(count));
+            file.write(pattern.bytes().first(count));
             left -= count;
         }
     }

@@ -39,7 +39,7 @@ class AddPipeline::Command {
           progress_(vault.platform.ui.openProgress("Adding files to: " + context.path())),
           bytes_(*progress_, totalBytes),
           copy_(vault, context),
-          digester_(vault.platform.files, context.digest()) {
+          digester_(context.digest()) {
         readListed();
         noteOwnFiles();
         if (vault.configuration.isOn(settings::key::kBackupFiles)) {
@@ -121,14 +121,17 @@ class AddPipeline::Command {
 
     bool addNew(const std::string& path, const std::string& key) {
         std::optional<DigestedFile> file;
-        std::unique_ptr<platform::File> source;
+        platform::FileStatus status;
+        bool begun = false;
         try {
-            source = vault_.platform.files.openShared(path);
+            const auto source = vault_.platform.files.openShared(path);
+            status = source->status();
             if (appender_) appender_->begin();
+            begun = true;
             file = digester_.digest(*source, bytes_, sink());
         } catch (const base::FileFailure& failure) {
             if (failure.path() != path) throw;  // the container's own failure ends the command
-            if (source && appender_) appender_->drop();
+            if (begun && appender_) appender_->drop();
             refuse(path, failure.cause());
             return true;
         }
@@ -137,7 +140,7 @@ class AddPipeline::Command {
             return cancel();
         }
         if (appender_) appender_->end(path, file->bytes);
-        lines_ += FileRecord::of(path, file->digest, file->status).render();
+        lines_ += FileRecord::of(path, file->digest, status).render();
         if (lines_.size() >= kWriteBuffer) flushLines();
         listed_.insert(key);
         ++report_.added;
@@ -171,9 +174,9 @@ class AddPipeline::Command {
     void save() {
         copy_.file().seek(0);
         store::saveDatabase(vault_, context_, [this](crypto::SealWriter& writer) {
-            std::vector<std::uint8_t> block(kWriteBuffer);
-            while (const std::size_t count = copy_.file().read(block)) {
-                writer.write(base::ByteView(block).first(count));
+            base::PageBuffer block(kWriteBuffer);
+            while (const std::size_t count = copy_.file().read(block.bytes())) {
+                writer.write(block.bytes().first(count));
             }
         });
     }

@@ -43,7 +43,7 @@ class ContainerRewrite {
         : vault_(vault),
           pair_(pair),
           chain_(crypto::BackupIV(pair.index)),
-          digester_(vault.platform.files, digest),
+          digester_(digest),
           sealed_(vault.configuration.encryptsBackups()),
           old_(vault.platform.files.openShared(pair.file)),
           container_(vault.working.createSealed(pair.file, kRewrittenSuffix)) {}
@@ -247,19 +247,19 @@ bool extractBackupData(store::Vault& vault, const store::BackupPair& pair, platf
     const auto plainLength = entry.plainLength();
     if (!plainLength || entry.offset + entry.storedLength > container.size()) return false;
     container.seek(entry.offset);
-    std::vector<std::uint8_t> block(platform::kBlockSize);
+    base::PageBuffer block(platform::kBlockSize);
     if (entry.sealed) {
         crypto::UnsealReader reader(container, entry.storedLength, vault.session.key,
                                     crypto::BackupIV(pair.index), crypto::EndRule::exactLength(*plainLength));
-        while (const std::size_t count = reader.read(block))
-            sink(base::ByteView(block).first(count));
+        while (const std::size_t count = reader.read(block.bytes()))
+            sink(block.bytes().first(count));
         return true;
     }
     for (std::uint64_t left = *plainLength; left > 0;) {
         const auto wanted = static_cast<std::size_t>(std::min<std::uint64_t>(left, block.size()));
-        const std::size_t count = container.read(base::ByteSpan(block).first(wanted));
+        const std::size_t count = container.read(block.bytes().first(wanted));
         if (count == 0) return false;
-        sink(base::ByteView(block).first(count));
+        sink(block.bytes().first(count));
         left -= count;
     }
     return true;

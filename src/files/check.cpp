@@ -29,7 +29,7 @@ FileContentsCheck::FileContentsCheck(store::Vault& vault, store::OpenDatabaseCon
       dialog_(dialog),
       observer_(observer),
       copy_(vault, context),
-      digester_(vault.platform.files, context.digest()),
+      digester_(context.digest()),
       restore_(vault, context) {}
 
 FileContentsCheck::Totals FileContentsCheck::countRecords() {
@@ -81,18 +81,22 @@ void FileContentsCheck::checkRecord(std::string_view line, ByteProgress& progres
                       base::reasonText(base::Cause::InvalidFile));
         return;
     }
-    std::optional<DigestedFile> file;
+    std::optional<DigestedFile> now;
+    platform::FileStatus status;
     try {
-        file = digester_.digest(record->path, progress);
+        const auto file = vault_.platform.files.openShared(record->path);
+        now = digester_.digest(*file, progress);
+        // Size, attributes and times are shown of a changed file only.
+        if (now && now->digest != record->digest) status = file->status();
     } catch (const base::FileFailure& failure) {
         tellUnchecked(record->path, failure.reason());
         return;
     }
-    if (!file) {
+    if (!now) {
         counts_.cancelled = true;
         return;
     }
-    if (file->digest != record->digest) handleChanged(*record, *file);
+    if (now->digest != record->digest) handleChanged(*record, now->digest, status);
 }
 
 void FileContentsCheck::tellUnchecked(const std::string& path, std::string_view reason) {
@@ -104,13 +108,14 @@ void FileContentsCheck::tellUnchecked(const std::string& path, std::string_view 
     observer_.unchecked(path, std::string(reason));
 }
 
-void FileContentsCheck::handleChanged(const FileRecord& then, const DigestedFile& now) {
+void FileContentsCheck::handleChanged(const FileRecord& then, const std::string& digest,
+                                      const platform::FileStatus& now) {
     ++counts_.changed;
     playWarning();
     if (dialog_.attended()) {
         vault_.platform.ui.message(platform::Icon::Warning, then.path + " has been changed! ");
     }
-    const ChangedFileDetails details = describe(then, now);
+    const ChangedFileDetails details = describe(then, digest, now);
     const Reaction reaction = dialog_.show(details);
     if (details.onlyIgnore || reaction == Reaction::Ignore) {
         observer_.changed(details, Reaction::Ignore, true, {});
@@ -121,12 +126,13 @@ void FileContentsCheck::handleChanged(const FileRecord& then, const DigestedFile
     }
 }
 
-ChangedFileDetails FileContentsCheck::describe(const FileRecord& then, const DigestedFile& now) {
+ChangedFileDetails FileContentsCheck::describe(const FileRecord& then, const std::string& digest,
+                                               const platform::FileStatus& now) {
     platform::Platform& system = vault_.platform;
     ChangedFileDetails details;
     details.then = then;
-    details.now = FileRecord::of(then.path, now.digest, now.status);
-    details.sizeNow = now.status.size;
+    details.now = FileRecord::of(then.path, digest, now);
+    details.sizeNow = now.size;
     details.type = describeFileType(then.path, system.paths, system.types);
     details.lastChecked =
         context_.record.lastCheck

@@ -77,8 +77,9 @@ class FileContentsCheck {
     Totals countRecords();
     void checkRecord(std::string_view line, ByteProgress& progress);
     void tellUnchecked(const std::string& path, std::string_view reason);
-    void handleChanged(const FileRecord& then, const DigestedFile& now);
-    ChangedFileDetails describe(const FileRecord& then, const DigestedFile& now);
+    void handleChanged(const FileRecord& then, const std::string& digest, const platform::FileStatus& now);
+    ChangedFileDetails describe(const FileRecord& then, const std::string& digest,
+                                const platform::FileStatus& now);
     void playWarning();
     void restore(const ChangedFileDetails& details);
     void update(const ChangedFileDetails& details, Reaction reaction);

@@ -1,17 +1,18 @@
 #include "platform/file_copy.h"
 
 #include <algorithm>
-#include <vector>
+
+#include "base/page_buffer.h"
 
 namespace corvalence::platform {
 
 void copyBytes(File& from, File& to, std::uint64_t length) {
-    std::vector<std::uint8_t> buffer(static_cast<std::size_t>(std::min<std::uint64_t>(length, kBlockSize)));
+    base::PageBuffer buffer(static_cast<std::size_t>(std::min<std::uint64_t>(length, kBlockSize)));
     while (length > 0) {
         const auto wanted = static_cast<std::size_t>(std::min<std::uint64_t>(length, buffer.size()));
-        const std::size_t count = from.read(base::ByteSpan(buffer).first(wanted));
+        const std::size_t count = from.read(buffer.bytes().first(wanted));
         if (count == 0) throw base::FileFailure(base::Cause::EndOfFile, 0, from.path());
-        to.write(base::ByteView(buffer).first(count));
+        to.write(buffer.bytes().first(count));
         length -= count;
     }
 }

@@ -19,7 +19,7 @@ bool LineReader::fill() {
         begin_ = 0;
     }
     file_.seek(offset_ + end_);
-    const std::size_t count = file_.read(base::ByteSpan(buffer_).subspan(end_));
+    const std::size_t count = file_.read(buffer_.bytes().subspan(end_));
     end_ += count;
     return count > 0;
 }

@@ -2,8 +2,8 @@
 
 #include <cstdint>
 #include <string_view>
-#include <vector>
 
+#include "base/page_buffer.h"
 #include "platform/file_system.h"
 
 namespace corvalence::platform {
@@ -28,7 +28,7 @@ class LineReader {
 
     File& file_;
     std::size_t limit_;
-    std::vector<std::uint8_t> buffer_;
+    base::PageBuffer buffer_;
     std::size_t begin_ = 0;
     std::size_t end_ = 0;
     std::uint64_t offset_;

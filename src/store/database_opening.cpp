@@ -1,8 +1,7 @@
 #include "store/database_opening.h"
 
-#include <vector>
-
 #include "base/hex_text.h"
+#include "base/page_buffer.h"
 #include "crypto/md5.h"
 #include "platform/file_copy.h"
 #include "store/backup_database.h"
@@ -23,11 +22,11 @@ std::uint32_t barPosition(std::uint64_t done, std::uint64_t size) noexcept {
 std::string digestFile(platform::FileSystem& files, const std::string& path, platform::Progress* progress) {
     const auto file = files.openShared(path);
     const std::uint64_t size = file->size();
-    std::vector<std::uint8_t> block(platform::kBlockSize);
+    base::PageBuffer block(platform::kBlockSize);
     crypto::Md5 md5;
     std::uint64_t done = 0;
-    while (const std::size_t count = file->read(block)) {
-        md5.update(base::ByteView(block).first(count));
+    while (const std::size_t count = file->read(block.bytes())) {
+        md5.update(block.bytes().first(count));
         done += count;
         if (progress == nullptr) continue;
         if (progress->cancelled()) return {};
@@ -119,7 +118,8 @@ void DatabaseOpening::settlePendingSaves() {
                 continue;
             }
         }
-        // The copy to the backup database is the last step of a save; it is made up for where the save had come so far.
+        // The copy to the backup database is the last step of a save; it is made up for where the save had
+        // come so far.
         const bool verifies = record && files.status(save.database, platform::Follow::Yes) &&
                               digestFile(files, save.database) == record->fileDigest;
         if (!verifies) continue;

@@ -30,6 +30,9 @@ std::size_t LinuxFile::read(base::ByteSpan buffer) {
         if (count == 0) break;
         if (count > 0) {
             done += static_cast<std::size_t>(count);
+            position_ += static_cast<std::uint64_t>(count);
+            // Files of the kernel's own report no size, or one too large, and are read to their end.
+            if (sizeHint_ > 0 && position_ >= sizeHint_ && done < buffer.size()) break;
         } else if (errno != EINTR) {
             throwSystemError(path_);
         }
@@ -42,6 +45,7 @@ void LinuxFile::write(base::ByteView bytes) {
         const ssize_t count = ::write(descriptor(), bytes.data(), bytes.size());
         if (count >= 0) {
             bytes = bytes.subspan(static_cast<std::size_t>(count));
+            position_ += static_cast<std::uint64_t>(count);
         } else if (errno != EINTR) {
             throwSystemError(path_);
         }
@@ -52,6 +56,7 @@ void LinuxFile::seek(std::uint64_t position) {
     if (::lseek(descriptor(), offsetOf(position, base::Cause::BadSeek, path_), SEEK_SET) < 0) {
         throw base::FileFailure(base::Cause::BadSeek, errno, path_);
     }
+    position_ = position;
 }
 
 std::uint64_t LinuxFile::size() {

@@ -9,8 +9,10 @@ namespace corvalence::platform::linux_system {
 
 class LinuxFile : public File {
   public:
-    LinuxFile(Descriptor descriptor, std::string path)
-        : descriptor_(std::move(descriptor)), path_(std::move(path)) {}
+    /// `sizeHint`: the size found when the file was opened for reading, 0 where it is not known. A read that
+    /// falls short at or behind it is taken for the end without asking once more.
+    LinuxFile(Descriptor descriptor, std::string path, std::uint64_t sizeHint = 0)
+        : descriptor_(std::move(descriptor)), path_(std::move(path)), sizeHint_(sizeHint) {}
 
     std::size_t read(base::ByteSpan buffer) override;
     void write(base::ByteView bytes) override;
@@ -26,6 +28,8 @@ class LinuxFile : public File {
   private:
     Descriptor descriptor_;
     std::string path_;
+    std::uint64_t sizeHint_;
+    std::uint64_t position_ = 0;
 };
 
 }  // namespace corvalence::platform::linux_system

@@ -38,13 +38,14 @@ Descriptor openAt(const std::string& path, int flags, mode_t mode = 0) {
 
 /// Opens a regular file and nothing else. The look before the open is what counts for a device, which may act
 /// on being opened; the look behind it closes the gap in which a name is swapped.
-Descriptor openRegular(const std::string& path, int flags) {
+Descriptor openRegular(const std::string& path, int flags, std::uint64_t* size = nullptr) {
     struct stat data {};
     if (::stat(systemPath(path), &data) != 0) throwSystemError(path);
     if (!S_ISREG(data.st_mode)) refuseKind(data.st_mode, path);
     Descriptor descriptor = openAt(path, flags | O_NONBLOCK | O_NOCTTY);
     if (::fstat(descriptor.number(), &data) != 0) throwSystemError(path);
     if (!S_ISREG(data.st_mode)) refuseKind(data.st_mode, path);
+    if (size != nullptr) *size = static_cast<std::uint64_t>(data.st_size);
     return descriptor;
 }
 
@@ -108,7 +109,9 @@ struct CloseFolder {
 }  // namespace
 
 std::unique_ptr<File> LinuxFileSystem::openShared(const std::string& path) {
-    return std::make_unique<LinuxFile>(openRegular(path, O_RDONLY), path);
+    std::uint64_t size = 0;
+    Descriptor descriptor = openRegular(path, O_RDONLY, &size);
+    return std::make_unique<LinuxFile>(std::move(descriptor), path, size);
 }
 
 std::unique_ptr<File> LinuxFileSystem::openExclusive(const std::string& path) {

@@ -103,8 +103,6 @@ bool LinuxProcess::isAdministrator() {
 std::string LinuxProcess::currentFolder() {
     const std::unique_ptr<char, decltype(&std::free)> folder(::getcwd(nullptr, 0), &std::free);
     if (folder == nullptr) throwSystemError(".");
-    // A folder outside the process's root is given as "(unreachable)/...".
-    if (folder.get()[0] != '/') throw failureOf(ENOENT, folder.get());
     return folder.get();
 }
 

@@ -1,0 +1,25 @@
+# Installs the Debian packages that a script names and that this machine lacks. Sourced by run.sh and test.sh.
+
+build_packages=(g++ cmake ninja-build ccache libcli11-dev nlohmann-json3-dev)
+test_packages=(libgtest-dev libgmock-dev openssl acl attr util-linux)
+
+install_missing() {
+    local package missing=()
+    for package in "$@"; do
+        [ "$(dpkg-query -W -f '${db:Status-Status}' "$package" 2>/dev/null)" = installed ] || missing+=("$package")
+    done
+    [ ${#missing[@]} -eq 0 ] && return
+    echo "Installing from Debian: ${missing[*]}" >&2
+    if [ "$(id -u)" -ne 0 ]; then
+        echo "That needs root. As root: apt-get install ${missing[*]}" >&2
+        exit 4
+    fi
+    export DEBIAN_FRONTEND=noninteractive
+    { apt-get update && apt-get install -y --no-install-recommends "${missing[@]}"; } >/tmp/corvalence-apt.$$ 2>&1 || {
+        cat /tmp/corvalence-apt.$$ >&2
+        rm -f /tmp/corvalence-apt.$$
+        echo "The packages could not be installed." >&2
+        exit 4
+    }
+    rm -f /tmp/corvalence-apt.$$
+}
