@@ -16,10 +16,11 @@ namespace corvalence::test {
 /// the last block.
 inline std::string textWithStaleTail(const crypto::SessionKey& key, const crypto::ChainValue& chain,
                                      const std::function<std::string(int)>& candidate) {
+    MemoryFile sealed;
+    crypto::SealWriter writer(sealed, key, chain);
     for (int number = 0; number < 100000; ++number) {
         const std::string text = candidate(number);
-        MemoryFile sealed;
-        crypto::SealWriter writer(sealed, key, chain);
+        sealed.seek(0);
         writer.write(base::bytesOf(text));
         const std::uint64_t size = writer.finish();
         sealed.seek(0);

@@ -1,0 +1,138 @@
+#include "core/start.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "core/installation.h"
+#include "world.h"
+
+namespace corvalence::test {
+namespace {
+
+using core::InstallResult;
+using core::StartResult;
+namespace fs = std::filesystem;
+
+TEST(Install, MakesFoldersEmptySealedFilesAndSettingsForTheirOwnerAlone) {
+    World world;
+    for (const char* folder :
+         {"Backup Files", "Changed Files", "Checking Schedule", "Databases", "Reports"}) {
+        EXPECT_EQ(fs::status(world.data(folder)).permissions(), fs::perms::owner_all) << folder;
+    }
+    for (const char* file :
+         {"Backup Files/Database Index", "Checking Schedule/Scheduled Checking Log File",
+          "Checking Schedule/Scheduled Checking Log File~", "Checking Schedule/Database Checking Schedule"}) {
+        EXPECT_EQ(fs::file_size(world.data(file)), 0U) << file;
+    }
+    EXPECT_EQ(world.configuration().text("Install Directory"), world.data(""));
+    EXPECT_EQ(world.configuration().text("Config17"), "N");
+    EXPECT_EQ(world.configuration().text("Config8"), "0");
+    EXPECT_EQ(world.configuration().stored("Backup\\Backup Database Index"), "0");
+    EXPECT_TRUE(world.machine.ui.messages.empty());
+}
+
+TEST(Install, TouchesNeitherAnInstallationNorWhatIsLeftOfOne) {
+    World world;
+    world.create();
+    world.stop();
+    const std::string index = readWholeFile(world.data("Backup Files/Database Index"));
+    EXPECT_EQ(core::install(world.platform, world.data("")), InstallResult::AlreadyInstalled);
+    world.machine.settings.texts.clear();
+    EXPECT_EQ(world.start(), StartResult::NoInstallation);
+    EXPECT_EQ(core::install(world.platform, world.data("")), InstallResult::DataInTheWay);
+    EXPECT_FALSE(core::isInstalled(world.platform));
+    EXPECT_EQ(readWholeFile(world.data("Backup Files/Database Index")), index);
+}
+
+TEST(Install, IsFinishedByRunningItAgain) {
+    for (std::uint64_t at = 1;; ++at) {
+        ASSERT_LT(at, 100U);
+        World world;
+        world.stop();
+        world.machine.settings.texts.clear();
+        fs::remove_all(world.data(""));
+        world.machine.faults.failAt(at);
+        bool failed = false;
+        try {
+            core::install(world.platform, world.data(""));
+        } catch (const base::FileFailure&) {
+            failed = true;
+        }
+        world.machine.faults.clear();
+        if (!failed) break;
+        EXPECT_EQ(core::install(world.platform, world.data("")), InstallResult::Installed);
+        EXPECT_EQ(world.start(), StartResult::Ready);
+    }
+}
+
+TEST(Start, IsOneAtATimeOnAnInstallation) {
+    World world;
+    OnePassword password;
+    std::unique_ptr<core::Run> second;
+    EXPECT_EQ(core::Run::start(world.platform, password, std::chrono::milliseconds(0), second),
+              StartResult::AlreadyRunning);
+    EXPECT_TRUE(world.machine.ui.saw("Corvalence is already running."));
+    EXPECT_EQ(password.asked, 0);
+    world.stop();
+    EXPECT_EQ(core::Run::start(world.platform, password, std::chrono::milliseconds(0), second),
+              StartResult::Ready);
+}
+
+TEST(Start, IsForAdministratorsAndAsksThemBeforeAnyPassword) {
+    World world;
+    world.stop();
+    world.process.isOne = false;
+    world.password.asked = 0;
+    EXPECT_EQ(world.start(), StartResult::NotAdministrator);
+    EXPECT_EQ(world.password.asked, 0);
+    ASSERT_EQ(world.machine.ui.messages.size(), 1U);
+    EXPECT_EQ(world.machine.ui.messages[0].text.substr(0, 118),
+              "Corvalence needs to be run from an Administrator account.\n\nIf you require a version that "
+              "can be run "
+              "from other account");
+    world.process.isOne = true;
+    EXPECT_EQ(world.start(), StartResult::Ready);
+}
+
+TEST(Start, WipesWhatAKilledRunLeftEvenWhenThePasswordIsRefused) {
+    World world;
+    world.write("a", "one");
+    world.create();
+    world.add({"a"});
+    world.open();
+    auto copy = world.vault().working.createPlain(world.databasePath(), ".123456789z");
+    copy.file().write(base::bytesOf("plain records"));
+    copy.abandon();
+    EXPECT_EQ(world.leftovers("plain records").size(), 1U);
+    world.password.password = "wrong";
+    EXPECT_EQ(world.start(), StartResult::PasswordRefused);
+    EXPECT_TRUE(world.leftovers("plain records").empty());
+}
+
+TEST(Reset, EmptiesIndexScheduleAndLogsAfterAsking) {
+    World world;
+    world.write("a", "one");
+    world.create();
+    world.add({"a"});
+    writeWholeFile(world.data("Permissions"), "state");
+    writeWholeFile(world.data("Checking Schedule/Scheduled Checking Log File"), "log");
+    const settings::Configuration configuration(world.platform.settings, world.platform.ui);
+    EXPECT_FALSE(core::reset(world.platform, configuration));
+    EXPECT_GT(fs::file_size(world.data("Backup Files/Database Index")), 0U);
+    fs::remove(world.data("Checking Schedule/Database Checking Schedule"));
+    world.machine.ui.answers = {true};
+    EXPECT_TRUE(core::reset(world.platform, configuration));
+    EXPECT_EQ(fs::file_size(world.data("Backup Files/Database Index")), 0U);
+    EXPECT_EQ(fs::file_size(world.data("Checking Schedule/Scheduled Checking Log File")), 0U);
+    EXPECT_EQ(fs::file_size(world.data("Checking Schedule/Database Checking Schedule")), 0U);
+    EXPECT_FALSE(fs::exists(world.data("Permissions")));
+    // The old databases stay as files that no longer open; any password serves from now on.
+    world.password.password = "a new one";
+    EXPECT_EQ(world.start(), StartResult::Ready);
+    EXPECT_EQ(world.open(), store::OpenResult::NotListed);
+    EXPECT_TRUE(fs::exists(world.databasePath()));
+}
+
+}  // namespace
+}  // namespace corvalence::test
