@@ -67,6 +67,7 @@ TEST_F(JsonSettings, holdTheOldTextWhereverWritingFails) {
     world_.faults.clear();
     ASSERT_TRUE(store_.write(kKey, "old"));
     const std::uint64_t places = world_.faults.operations();
+    EXPECT_EQ(places, 5U);  // createFolder, createNew, write, flush, rename
     for (std::uint64_t at = 1; at <= places; ++at) {
         world_.faults.failAt(at, base::Cause::DiskFull, FaultPlan::Lasts::FromThere);
         EXPECT_FALSE(store_.write(kKey, "new")) << at;

@@ -172,6 +172,18 @@ TEST_F(Protection, thatTheCallerMayNotGiveIsAFailure) {
                   0)
             << c.owner << ":" << c.group;
     }
+    // Where the folder hands its group down only the set-group-id bit is out of reach, and it goes without a
+    // word.
+    ASSERT_EQ(::chmod(world_.folder.path().c_str(), 02777), 0);
+    EXPECT_EQ(inChildAs(kNobody,
+                        [&] {
+                            const auto file = candidate();
+                            const auto cause = causeOf([&] { world_.access.copyProtection(from_, *file); });
+                            ::unlink(to().c_str());
+                            return cause == Cause::AccessDenied && statusOf(from_).st_gid == 0 ? 0 : 1;
+                        }),
+              0);
+    ASSERT_EQ(::chmod(world_.folder.path().c_str(), 0777), 0);
     ASSERT_EQ(::chown(from_.c_str(), kNobody, kNobody), 0);
     ASSERT_TRUE(set(from_, "security.capability", kCapability));
     EXPECT_EQ(inChildAs(kNobody,

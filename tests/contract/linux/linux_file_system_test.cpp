@@ -124,6 +124,20 @@ TEST_F(LinuxFiles, keepTimesToAHundredNanoseconds) {
               base::FileTime::fromUnix(1'000'000'000, 123'456'700));
 }
 
+TEST_F(LinuxFiles, tellTheTimeOfCreationWhereTheFileSystemKeepsIt) {
+    const std::string path = folder_.write("a", "");
+    struct statx data {};
+    ASSERT_EQ(::statx(AT_FDCWD, path.c_str(), 0, STATX_BTIME | STATX_CTIME, &data), 0);
+    const bool isKept = (data.stx_mask & STATX_BTIME) != 0;
+    const auto& time = isKept ? data.stx_btime : data.stx_ctime;
+    const auto expected = base::FileTime::fromUnix(time.tv_sec, time.tv_nsec);
+    ::usleep(20'000);
+    ASSERT_EQ(::chmod(path.c_str(), 0600), 0);
+    const auto status = *files_.status(path, Follow::No);
+    EXPECT_EQ(status.created == expected, isKept);
+    EXPECT_EQ(status.identity.birth, isKept ? expected.ticks : 0);
+}
+
 TEST_F(LinuxFiles, takeNamesOfAnyBytes) {
     std::vector<std::string> expected;
     for (int byte = 1; byte < 256; ++byte) {

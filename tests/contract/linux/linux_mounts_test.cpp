@@ -130,14 +130,14 @@ TEST(MountTable, takesTheKernelsLinesAndLeavesOthersOut) {
         "broken\n"
         "x 35 98:0 / /y rw - ext3 /dev/root rw\n"
         "37 35 98:0 / /z rw shared:1\n"
-        "38 35 0:99 / /trail\\04 rw -  none rw\n");
+        "38 35 0:99 / /x\\089\\04 rw -  none rw\n");
     ASSERT_EQ(mounts.size(), 3U);
     EXPECT_EQ(mounts[0].id, 22U);
     EXPECT_EQ(mounts[0].type, "sysfs");
     EXPECT_EQ(mounts[1].point, "/with blank\\\tx");
     EXPECT_EQ(mounts[1].device, "98:0");
     EXPECT_EQ(mounts[1].source, "/dev/root a");
-    EXPECT_EQ(mounts[2].point, "/trail\\04");
+    EXPECT_EQ(mounts[2].point, "/x\\089\\04");
 }
 
 }  // namespace

@@ -12,10 +12,12 @@ using platform::linux_system::MimeFileTypes;
 class MimeDatabase : public testing::Test {
   protected:
     MimeDatabase() {
-        folder_.write("globs2",
-                      "# comment\n50:text/plain:*.txt\n40:text/weak:*.pdf\n50:application/pdf:*.pdf\n"
-                      "50:text/c:*.C:cs\n50:text/small:*.c:cs\n60:text/any:*.[ab]\n50:text/make:makefile\n"
-                      "x:text/bad:*.bad\n50:text/none:*.none\n50:text/empty:*.\nbroken\n");
+        folder_.write(
+            "globs2",
+            "# "
+            "comment\n50:text/plain:*.txt\n40:text/weak:*.pdf\n50:application/pdf:*.pdf\n30:text/weak:*.pdf\n"
+            "50:text/c:*.C:cs\n50:text/small:*.c:cs\n60:text/any:*.[ab]\n50:text/make:makefile\n"
+            "x:text/bad:*.bad\n50:text/none:*.none\n50:text/empty:*.\nbroken\n");
         folder_.write("application/pdf.xml",
                       "<mime-type><comment xml:lang=\"de\">PDF-Dokument</comment>"
                       "<comment>PDF &amp; &lt;more&gt;</comment></mime-type>");

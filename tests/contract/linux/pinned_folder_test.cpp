@@ -67,6 +67,7 @@ TEST_F(PinnedFolders, areRefusedWhereTheWayDoesNotLeadToAFile) {
     EXPECT_EQ(refusal(folder_ / "none/file"), Cause::FileNotFound);
     EXPECT_EQ(refusal(folder_ / "none/../file"), Cause::FileNotFound);
     EXPECT_EQ(refusal(folder_ / "file/x"), Cause::BadPath);
+    EXPECT_EQ(refusal(folder_ / "file/../x"), Cause::BadPath);
     EXPECT_EQ(refusal(folder_ / "a"), Cause::BadPath);
     EXPECT_EQ(refusal(folder_ / "folder/toCircle"), Cause::BadPath);
     EXPECT_EQ(refusal(folder_ / "top"), Cause::InvalidFile);
