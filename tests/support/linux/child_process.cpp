@@ -26,7 +26,7 @@ ChildProcess::ChildProcess(const std::function<int()>& work) {
     id_ = ::fork();
     if (id_ != 0) return;
     ::prctl(PR_SET_PDEATHSIG, SIGKILL);  // a test that is ended leaves nobody behind
-    ::setpgid(0, 0);  // a group of its own, which can be stopped
+    ::setpgid(0, 0);                     // a group of its own, which can be stopped
     int code = kThrew;
     try {
         code = work();
