@@ -39,24 +39,30 @@ class Uninterrupted : public platform::Progress {
 /// A container and its list of entries while both are written anew.
 class ContainerRewrite {
   public:
-    ContainerRewrite(store::Vault& vault, const store::BackupPair& pair, crypto::DigestCode digest)
+    ContainerRewrite(store::Vault& vault, const store::BackupPair& pair, crypto::DigestCode digest,
+                     std::uint64_t storedTotal)
         : vault_(vault),
           pair_(pair),
           chain_(crypto::BackupIV(pair.index)),
           digester_(digest),
           sealed_(vault.configuration.encryptsBackups()),
-          old_(vault.platform.files.openShared(pair.file)),
-          container_(vault.working.createSealed(pair.file, kRewrittenSuffix)) {}
+          old_(vault.platform.files.openExclusive(pair.file)),
+          container_(vault.working.createSealed(pair.file, kRewrittenSuffix)) {
+        // As before an append: what is missing of a damaged container is filled up, so that the rest keeps
+        // its place.
+        if (old_->size() < storedTotal) old_->resize(storedTotal);
+    }
 
     void keep(const BackupEntry& entry) {
-        old_->seek(entry.offset);
-        platform::copyBytes(*old_, container_.file(), entry.storedLength);
-        end_ += entry.storedLength;
+        if (entry.offset != keptEnd_) copyKept();
+        if (keptBegin_ == keptEnd_) keptBegin_ = entry.offset;
+        keptEnd_ = entry.offset + entry.storedLength;
         lines_.append(entry.line);
     }
 
     /// Writes the file's present content. An empty text on success, else why its old entry has to stay.
     std::string put(const BackupReplacement& replacement, ByteProgress& progress) {
+        copyKept();
         std::uint64_t stored = 0;
         std::optional<DigestedFile> file;
         try {
@@ -77,6 +83,7 @@ class ContainerRewrite {
     }
 
     void commit() {
+        copyKept();
         crypto::TemporaryFile index = vault_.working.createSealed(pair_.index, crypto::kSealedBesideSuffix);
         crypto::SealWriter writer(index.file(), vault_.session.key, chain_);
         writer.write(base::bytesOf(lines_.view()));
@@ -103,6 +110,14 @@ class ContainerRewrite {
         return file;
     }
 
+    /// Neighbours that stay are copied as one stretch, so that a small file costs no calls of its own.
+    void copyKept() {
+        old_->seek(keptBegin_);
+        platform::copyBytes(*old_, container_.file(), keptEnd_ - keptBegin_);
+        end_ += keptEnd_ - keptBegin_;
+        keptBegin_ = keptEnd_ = 0;
+    }
+
     void rewind() {
         container_.file().resize(end_);
         container_.file().seek(end_);
@@ -117,6 +132,8 @@ class ContainerRewrite {
     crypto::TemporaryFile container_;
     crypto::SecretText lines_;
     std::uint64_t end_ = 0;
+    std::uint64_t keptBegin_ = 0;  // stretch of the old container that is still to be copied
+    std::uint64_t keptEnd_ = 0;
 };
 
 }  // namespace
@@ -217,7 +234,7 @@ std::vector<ReplacementFailure> replaceBackupEntries(store::Vault& vault,
             furtherOf[entries[k]] = i;
     }
 
-    ContainerRewrite rewrite(vault, pair, context.digest());
+    ContainerRewrite rewrite(vault, pair, context.digest(), index.storedTotal());
     Uninterrupted uninterrupted(progress);
     ByteProgress bytes(uninterrupted, 0);
     std::set<std::size_t> kept;  // replacements whose old entries have to stay

@@ -179,6 +179,12 @@ TEST(BackupStore, NeverWritesADamagedBackupOverAFile) {
                   "The backup file has also been modified!\n\nBackup file not restored.");
         EXPECT_EQ(world.read("a"), "mine");
     }
+    // So does a new backup in the middle of such a container: those behind it keep their place.
+    writeWholeFile(container(world), good.substr(0, 50));
+    world.check({{files::Reaction::UpdateWithBackup}, files::RestoreChoice::DeleteChangedFile, false});
+    world.write("a", "x");
+    EXPECT_TRUE(world.restore("a").restored);
+    EXPECT_EQ(world.read("a"), "mine");
     // Appending to a container that is too short fills it up, so that new entries lie where the list says.
     world.write("c", "three");
     world.add({"c"});
