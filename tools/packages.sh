@@ -2,6 +2,8 @@
 
 build_packages=(g++ cmake ninja-build ccache libcli11-dev nlohmann-json3-dev)
 test_packages=(libgtest-dev libgmock-dev openssl acl attr util-linux)
+# shellcheck disable=SC2034
+bench_packages=(libbenchmark-dev openssl aide time)
 
 install_missing() {
     local package missing=()
