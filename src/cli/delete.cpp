@@ -25,7 +25,7 @@ ExitCode runDelete(Context& context, const DatabaseArguments& arguments) {
     } else if (!deleted) {
         context.out << "Nothing was deleted.\n";
     }
-    return ExitCode::Done;
+    return !deleted && context.platform.process.cancelRequested() ? ExitCode::Cancelled : ExitCode::Done;
 }
 
 }  // namespace corvalence::cli

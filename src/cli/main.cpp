@@ -1,3 +1,4 @@
+#include <fcntl.h>
 #include <pwd.h>
 #include <unistd.h>
 
@@ -39,6 +40,15 @@ std::string userFolder(const char* variable, const char* fallback) {
     return folder != nullptr && *folder == '/' ? folder : userHome() + fallback;
 }
 
+/// A standard descriptor that the caller closed would be given to the next file that is opened, and results
+/// would be written into that. In its place comes one on which reading or writing fails.
+void occupyStandardDescriptors() {
+    constexpr int kWrongWay[] = {O_WRONLY, O_RDONLY, O_RDONLY};
+    for (int number = 0; number <= STDERR_FILENO; ++number) {
+        if (::fcntl(number, F_GETFD) == -1 && ::open("/dev/null", kWrongWay[number]) != number) std::abort();
+    }
+}
+
 cli::Place openPlace(LinuxFileSystem& files, const base::PathRules& paths,
                      const std::optional<std::string>& home) {
     std::string dataRoot;
@@ -57,6 +67,7 @@ cli::Place openPlace(LinuxFileSystem& files, const base::PathRules& paths,
 }  // namespace
 
 int main(int argc, char** argv) {
+    occupyStandardDescriptors();
     // A reader that goes away, as `head` does, must not end the program between making a plain copy and
     // wiping it; the failed write is told instead.
     std::signal(SIGPIPE, SIG_IGN);

@@ -19,7 +19,7 @@ ExitCode runReset(Context& context) {
         context.out << (isReset ? "The password is chosen anew with the next database.\n"
                                 : "Nothing was reset.\n");
     }
-    return ExitCode::Done;
+    return !isReset && context.platform.process.cancelRequested() ? ExitCode::Cancelled : ExitCode::Done;
 }
 
 }  // namespace corvalence::cli

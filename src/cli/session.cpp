@@ -27,6 +27,10 @@ constexpr std::array<std::pair<store::DatabaseKind, std::string_view>, 5> kKinds
             break;
         case core::StartResult::Cancelled:
             throw CommandEnd(ExitCode::Cancelled);
+        case core::StartResult::AlreadyRunning:
+            // Told as information, which --quiet keeps back; why a command did nothing is more than that.
+            throw CommandEnd(ExitCode::Refused,
+                             context.options.quiet ? "Corvalence is already running." : "");
         default:
             break;
     }

@@ -97,8 +97,10 @@ TEST(Refusals, forAdministratorsAndOneAtATime) {
     console.process.hasRights = true;
 
     const auto held = console.system.process.lockInstallation(console.home(), std::chrono::milliseconds(0));
-    for (const std::vector<std::string>& command :
-         {std::vector<std::string>{"databases"}, {"reset"}, {"config", "set", "Config5", "0"}}) {
+    for (const std::vector<std::string>& command : {std::vector<std::string>{"databases"},
+                                                    {"reset"},
+                                                    {"config", "set", "Config5", "0"},
+                                                    {"databases", "--quiet"}}) {
         std::vector<std::string> impatient = command;
         impatient.insert(impatient.end(), {"--wait", "0"});
         const Outcome outcome = console.run(impatient);

@@ -169,6 +169,29 @@ TEST_F(Program, aReaderThatGoesAwayLeavesNoPlainCopy) {
     EXPECT_THAT(console.leftovers(), IsEmpty());
 }
 
+TEST_F(Program, aClosedOutputIsAFailureAndNoFilesPlace) {
+    console.write("a", "1");
+    ASSERT_EQ(run({"init"}), 0);
+    ASSERT_EQ(run({"create", "file-contents", "db"}), 0);
+    for (const int closed : {STDOUT_FILENO, STDERR_FILENO}) {
+        EXPECT_EQ(inChild([&] {
+                      redirect("password", O_RDONLY, STDIN_FILENO);
+                      redirect("out", O_WRONLY, STDOUT_FILENO + STDERR_FILENO - closed);
+                      ::close(closed);
+                      return execute(atHome({"add", "db", console.path("a"), console.path("none")}));
+                  }),
+                  closed == STDOUT_FILENO ? 4 : 1);
+    }
+    EXPECT_EQ(inChild([&] {
+                  ::close(STDIN_FILENO);
+                  redirect("err", O_WRONLY, STDERR_FILENO);
+                  return execute(atHome({"databases"}));
+              }),
+              3);
+    EXPECT_EQ(run({"check", "db"}), 0) << err();
+    EXPECT_THAT(out(), HasSubstr("Files Identical: 1\n"));
+}
+
 TEST_F(Program, withoutAHomeWorksInTheUsersOwnFolders) {
     const auto runWith = [&](const std::vector<std::pair<const char*, std::string>>& variables) {
         return inChild([&] {
