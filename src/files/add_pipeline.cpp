@@ -15,6 +15,21 @@ std::string fileCount(std::uint64_t count) {
     return std::to_string(count) + (count > 1 ? " Files" : " File");
 }
 
+/// A name that holds a line break must not write lines of its own into a message.
+std::string onOneLine(const std::string& path) {
+    std::string text;
+    for (const char c : path) {
+        if (c == '\n') {
+            text += "\\n";
+        } else if (c == '\r') {
+            text += "\\r";
+        } else {
+            text += c;
+        }
+    }
+    return text;
+}
+
 }  // namespace
 
 std::string addReportText(std::uint64_t added, std::uint64_t listed, const std::string& location) {
@@ -161,7 +176,7 @@ class AddPipeline::Command {
         ++report_.failed;
         if (!options_.notifyFailed) return;
         message(platform::Icon::Warning,
-                "Couldn't add " + path + "\nReason: " + std::string(base::reasonText(cause)));
+                "Couldn't add " + onOneLine(path) + "\nReason: " + std::string(base::reasonText(cause)));
     }
 
     void message(platform::Icon icon, const std::string& text) { vault_.platform.ui.message(icon, text); }
