@@ -181,6 +181,7 @@ TEST_F(Program, aClosedOutputIsAFailureAndNoFilesPlace) {
                       return execute(atHome({"add", "db", console.path("a"), console.path("none")}));
                   }),
                   closed == STDOUT_FILENO ? 4 : 1);
+        EXPECT_EQ(console.folder.read("home/lock"), "");  // the first file that a run opens
     }
     EXPECT_EQ(inChild([&] {
                   ::close(STDIN_FILENO);
