@@ -11,9 +11,6 @@ namespace corvalence::files {
 
 namespace {
 
-/// Suffix of a container that is being written anew.
-constexpr std::string_view kRewrittenSuffix = "1";
-
 void ensureExists(store::Vault& vault, const std::string& path, bool& repaired) {
     if (vault.platform.files.status(path, platform::Follow::No)) return;
     vault.platform.files.createNew(path);
@@ -47,7 +44,7 @@ class ContainerRewrite {
           digester_(digest),
           sealed_(vault.configuration.encryptsBackups()),
           old_(vault.platform.files.openExclusive(pair.file)),
-          container_(vault.working.createSealed(pair.file, kRewrittenSuffix)) {
+          container_(vault.working.createSealed(pair.file, crypto::kSealedBesideSuffix)) {
         // As before an append: what is missing of a damaged container is filled up, so that the rest keeps
         // its place.
         if (old_->size() < storedTotal) old_->resize(storedTotal);

@@ -127,6 +127,23 @@ TEST(BackupStore, ReplacesAnEntryInItsPlaceWhateverItsNewLength) {
     EXPECT_TRUE(world.leftovers().empty());
 }
 
+// "Backup File 1" was once rewritten as "Backup File 11", which is the eleventh database's own.
+TEST(BackupStore, ReplacesAnEntryWhereAnotherContainersNumberBeginsAlike) {
+    World world;
+    world.write("a", "one");
+    world.create();
+    world.add({"a"});
+    world.set("Backup\\Backup Database Index", "10");
+    world.create("eleventh");
+    writeWholeFile(world.data("Backup Files/Backup File 11"), "another's");
+    world.write("a", "two");
+    world.check({{files::Reaction::UpdateWithBackup}, files::RestoreChoice::DeleteChangedFile, false});
+    world.write("a", "three");
+    EXPECT_TRUE(world.restore("a").restored);
+    EXPECT_EQ(world.read("a"), "two");
+    EXPECT_EQ(readWholeFile(world.data("Backup Files/Backup File 11")), "another's");
+}
+
 TEST(BackupStore, FindsEntriesByTheWholePathAndTriesTheLatestFirst) {
     World world;
     world.set("Config17", "P");
