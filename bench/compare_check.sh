@@ -34,13 +34,16 @@ root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 . "$root/tools/packages.sh"
 install_missing "${build_packages[@]}" "${bench_packages[@]}"
 build=$root/build/bench
-(cd "$root" && cmake --preset release -B "$build" -DCORVALENCE_BENCH=ON >/dev/null &&
-    cmake --build "$build" --target corvalencectl make_corpus >/dev/null)
-
 work=$(mktemp -d)
 # Signals have to end the script by way of `exit`, or it would go on without its folder.
 trap 'rm -rf "$work"' EXIT
 trap 'exit 130' INT TERM HUP
+
+(cd "$root" && cmake --preset release -B "$build" -DCORVALENCE_BENCH=ON &&
+    cmake --build "$build" --target corvalencectl make_corpus) >"$work/build.log" 2>&1 || {
+    cat "$work/build.log" >&2
+    exit 1
+}
 echo "password of the benchmark" >"$work/password"
 
 ctl() { "$build/src/cli/corvalencectl" --home "$work/home" --password-file "$work/password" --quiet "$@"; }
