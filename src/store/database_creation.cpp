@@ -98,8 +98,13 @@ std::optional<OpenDatabaseContext> DatabaseCreation::create(const CreationReques
     database.close();
     if (request.kind == DatabaseKind::Numbered) createBackupPair(vault_, record.number);
     index.append(record);
+    try {
+        writeBackupDatabase(vault_, *path);
+    } catch (const base::FileFailure&) {
+        database.abandon();  // it is listed; the next start makes up for its copy
+        throw;
+    }
     database.release();
-    writeBackupDatabase(vault_, *path);
     OpenDatabaseContext context{record};
     if (worker != nullptr && !worker->fill(context)) return std::nullopt;
     vault_.platform.ui.status(0, "Complete.");

@@ -32,7 +32,12 @@ void saveDatabase(Vault& vault, OpenDatabaseContext& context,
         throw;
     }
     context.record.fileDigest = newDigest;
-    writeBackupDatabase(vault, context.path());
+    try {
+        writeBackupDatabase(vault, context.path());
+    } catch (const base::FileFailure&) {
+        beside.abandon();  // the save is done; the next start makes up for its copy
+        throw;
+    }
     beside.release();
 }
 
