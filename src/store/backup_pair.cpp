@@ -38,8 +38,11 @@ std::int64_t highestBackupPair(Vault& vault) {
     for (const platform::FolderEntry& entry : vault.platform.files.list(folder)) {
         for (const std::string_view stem : {kFileName, kIndexName}) {
             if (!entry.name.starts_with(stem)) continue;
-            const auto number = base::scanInteger(std::string_view(entry.name).substr(stem.size()));
-            if (number && *number < INT32_MAX) highest = std::max(highest, *number);
+            const std::string_view digits = std::string_view(entry.name).substr(stem.size());
+            const auto number = base::scanInteger(digits);
+            // What bears more than a number is no pair's file.
+            if (number && *number < INT32_MAX && std::to_string(*number) == digits)
+                highest = std::max(highest, *number);
         }
     }
     return highest;
