@@ -34,6 +34,13 @@ std::uint64_t number(std::string_view text) noexcept {
     return value;
 }
 
+/// Ends every line: the beginning of the MD5 of what stands before it.
+constexpr std::size_t kSumLength = 8;
+
+std::string sumOf(std::string_view line) {
+    return base::hexText(Md5::of(base::bytesOf(line))).substr(0, kSumLength);
+}
+
 std::size_t folderLength(const std::string& path) noexcept {
     const std::size_t end = path.find_last_of("/\\");
     return end == std::string::npos ? 0 : end + 1;
@@ -157,6 +164,7 @@ TemporaryFile WorkingFiles::createDatabase(const std::string& database) {
 
 TemporaryFile WorkingFiles::create(std::string_view kind, const std::string& path, std::string_view suffix,
                                    const std::string& via, const std::string& target) {
+    carryOnMoves();
     const std::string name = temporaryName(path, suffix);
     const std::string reached = via.empty() ? name : via + name.substr(folderLength(name));
     // Asked first, so that a file of the user's is never in the journal, not even as an intent.
@@ -183,7 +191,7 @@ void WorkingFiles::record(std::initializer_list<std::string_view> fields) {
     std::string line;
     for (const std::string_view field : fields)
         line.append(field).push_back(base::kSeparator);
-    line.push_back('\n');
+    line += sumOf(line) + "\n";
     journal_->write(base::bytesOf(line));
 }
 
@@ -221,9 +229,21 @@ void WorkingFiles::commitMoves(std::vector<std::pair<TemporaryFile, std::string>
             temporary.release();
         }
     } catch (...) {
-        // They are committed: what is not renamed now has to stay for the next start, which goes on here.
-        for (auto& move : moves) move.first.abandon();
+        // They are committed, so they are carried on: before this run makes its next temporary, or by the
+        // next start.
+        for (auto& [temporary, target] : moves) {
+            if (temporary.owner_ != nullptr) unfinishedMoves_.emplace_back(temporary.path(), target);
+            temporary.abandon();
+        }
         throw;
+    }
+}
+
+void WorkingFiles::carryOnMoves() {
+    while (!unfinishedMoves_.empty()) {
+        const auto& [path, target] = unfinishedMoves_.front();
+        if (files_.status(path, platform::Follow::No)) files_.rename(path, target);
+        unfinishedMoves_.erase(unfinishedMoves_.begin());
     }
 }
 
@@ -233,7 +253,12 @@ std::vector<WorkingFiles::Leftover> WorkingFiles::readJournal(bool& committed) {
     platform::LineReader reader(*journal_, kJournalLineLimit);
     for (std::string_view line; reader.next(line);) {
         if (line.back() != '\n') break;  // torn by the end of that run; what it announced was not done
-        const auto fields = base::splitFields(base::withoutLineEnd(line));
+        line.remove_suffix(1);
+        // A damaged line may name the wrong file: then better a temporary too many than a file too few.
+        if (line.size() < kSumLength ||
+            sumOf(line.substr(0, line.size() - kSumLength)) != line.substr(line.size() - kSumLength))
+            continue;
+        const auto fields = base::splitFields(line.substr(0, line.size() - kSumLength));
         if (fields.size() == 1 && fields[0] == kCommit) committed = true;
         if (fields.size() < 2) continue;
         const std::string path(fields[1]);

@@ -3,6 +3,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "platform/file_system.h"
@@ -95,7 +96,8 @@ class WorkingFiles {
     std::string savePath(const std::string& database) const;
 
     /// Renames every file over its target such that after a crash either none or all of them are renamed, the
-    /// latest at the next start.
+    /// latest at the next start. Where a rename fails, those that are left are carried on before the next
+    /// temporary of this run is made.
     void commitMoves(std::vector<std::pair<TemporaryFile, std::string>> moves);
 
     platform::FileSystem& files() noexcept { return files_; }
@@ -111,6 +113,7 @@ class WorkingFiles {
     void recordMade(std::string_view kind, const std::string& path, const platform::FileIdentity& identity,
                     const std::string& target);
     void finished(const std::string& path) noexcept;
+    void carryOnMoves();
     std::vector<Leftover> readJournal(bool& committed);
     void clear(const Leftover& leftover, bool committed);
 
@@ -118,6 +121,7 @@ class WorkingFiles {
     std::unique_ptr<platform::File> journal_;
     std::size_t live_ = 0;
     std::vector<PendingSave> pendingSaves_;
+    std::vector<std::pair<std::string, std::string>> unfinishedMoves_;  // path, target
 };
 
 }  // namespace corvalence::crypto

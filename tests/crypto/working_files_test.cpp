@@ -119,6 +119,25 @@ TEST_P(Moves, AreMadeAllOrNone) {
     EXPECT_FALSE(machine.folder.has("two.new"));
 }
 
+// A run that goes on after a failed rename works on the new files, never on one old and one new.
+TEST_F(WorkingFilesTest, CarryCommittedMovesOnInTheSameRun) {
+    std::vector<std::pair<crypto::TemporaryFile, std::string>> moves;
+    for (const char* name : {"one", "two"}) {
+        machine.folder.write(name, "old");
+        auto file = run->createSealed(machine.folder / name, ".new");
+        file.file().write(base::bytesOf("new"));
+        moves.emplace_back(std::move(file), machine.folder / name);
+    }
+    fs::remove(machine.folder / "two");
+    fs::create_directories(machine.folder / "two/in the way");  // no file can be renamed over it
+    EXPECT_THROW(run->commitMoves(std::move(moves)), base::FileFailure);
+    EXPECT_THROW(run->createPlain(machine.folder / "db", ".plain"), base::FileFailure);
+    fs::remove_all(machine.folder / "two");
+    { auto next = run->createPlain(machine.folder / "db", ".plain"); }
+    EXPECT_EQ(machine.folder.read("one"), "new");
+    EXPECT_EQ(machine.folder.read("two"), "new");
+}
+
 INSTANTIATE_TEST_SUITE_P(WorkingFiles, Moves, testing::Range(1, 14));
 
 TEST(WipeFile, LeavesNothingOfAFileAndRemovesAnEmptyOne) {
