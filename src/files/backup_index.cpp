@@ -32,6 +32,12 @@ std::optional<BackupEntry> parseLine(std::string_view line) {
     return entry;
 }
 
+crypto::SecretText unsealed(store::Vault& vault, const std::string& path) {
+    if (!vault.platform.files.status(path, platform::Follow::Yes)) return {};
+    return crypto::unsealText(vault.platform.files, path, vault.session.key, crypto::BackupIV(path),
+                              crypto::kUnsealBackupFolder);
+}
+
 }  // namespace
 
 BackupDamaged::BackupDamaged(const std::string& path)
@@ -59,12 +65,12 @@ std::string renderBackupEntry(std::string_view path, bool sealed, std::uint64_t 
     return line + std::to_string(static_cast<std::uint32_t>(originalSize)) + "\r\n";
 }
 
-BackupIndex::BackupIndex(store::Vault& vault, const store::BackupPair& pair) : paths_(vault.platform.paths) {
-    if (vault.platform.files.status(pair.index, platform::Follow::Yes)) {
-        text_ = crypto::unsealText(vault.platform.files, pair.index, vault.session.key,
-                                   crypto::BackupIV(pair.index), crypto::kUnsealBackupFolder);
-    }
-    parse(pair.index);
+BackupIndex::BackupIndex(store::Vault& vault, const store::BackupPair& pair)
+    : BackupIndex(vault.platform.paths, unsealed(vault, pair.index), pair.index) {}
+
+BackupIndex::BackupIndex(const base::PathRules& paths, crypto::SecretText text, const std::string& path)
+    : paths_(paths), text_(std::move(text)) {
+    parse(path);
 }
 
 void BackupIndex::parse(const std::string& path) {

@@ -44,6 +44,8 @@ class BackupIndex {
     /// Unseals it; a missing file counts as an empty list (callers repair the pair first). Throws
     /// base::FileFailure, BackupDamaged.
     BackupIndex(store::Vault& vault, const store::BackupPair& pair);
+    /// From its unsealed text; `path` is for BackupDamaged.
+    BackupIndex(const base::PathRules& paths, crypto::SecretText text, const std::string& path);
 
     std::size_t size() const noexcept { return entries_.size(); }
     BackupEntry entry(std::size_t number) const;
