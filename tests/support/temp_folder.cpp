@@ -11,8 +11,10 @@ namespace corvalence::test {
 
 namespace fs = std::filesystem;
 
-TempFolder::TempFolder() {
-    const fs::path base = fs::canonical(fs::temp_directory_path());
+TempFolder::TempFolder() : TempFolder(fs::temp_directory_path().string()) {}
+
+TempFolder::TempFolder(const std::string& parent) {
+    const fs::path base = fs::canonical(parent);
     std::random_device numbers;
     fs::path folder;
     do {

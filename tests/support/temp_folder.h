@@ -9,6 +9,8 @@ namespace corvalence::test {
 class TempFolder {
   public:
     TempFolder();
+    /// The same in another folder.
+    explicit TempFolder(const std::string& parent);
     ~TempFolder();
     TempFolder(const TempFolder&) = delete;
     TempFolder& operator=(const TempFolder&) = delete;

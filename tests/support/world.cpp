@@ -4,7 +4,6 @@
 
 #include <filesystem>
 
-#include "core/installation.h"
 #include "store/database_creation.h"
 #include "store/database_opening.h"
 
@@ -44,15 +43,32 @@ class OutcomeObserver : public files::CheckObserver {
 
 }  // namespace
 
-World::World() : root_(machine.folder.path()) {
+platform::Platform World::platformWith(platform::SettingsStore& settings) {
+    return {machine.files,
+            machine.access,
+            machine.platform.volumes,
+            process,
+            machine.platform.types,
+            machine.clock,
+            settings,
+            machine.sound,
+            machine.ui,
+            machine.platform.paths};
+}
+
+World::World() : platform(platformWith(machine.settings)), root_(machine.folder.path()) {
     std::filesystem::create_directories(root_ + "files");
     std::filesystem::create_directories(root_ + "data");
-    EXPECT_EQ(core::install(platform, data("")), core::InstallResult::Installed);
+    EXPECT_EQ(install(), core::InstallResult::Installed);
     EXPECT_EQ(start(), core::StartResult::Ready);
 }
 
-World::World(const std::string& folder) : root_(folder) {
-    core::install(platform, data(""));  // the files are there already; this fills the settings
+World::World(const std::string& folder)
+    : sharedSettings(std::in_place, machine.files, folder + "settings.json"),
+      platform(platformWith(*sharedSettings)),
+      root_(folder) {
+    std::filesystem::create_directories(root_ + "files");
+    std::filesystem::create_directories(root_ + "data");
 }
 
 World::~World() = default;
@@ -143,7 +159,7 @@ std::vector<std::string> World::leftovers(std::string_view secret) const {
         const bool isUsers = file.starts_with(path(""));
         const bool plain =
             !secret.empty() && !isUsers && readWholeFile(file).find(secret) != std::string::npos;
-        if (marked || plain || name == "Backup File 11") found.push_back(file);
+        if (marked || plain) found.push_back(file);
     }
     return found;
 }

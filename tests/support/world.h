@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "core/installation.h"
 #include "core/start.h"
 #include "files/add_pipeline.h"
 #include "files/check.h"
@@ -76,25 +77,19 @@ class World {
   public:
     /// Makes the installation and starts the first run.
     World();
-    /// Takes on an installation that another process made in `folder`, without starting a run.
+    /// A world in `folder` (with a closing separator), which outlives it and may be another process's as
+    /// well: the settings lie there in a file. Installs nothing and starts no run.
     explicit World(const std::string& folder);
     ~World();
 
     TestPlatform machine;
     AdministratorProcess process{machine.system.process};
-    platform::Platform platform{machine.files,
-                                machine.access,
-                                machine.platform.volumes,
-                                process,
-                                machine.platform.types,
-                                machine.clock,
-                                machine.settings,
-                                machine.sound,
-                                machine.ui,
-                                machine.platform.paths};
+    std::optional<SystemSettingsStore> sharedSettings;
+    platform::Platform platform;
     OnePassword password;
 
     // The program.
+    core::InstallResult install() { return core::install(platform, data("")); }
     core::StartResult start();
     void stop() { run_.reset(); }
     store::Vault& vault() { return run_->vault(); }
@@ -126,6 +121,8 @@ class World {
     std::vector<std::string> leftovers(std::string_view secret = {}) const;
 
   private:
+    platform::Platform platformWith(platform::SettingsStore& settings);
+
     std::string root_;
     std::unique_ptr<core::Run> run_;
     std::optional<store::OpenDatabaseContext> context_;

@@ -1,0 +1,122 @@
+#include <gtest/gtest.h>
+
+#include <cstdio>
+
+#include "aftermath.h"
+#include "run_program.h"
+
+namespace corvalence::test {
+namespace {
+
+std::string nameOf(const testing::TestParamInfo<std::string_view>& info) {
+    return std::string(info.param);
+}
+
+std::vector<std::string_view> names() {
+    std::vector<std::string_view> all;
+    for (const Scenario& scenario : scenarios())
+        all.push_back(scenario.name);
+    return all;
+}
+
+class Campaign : public testing::TestWithParam<std::string_view> {
+  protected:
+    static constexpr std::uint64_t kMostOperations = 1000;
+
+    int runChild(const std::string& name, std::uint64_t operation) const {
+        return runProgram(RELIABILITY_CHILD, {stage.folder(), name, std::to_string(operation)});
+    }
+
+    const Scenario& scenario = scenarioOf(GetParam());
+    const Stage stage{scenario};
+};
+
+class Kill : public Campaign {};
+
+// Every change to a file is once the last that the program makes; and every now and then the next start is
+// ended as well.
+TEST_P(Kill, AtAnyPointLosesNothing) {
+    int recovered = 0;
+    std::uint64_t operation = 1;
+    for (;; ++operation) {
+        SCOPED_TRACE("ended at operation " + std::to_string(operation));
+        ASSERT_LT(operation, kMostOperations);
+        stage.reset();
+        const int code = runChild(std::string(scenario.name), operation);
+        ASSERT_TRUE(code == 0 || code == FaultPlan::kEndedExitCode) << code;
+        if (operation % 3 == 0) runChild("start", operation / 3 % 12 + 1);
+        World world(stage.folder());
+        if (code == 0) {
+            ASSERT_EQ(world.start(), core::StartResult::Ready);
+            EXPECT_TRUE(scenario.isDone(world));
+            break;
+        }
+        recovered += expectNothingLost(world, stage, scenario);
+        ASSERT_FALSE(HasFailure());
+    }
+    RecordProperty("kill_points", static_cast<int>(operation) - 1);
+    RecordProperty("recovered", recovered);
+    std::printf("%s: %d kill points, %d databases recovered from their backup\n",
+                std::string(scenario.name).c_str(), static_cast<int>(operation) - 1, recovered);
+}
+
+INSTANTIATE_TEST_SUITE_P(Reliability, Kill, testing::ValuesIn(names()), nameOf);
+
+class Failing : public Campaign {
+  protected:
+    void expectClear(const base::FileFailure& failure, base::Cause cause) {
+        EXPECT_EQ(failure.cause(), cause) << failure.what();
+        EXPECT_FALSE(failure.path().empty());
+    }
+
+    /// False once the scenario goes through without meeting the mishap.
+    bool strikeAt(std::uint64_t operation, base::Cause cause, FaultPlan::Lasts lasts) {
+        stage.reset();
+        World world(stage.folder());
+        world.machine.ui.answers.assign(100, true);
+        world.machine.faults.failAt(operation, cause, lasts);
+        bool claimed = false;
+        try {
+            EXPECT_EQ(world.start(), core::StartResult::Ready);
+            const Claim claim = scenario.act(world);
+            claimed = claim.done;
+            EXPECT_TRUE(claimed || claim.said.find(base::reasonText(cause)) != std::string::npos ||
+                        claim.said.find("Registry error.") != std::string::npos)
+                << claim.said;
+        } catch (const base::FileFailure& failure) {
+            expectClear(failure, cause);
+        }
+        const bool struck = world.machine.faults.hasStruck();
+        world.stop();
+        if (claimed) {
+            world.machine.faults.clear();
+            EXPECT_EQ(world.start(), core::StartResult::Ready);
+            EXPECT_TRUE(scenario.isDone(world)) << "not done, though it was said";
+        } else {
+            expectNothingLost(world, stage, scenario);
+        }
+        return struck;
+    }
+
+    void strikeEverywhere(base::Cause cause, FaultPlan::Lasts lasts) {
+        for (std::uint64_t operation = 1;; ++operation) {
+            SCOPED_TRACE("failed at operation " + std::to_string(operation));
+            ASSERT_LT(operation, kMostOperations);
+            if (!strikeAt(operation, cause, lasts)) break;
+            ASSERT_FALSE(HasFailure());
+        }
+    }
+};
+
+TEST_P(Failing, ForWantOfRoomIsToldAndLosesNothing) {
+    strikeEverywhere(base::Cause::DiskFull, FaultPlan::Lasts::FromThere);
+}
+
+TEST_P(Failing, ForWantOfRightsIsToldAndLosesNothing) {
+    strikeEverywhere(base::Cause::AccessDenied, FaultPlan::Lasts::Once);
+}
+
+INSTANTIATE_TEST_SUITE_P(Reliability, Failing, testing::ValuesIn(names()), nameOf);
+
+}  // namespace
+}  // namespace corvalence::test

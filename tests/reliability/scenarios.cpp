@@ -1,0 +1,215 @@
+#include "scenarios.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <iterator>
+
+#include "crypto/sealed_file.h"
+#include "schedule/schedule_list.h"
+#include "store/database_creation.h"
+#include "store/database_deletion.h"
+#include "store/database_index.h"
+
+namespace corvalence::test {
+
+namespace {
+
+namespace fs = std::filesystem;
+using files::Reaction;
+using files::RestoreChoice;
+
+constexpr std::string_view kSealed = "N";
+constexpr std::string_view kPlain = "P";
+
+void changeBoth(World& world) {
+    world.write("a", "a, changed by its user");
+    world.write("b", "b, changed by its user");
+}
+
+Claim claimOf(World& world, bool done, std::string said = {}) {
+    return {done, said + world.machine.ui.transcript()};
+}
+
+bool lists(World& world, std::string_view name) {
+    const auto records = world.records();
+    return std::any_of(records.begin(), records.end(),
+                       [&](const files::FileRecord& record) { return record.path == world.path(name); });
+}
+
+bool restores(World& world, std::string_view name, const std::string& content) {
+    world.write(name, "to be put back");
+    return world.restore(name).restored && world.read(name) == content;
+}
+
+Claim checkWith(World& world, Answers answers) {
+    const CheckOutcome outcome = world.check(answers);
+    bool done = outcome.notes.empty() || answers.reactions[0] == Reaction::Restore;
+    std::string said;
+    for (const Finding& finding : outcome.changed) {
+        done &= finding.done;
+        said += finding.message + "\n";
+    }
+    for (const std::string& note : outcome.notes)
+        said += note + "\n";
+    for (const auto& [path, reason] : outcome.unchecked)
+        said += path + ": " + reason + "\n";
+    return claimOf(world, done, said);
+}
+
+Claim create(World& world) {
+    return claimOf(world, world.create("new"));
+}
+bool isCreated(World& world) {
+    return world.open("new") == store::OpenResult::Opened;
+}
+
+void writeNew(World& world) {
+    world.write("new/1", recordedContent("new/1"));
+    world.write("new/2", recordedContent("new/2"));
+}
+Claim add(World& world) {
+    return claimOf(world, world.add({"new/1", "new/2"}).added == 2);
+}
+Claim addLocation(World& world) {
+    return claimOf(world, world.addAll().added == 2);
+}
+bool isAdded(World& world) {
+    return lists(world, "new/1") && lists(world, "new/2") &&
+           restores(world, "new/1", recordedContent("new/1")) &&
+           restores(world, "new/2", recordedContent("new/2"));
+}
+
+Claim updateAll(World& world) {
+    return checkWith(world, {.reactions = {Reaction::UpdateWithBackup}});
+}
+Claim updateOneByOne(World& world) {
+    return checkWith(world, {.reactions = {Reaction::UpdateWithBackup}, .attended = true});
+}
+bool isUpdated(World& world) {
+    return world.check().counts().changed == 0 && restores(world, "a", "a, changed by its user") &&
+           restores(world, "b", "b, changed by its user");
+}
+Claim updateRecords(World& world) {
+    return checkWith(world, {.reactions = {Reaction::UpdateKeepBackup}});
+}
+bool areRecordsUpdated(World& world) {
+    return world.check().counts().changed == 0;
+}
+
+Claim restoreBoth(World& world) {
+    return checkWith(world, {.reactions = {Reaction::Restore}, .restore = RestoreChoice::DeleteChangedFile});
+}
+Claim restoreAndMove(World& world) {
+    return checkWith(world, {.reactions = {Reaction::Restore}});
+}
+bool areRestored(World& world) {
+    return world.read("a") == recordedContent("a") && world.read("b") == recordedContent("b");
+}
+
+void loseOne(World& world) {
+    fs::remove(world.path("a"));
+}
+Claim restoreLost(World& world) {
+    const auto result = world.restore("a");
+    return claimOf(world, result.restored, result.message);
+}
+bool isLostOneBack(World& world) {
+    return world.read("a") == recordedContent("a");
+}
+
+Claim deleteDatabase(World& world) {
+    world.open();
+    schedule::ScheduleList schedule(world.vault());
+    return claimOf(world, store::deleteDatabase(world.vault(), world.context(), schedule));
+}
+bool isDeleted(World& world) {
+    return !store::DatabaseIndex(world.vault()).findExact(world.databasePath()) &&
+           !fs::exists(world.databasePath()) && !fs::exists(world.databasePath("db~"));
+}
+
+void damageDatabase(World& world) {
+    std::string sealed = readWholeFile(world.databasePath());
+    sealed[sealed.size() / 2] ^= 1;
+    writeWholeFile(world.databasePath(), sealed);
+}
+Claim recover(World& world) {
+    return claimOf(world, world.open() == store::OpenResult::Restored);
+}
+bool isRecovered(World& world) {
+    return world.open() == store::OpenResult::Opened;
+}
+
+Claim stamp(World& world) {
+    return claimOf(world, world.check().counts().checked == 3);
+}
+bool isStamped(World& world) {
+    return store::DatabaseIndex(world.vault()).findExact(world.databasePath())->lastCheck.has_value();
+}
+
+void nothing(World&) {}
+
+constexpr Scenario kScenarios[] = {
+    {"create", kSealed, Files::Stay, nothing, create, isCreated},
+    {"add", kSealed, Files::Stay, writeNew, add, isAdded},
+    {"addPlain", kPlain, Files::Stay, writeNew, add, isAdded},
+    {"addLocation", kSealed, Files::Stay, writeNew, addLocation, isAdded},
+    {"updateAll", kSealed, Files::Stay, changeBoth, updateAll, isUpdated},
+    {"updateAllPlain", kPlain, Files::Stay, changeBoth, updateAll, isUpdated},
+    {"updateOneByOne", kSealed, Files::Stay, changeBoth, updateOneByOne, isUpdated},
+    {"updateRecords", kSealed, Files::Stay, changeBoth, updateRecords, areRecordsUpdated},
+    {"restore", kSealed, Files::Restored, changeBoth, restoreBoth, areRestored},
+    {"restorePlain", kPlain, Files::Restored, changeBoth, restoreBoth, areRestored},
+    {"restoreAndMove", kSealed, Files::RestoredAndMoved, changeBoth, restoreAndMove, areRestored},
+    {"restoreLost", kSealed, Files::Restored, loseOne, restoreLost, isLostOneBack},
+    {"delete", kSealed, Files::Stay, nothing, deleteDatabase, isDeleted},
+    {"recover", kSealed, Files::Stay, damageDatabase, recover, isRecovered},
+    {"stamp", kSealed, Files::Stay, nothing, stamp, isStamped},
+};
+
+void writeSchedule(World& world) {
+    std::string lines;
+    for (const char* name : {"db", "other"})
+        lines += world.databasePath(name) +
+                 "\x7F"
+                 "1\x7F"
+                 "0\x7F\r\n";
+    crypto::sealText(world.vault().working, lines, schedule::ScheduleList(world.vault()).path(),
+                     world.vault().session.key, world.vault().session.chains.ScheduleIV);
+}
+
+}  // namespace
+
+std::span<const Scenario> scenarios() {
+    return kScenarios;
+}
+
+const Scenario& scenarioOf(std::string_view name) {
+    const auto* const found = std::find_if(std::begin(kScenarios), std::end(kScenarios),
+                                           [&](const Scenario& scenario) { return scenario.name == name; });
+    if (found == std::end(kScenarios)) throw std::invalid_argument(std::string(name));
+    return *found;
+}
+
+std::string recordedContent(std::string_view name) {
+    std::string content;
+    for (std::size_t i = 0; i < 20 + name.size(); ++i)
+        content += "the secret of " + std::string(name) + "\n";
+    return content;
+}
+
+void prepareWorld(World& world, const Scenario& scenario) {
+    world.install();
+    world.start();
+    world.set(settings::key::kEncryptBackups, std::string(scenario.backups));
+    for (const char* name : {"kept", "a", "b"})
+        world.write(name, recordedContent(name));
+    for (const char* name : {"db", "other"})
+        world.create(name);
+    world.add({"kept", "a", "b"});
+    world.add({"kept"}, "other");
+    writeSchedule(world);
+    scenario.prepare(world);
+    world.stop();
+}
+
+}  // namespace corvalence::test
