@@ -30,7 +30,10 @@ FileContentsCheck::FileContentsCheck(store::Vault& vault, store::OpenDatabaseCon
       observer_(observer),
       copy_(vault, context),
       digester_(context.digest()),
-      restore_(vault, context) {}
+      restore_(vault, context),
+      indexPath_(store::DatabaseIndex(vault).path()),
+      warningSound_(vault.configuration.number(settings::key::kWarningSound)),
+      warningFile_(vault.configuration.text(settings::key::kWarningSoundFile)) {}
 
 FileContentsCheck::Totals FileContentsCheck::countRecords() {
     Totals totals;
@@ -139,16 +142,15 @@ ChangedFileDetails FileContentsCheck::describe(const FileRecord& then, const std
             ? "Database last checked:   " + platform::formatFileTime(system.clock, *context_.record.lastCheck)
             : "Database unchecked until now.";
     details.digestTruncated = context_.digest() == crypto::DigestCode::Sha512;
-    details.onlyIgnore = system.paths.equal(then.path, store::DatabaseIndex(vault_).path());
+    details.onlyIgnore = system.paths.equal(then.path, indexPath_);
     return details;
 }
 
 void FileContentsCheck::playWarning() {
-    const int sound = vault_.configuration.number(settings::key::kWarningSound);
-    if (sound == kSoundFile) {
-        vault_.platform.sound.playFile(vault_.configuration.text(settings::key::kWarningSoundFile));
-    } else if (sound < static_cast<int>(std::size(kWarningSounds))) {
-        vault_.platform.sound.playResource(std::string(kWarningSounds[sound]));
+    if (warningSound_ == kSoundFile) {
+        vault_.platform.sound.playFile(warningFile_);
+    } else if (warningSound_ < static_cast<int>(std::size(kWarningSounds))) {
+        vault_.platform.sound.playResource(std::string(kWarningSounds[warningSound_]));
     }
 }
 

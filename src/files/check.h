@@ -95,6 +95,9 @@ class FileContentsCheck {
     DatabaseCopy copy_;
     FileDigester digester_;
     FileRestore restore_;
+    std::string indexPath_;
+    int warningSound_;
+    std::string warningFile_;
     platform::Progress* progress_ = nullptr;
     CheckCounts counts_;
 
