@@ -186,45 +186,5 @@ TEST_P(Cancelling, KeepsWhatIsCompleteOrRollsBack) {
 
 INSTANTIATE_TEST_SUITE_P(AddPipeline, Cancelling, testing::Bool());
 
-TEST(AddPipeline, KeepsTheOldStateWhenTheDiskIsFull) {
-    World world;
-    world.write("a", "1");
-    world.create();
-    world.add({"a"});
-    world.write("b", std::string(300000, 'b'));
-    world.machine.faults.clear();
-    world.add({"b"}, "db");
-    const auto operations = world.machine.faults.operations();
-    ASSERT_GT(operations, 10U);
-
-    World full;
-    full.write("a", "1");
-    full.create();
-    full.add({"a"});
-    full.write("b", std::string(300000, 'b'));
-    for (std::uint64_t at = 1; at <= operations; ++at) {
-        full.open();
-        full.machine.faults.failAt(at, base::Cause::DiskFull, FaultPlan::Lasts::FromThere);
-        bool failed = false;
-        try {
-            files::AddPipeline(full.vault(), full.context()).addFiles({full.path("b")}, {});
-        } catch (const base::FileFailure& failure) {
-            failed = true;
-            EXPECT_EQ(failure.cause(), base::Cause::DiskFull) << failure.what();
-        }
-        const bool struck = full.machine.faults.hasStruck();
-        full.machine.faults.clear();
-        // A failure of what ends a temporary is made up for by the next start.
-        ASSERT_EQ(full.start(), core::StartResult::Ready);
-        EXPECT_TRUE(full.leftovers().empty()) << at;
-        const std::size_t listed = full.records().size();
-        EXPECT_TRUE(failed || !struck || listed == 2) << at;
-        full.write("a", "2");
-        EXPECT_TRUE(full.restore("a").restored) << at;
-        EXPECT_EQ(full.read("a"), "1");
-        if (listed == 2) break;
-    }
-}
-
 }  // namespace
 }  // namespace corvalence::test

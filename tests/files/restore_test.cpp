@@ -171,42 +171,5 @@ TEST(FileRestore, RestoresAFileWhoseNameLeavesNoRoomForASuffix) {
     EXPECT_EQ(readWholeFile(path), "one");
 }
 
-// Whatever step of a restore fails, the changed file or the restored one stands at the path and nothing is
-// left.
-TEST(FileRestore, LosesNoFileWhateverStepFails) {
-    for (const auto cause : {base::Cause::DiskFull, base::Cause::AccessDenied}) {
-        World world;
-        world.write("a", std::string(100000, '1'));
-        world.create();
-        world.add({"a"});
-        for (std::uint64_t at = 1;; ++at) {
-            ASSERT_LT(at, 200U);
-            world.write("a", "changed");
-            fs::remove_all(world.data("Changed Files"));
-            fs::create_directory(world.data("Changed Files"));
-            world.open();
-            const auto record = world.records().at(0);
-            world.machine.faults.failAt(at, cause);
-            const auto result = files::FileRestore(world.vault(), world.context())
-                                    .restoreFile(record, RestoreChoice::MoveChangedFile);
-            const bool struck = world.machine.faults.hasStruck();
-            world.machine.faults.clear();
-            const bool moved = fs::exists(world.data("Changed Files/a.CHANGED"));
-            if (result.restored) {
-                EXPECT_EQ(world.read("a").size(), 100000U) << at;
-                EXPECT_TRUE(moved) << at;
-            } else {
-                EXPECT_EQ(world.read("a"), "changed") << at;
-                EXPECT_NE(result.message.find(cause == base::Cause::DiskFull ? "DiskFull." : "AccessDenied."),
-                          std::string::npos)
-                    << at << ": " << result.message;
-            }
-            ASSERT_EQ(world.start(), core::StartResult::Ready);
-            EXPECT_TRUE(world.leftovers().empty()) << at;
-            if (!struck) break;
-        }
-    }
-}
-
 }  // namespace
 }  // namespace corvalence::test

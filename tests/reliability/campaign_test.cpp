@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdio>
+#include <filesystem>
 
 #include "aftermath.h"
 #include "run_program.h"
@@ -62,6 +63,34 @@ TEST_P(Kill, AtAnyPointLosesNothing) {
 
 INSTANTIATE_TEST_SUITE_P(Reliability, Kill, testing::ValuesIn(names()), nameOf);
 
+// An installation that was begun is finished by making it again.
+TEST(KillWhileInstalling, LosesNothing) {
+    int points = 0;
+    // The settings are written key by key, in the same steps each: not every key's need be met.
+    for (std::uint64_t operation = 1;; operation += operation < 40 ? 1 : 7) {
+        SCOPED_TRACE("ended at operation " + std::to_string(operation));
+        ASSERT_LT(operation, 1000U);
+        const TempFolder home{quickFolder()};
+        const int code = runProgram(RELIABILITY_CHILD, {home.path(), "install", std::to_string(operation)});
+        World world(home.path());
+        const bool isInstalled = core::isInstalled(world.platform);
+        EXPECT_EQ(world.install(),
+                  isInstalled ? core::InstallResult::AlreadyInstalled : core::InstallResult::Installed);
+        ASSERT_EQ(world.start(), core::StartResult::Ready) << world.machine.ui.transcript();
+        EXPECT_TRUE(world.machine.ui.messages.empty()) << world.machine.ui.transcript();
+        EXPECT_TRUE(world.create());
+        world.write("a", "one");
+        EXPECT_EQ(world.add({"a"}).added, 1U);
+        world.write("a", "two");
+        EXPECT_TRUE(world.restore("a").restored);
+        ASSERT_FALSE(testing::Test::HasFailure());
+        if (code == 0) break;
+        ASSERT_EQ(code, FaultPlan::kEndedExitCode);
+        ++points;
+    }
+    std::printf("install: %d kill points\n", points);
+}
+
 class Failing : public Campaign {
   protected:
     void expectClear(const base::FileFailure& failure, base::Cause cause) {
@@ -88,6 +117,8 @@ class Failing : public Campaign {
         }
         const bool struck = world.machine.faults.hasStruck();
         world.stop();
+        for (const auto& [name, content] : stage.before())
+            EXPECT_TRUE(std::filesystem::exists(world.path(name))) << name << " is not in its place";
         if (claimed) {
             world.machine.faults.clear();
             EXPECT_EQ(world.start(), core::StartResult::Ready);

@@ -1,7 +1,7 @@
 // One scenario in a process of its own, which may end in the middle of it:
 //     reliability_child FOLDER SCENARIO OPERATION
 // FOLDER holds the world, OPERATION is the number of the change to files at which the process ends (0: none).
-// SCENARIO "start" only starts a run.
+// SCENARIO "install" makes the installation, "start" only starts a run.
 
 #include <gtest/gtest.h>
 
@@ -22,6 +22,7 @@ int run(const std::string& folder, const std::string& name, std::uint64_t operat
     World world(folder);
     world.machine.ui.answers.assign(100, true);
     world.machine.faults.endProcessAt(operation);
+    if (name == "install") return world.install() == core::InstallResult::Installed ? kDone : kRefused;
     if (world.start() != core::StartResult::Ready) return kRefused;
     if (name == "start") return kDone;
     const Claim claim = scenarioOf(name).act(world);
