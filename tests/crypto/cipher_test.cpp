@@ -30,19 +30,15 @@ Bytes counting(std::size_t size) {
     return bytes;
 }
 
+/// Every test runs with the portable code and with the processor's instructions, where it has them.
 class Cipher : public testing::TestWithParam<Code> {
   protected:
     void SetUp() override {
-        if (GetParam() == Code::Accelerated && !CipherContext::isAcceleratedAvailable()) {
-            GTEST_SKIP() << "the processor has no AES instructions";
-        }
+        if (GetParam() == Code::Accelerated && !CipherContext::isAcceleratedAvailable()) GTEST_SKIP();
     }
 };
 
-INSTANTIATE_TEST_SUITE_P(, Cipher, testing::Values(Code::Portable, Code::Accelerated),
-                         [](const auto& tested) {
-                             return tested.param == Code::Portable ? "Portable" : "Accelerated";
-                         });
+INSTANTIATE_TEST_SUITE_P(Codes, Cipher, testing::Values(Code::Portable, Code::Accelerated));
 
 TEST_P(Cipher, AgreesWithTheExamplesOfItsStandard) {
     constexpr const char* kSealed[] = {"69c4e0d86a7b0430d8cdb78070b4c55a", "dda97ca4864cdfe06eaf70a0ec0d7191",
@@ -52,10 +48,10 @@ TEST_P(Cipher, AgreesWithTheExamplesOfItsStandard) {
         const Bytes key = counting(16 + 8 * static_cast<std::size_t>(keyLength));
         CipherContext cipher(GetParam());
         Bytes block = plain;
-        ASSERT_EQ(cipher.init(0, CipherContext::Encrypt, key.data(), keyLength), CipherContext::kOk);
+        cipher.init(0, CipherContext::Encrypt, key.data(), keyLength);
         ASSERT_EQ(cipher.encryptBlock(block.data(), block.data()), CipherContext::kOk);
         EXPECT_EQ(base::hexText(block), kSealed[keyLength]);
-        ASSERT_EQ(cipher.init(0, CipherContext::Decrypt, key.data(), keyLength), CipherContext::kOk);
+        cipher.init(0, CipherContext::Decrypt, key.data(), keyLength);
         ASSERT_EQ(cipher.decryptBlock(block.data(), block.data()), CipherContext::kOk);
         EXPECT_EQ(block, plain) << keyLength;
     }
@@ -70,24 +66,22 @@ TEST_P(Cipher, ChainsAsThePublishedExample) {
     const Bytes sealed = bytesFromHex(
         "f58c4c04d6e5f1ba779eabfb5f7bfbd69cfc4e967edb808d679f777bc6702c7d"
         "39f23369a9d9bacfa530e26304231461b2eb05e2c39be9fcda6c19078c6a9d1b");
-    CipherContext cipher(GetParam());
-    CipherContext::Block chain;
-    Bytes out(plain.size());
-
-    std::iota(chain.begin(), chain.end(), std::uint8_t{0});
-    cipher.init(0, CipherContext::Encrypt, key.data(), CipherContext::Bits256);
-    ASSERT_EQ(cipher.encryptChained(plain.data(), out.data(), 4, chain), CipherContext::kOk);
-    EXPECT_EQ(out, sealed);
-    EXPECT_TRUE(std::equal(chain.begin(), chain.end(), sealed.end() - 16));
-
-    std::iota(chain.begin(), chain.end(), std::uint8_t{0});
-    cipher.init(0, CipherContext::Decrypt, key.data(), CipherContext::Bits256);
-    ASSERT_EQ(cipher.decryptChained(sealed.data(), out.data(), 4, chain), CipherContext::kOk);
-    EXPECT_EQ(out, plain);
-    EXPECT_TRUE(std::equal(chain.begin(), chain.end(), sealed.end() - 16));
+    for (const int direction : {CipherContext::Encrypt, CipherContext::Decrypt}) {
+        const bool sealing = direction == CipherContext::Encrypt;
+        CipherContext cipher(GetParam());
+        CipherContext::Block chain;
+        std::iota(chain.begin(), chain.end(), std::uint8_t{0});
+        Bytes bytes = sealing ? plain : sealed;
+        cipher.init(0, direction, key.data(), CipherContext::Bits256);
+        ASSERT_EQ(sealing ? cipher.encryptChained(bytes.data(), bytes.data(), 4, chain)
+                          : cipher.decryptChained(bytes.data(), bytes.data(), 4, chain),
+                  CipherContext::kOk);
+        EXPECT_EQ(bytes, sealing ? sealed : plain);
+        EXPECT_TRUE(std::equal(chain.begin(), chain.end(), sealed.end() - 16));
+    }
 }
 
-// Blocks are decrypted several at a time; each count, in place and cut in two anywhere, must come out as one
+// Several blocks are decrypted at a time; each count, in place and cut in two anywhere, must come out as one
 // by one.
 TEST_P(Cipher, ChainsAnyNumberOfBlocksInPlaceAndInPieces) {
     const Bytes key = counting(32);
@@ -95,20 +89,14 @@ TEST_P(Cipher, ChainsAnyNumberOfBlocksInPlaceAndInPieces) {
     CipherContext decryption(GetParam());
     encryption.init(0, CipherContext::Encrypt, key.data(), CipherContext::Bits256);
     decryption.init(0, CipherContext::Decrypt, key.data(), CipherContext::Bits256);
+    Bytes oneByOne;
+    CipherContext::Block link{};
     for (std::size_t count = 0; count <= 35; ++count) {
         const Bytes plain = counting(16 * count);
-        Bytes oneByOne;
-        CipherContext::Block chain{};
-        for (std::size_t i = 0; i < count; ++i) {
-            for (std::size_t k = 0; k < 16; ++k)
-                chain[k] ^= plain[16 * i + k];
-            encryption.encryptBlock(chain.data(), chain.data());
-            oneByOne.insert(oneByOne.end(), chain.begin(), chain.end());
-        }
         for (std::size_t cut = 0; cut <= count; cut += 5) {
             SCOPED_TRACE(testing::Message() << cut << " of " << count << " blocks first");
             Bytes bytes = plain;
-            chain = {};
+            CipherContext::Block chain{};
             encryption.encryptChained(bytes.data(), bytes.data(), cut, chain);
             encryption.encryptChained(bytes.data() + 16 * cut, bytes.data() + 16 * cut, count - cut, chain);
             EXPECT_EQ(bytes, oneByOne);
@@ -117,30 +105,28 @@ TEST_P(Cipher, ChainsAnyNumberOfBlocksInPlaceAndInPieces) {
             decryption.decryptChained(bytes.data() + 16 * cut, bytes.data() + 16 * cut, count - cut, chain);
             EXPECT_EQ(bytes, plain);
         }
+        for (std::size_t k = 0; k < 16; ++k)
+            link[k] ^= static_cast<std::uint8_t>(16 * count + k);
+        encryption.encryptBlock(link.data(), link.data());
+        oneByOne.insert(oneByOne.end(), link.begin(), link.end());
     }
 }
 
-TEST(CipherInit, SaysWhatItDoesNotSupport) {
+TEST(CipherInit, SetsOneDirectionAndSaysWhatItDoesNotSupport) {
     const Bytes key = counting(32);
     CipherContext cipher;
-    const auto expectUnusable = [&] {
-        CipherContext::Block block{};
-        EXPECT_EQ(cipher.encryptBlock(block.data(), block.data()), CipherContext::kNotInitialised);
-        EXPECT_EQ(cipher.decryptBlock(block.data(), block.data()), CipherContext::kNotInitialised);
-        EXPECT_EQ(cipher.encryptChained(block.data(), block.data(), 1, block),
-                  CipherContext::kNotInitialised);
-        EXPECT_EQ(cipher.decryptChained(block.data(), block.data(), 1, block),
-                  CipherContext::kNotInitialised);
-        EXPECT_EQ(block, CipherContext::Block{});
+    CipherContext::Block block{};
+    const auto expectCodes = [&](int encrypting, int decrypting) {
+        EXPECT_EQ(cipher.encryptChained(block.data(), block.data(), 1, block), encrypting);
+        EXPECT_EQ(cipher.decryptChained(block.data(), block.data(), 1, block), decrypting);
     };
-    expectUnusable();
+    expectCodes(CipherContext::kNotInitialised, CipherContext::kNotInitialised);
     struct Refusal {
         int mode, direction, keyLength;
         const std::uint8_t* key;
         int code;
     };
     const Refusal kRefusals[] = {{1, CipherContext::Encrypt, CipherContext::Bits256, key.data(), -1},
-                                 {2, CipherContext::Encrypt, CipherContext::Bits256, key.data(), -1},
                                  {0, 2, CipherContext::Bits256, key.data(), -2},
                                  {0, CipherContext::Encrypt, 3, key.data(), -3},
                                  {0, CipherContext::Encrypt, -1, key.data(), -3},
@@ -148,24 +134,13 @@ TEST(CipherInit, SaysWhatItDoesNotSupport) {
     for (const Refusal& refusal : kRefusals) {
         SCOPED_TRACE(refusal.code);
         // A good key first: a refused init must not leave the context working with it.
-        ASSERT_EQ(cipher.init(0, CipherContext::Encrypt, key.data(), CipherContext::Bits256),
-                  CipherContext::kOk);
+        cipher.init(0, CipherContext::Encrypt, key.data(), CipherContext::Bits256);
+        expectCodes(CipherContext::kOk, CipherContext::kWrongDirection);
         EXPECT_EQ(cipher.init(refusal.mode, refusal.direction, refusal.key, refusal.keyLength), refusal.code);
-        expectUnusable();
+        expectCodes(CipherContext::kNotInitialised, CipherContext::kNotInitialised);
     }
-}
-
-TEST(CipherInit, SetsOneDirection) {
-    const Bytes key = counting(32);
-    CipherContext::Block block{};
-    CipherContext cipher;
-    cipher.init(0, CipherContext::Encrypt, key.data(), CipherContext::Bits256);
-    EXPECT_EQ(cipher.decryptBlock(block.data(), block.data()), CipherContext::kWrongDirection);
-    EXPECT_EQ(cipher.decryptChained(block.data(), block.data(), 1, block), CipherContext::kWrongDirection);
     cipher.init(0, CipherContext::Decrypt, key.data(), CipherContext::Bits256);
-    EXPECT_EQ(cipher.encryptBlock(block.data(), block.data()), CipherContext::kWrongDirection);
-    EXPECT_EQ(cipher.encryptChained(block.data(), block.data(), 1, block), CipherContext::kWrongDirection);
-    EXPECT_EQ(block, CipherContext::Block{});
+    expectCodes(CipherContext::kWrongDirection, CipherContext::kOk);
 }
 
 TEST(CipherContext, LeavesNothingOfItsKeyBehind) {
