@@ -16,45 +16,27 @@
 namespace corvalence::test {
 namespace {
 
-/// Two connected ends: those of a terminal, or those of a pipe.
-struct Ends {
-    explicit Ends(bool isTerminal) {
-        if (isTerminal) {
-            EXPECT_EQ(::openpty(&user, &program, nullptr, nullptr, nullptr), 0);
-            return;
-        }
-        std::array<int, 2> pipe{};
-        EXPECT_EQ(::pipe(pipe.data()), 0);
-        program = pipe[0];
-        user = pipe[1];
-    }
-    ~Ends() {
-        closeUser();
-        ::close(program);
-    }
-    void closeUser() {
-        if (user >= 0) ::close(user);
-        user = -1;
-    }
-    void type(std::string_view text) const {
-        EXPECT_EQ(::write(user, text.data(), text.size()), static_cast<ssize_t>(text.size()));
-    }
-
-    int program = -1;
-    int user = -1;
-};
+using platform::linux_system::LinuxTerminal;
 
 /// A terminal with a user at it.
 class AtATerminal : public testing::Test {
   protected:
+    AtATerminal() { EXPECT_EQ(::openpty(&user_, &program_, nullptr, nullptr, nullptr), 0); }
+    ~AtATerminal() override {
+        ::close(user_);
+        ::close(program_);
+    }
+    void type(std::string_view text) const {
+        EXPECT_EQ(::write(user_, text.data(), text.size()), static_cast<ssize_t>(text.size()));
+    }
     /// What appears on the screen, up to an expected text or, without one, as long as something comes.
     std::string screenUntil(std::string_view expected) const {
         std::string seen;
-        pollfd port{ends_.user, POLLIN, 0};
+        pollfd port{user_, POLLIN, 0};
         while ((expected.empty() || seen.find(expected) == std::string::npos) &&
                ::poll(&port, 1, expected.empty() ? 200 : 10'000) == 1) {
             char byte = 0;
-            if (::read(ends_.user, &byte, 1) != 1) break;
+            if (::read(user_, &byte, 1) != 1) break;
             seen.push_back(byte);
         }
         return seen;
@@ -64,69 +46,57 @@ class AtATerminal : public testing::Test {
         EXPECT_EQ(::tcgetattr(program_, &settings), 0);
         return (settings.c_lflag & ECHO) != 0;
     }
-    std::future<std::optional<std::string>> ask(bool isSecret) {
-        return std::async(std::launch::async, [this, isSecret] {
-            return isSecret ? terminal_.readSecret("Password: ") : terminal_.readLine("Name: ");
-        });
+    std::optional<std::string> ask(bool isSecret) {
+        LinuxTerminal terminal(process_, program_, program_, program_);
+        return isSecret ? terminal.readSecret("Ask: ") : terminal.readLine("Ask: ");
+    }
+    /// The answer to a question that the user answers by typing this.
+    std::optional<std::string> answerTo(bool isSecret, const std::string& typed) {
+        auto answer = std::async(std::launch::async, [&] { return ask(isSecret); });
+        EXPECT_EQ(screenUntil("Ask: "), "Ask: ");
+        EXPECT_EQ(echoes(), !isSecret);
+        type(typed);
+        return answer.get();
     }
 
-    Ends ends_{true};
-    const int program_ = ends_.program;
+    int user_ = -1;
+    int program_ = -1;
     platform::linux_system::LinuxProcess process_;
-    platform::linux_system::LinuxTerminal terminal_{process_, program_, program_, program_};
 };
 
-TEST_F(AtATerminal, aSecretIsReadWithoutEcho) {
+TEST_F(AtATerminal, aSecretIsReadWithoutEchoAndALineWithIt) {
     for (const std::string secret : {"s3cret \xC3\xA4", "", "\xFF*"}) {
-        auto answer = ask(true);
-        EXPECT_EQ(screenUntil("Password: "), "Password: ");
-        EXPECT_FALSE(echoes());
-        ends_.type(secret + "\n");
-        EXPECT_EQ(answer.get(), secret);
+        EXPECT_EQ(answerTo(true, secret + "\n"), secret);
         EXPECT_EQ(screenUntil(""), "\r\n");
         EXPECT_TRUE(echoes());
     }
-}
-
-TEST_F(AtATerminal, aLineIsReadWithEcho) {
-    auto answer = ask(false);
-    screenUntil("Name: ");
-    ends_.type("wrong\x15right\n");
-    EXPECT_EQ(answer.get(), "right");
+    EXPECT_EQ(answerTo(false, "wrong\x15right\n"), "right");
     EXPECT_NE(screenUntil("").find("right"), std::string::npos);
 }
 
 TEST_F(AtATerminal, endOfInputIsNoAnswer) {
-    for (const bool isSecret : {true, false}) {
-        auto answer = ask(isSecret);
-        screenUntil(": ");
-        ends_.type("\x04");
-        EXPECT_EQ(answer.get(), std::nullopt);
-        EXPECT_TRUE(echoes());
-    }
+    EXPECT_EQ(answerTo(false, "\x04"), std::nullopt);
+    EXPECT_EQ(answerTo(true, "\x04"), std::nullopt);
+    EXPECT_TRUE(echoes());
 }
 
 TEST_F(AtATerminal, isInteractiveOnlyWhereBothEndsAreTerminals) {
     const int file = ::open("/dev/null", O_RDWR | O_CLOEXEC);
-    using platform::linux_system::LinuxTerminal;
-    EXPECT_TRUE(terminal_.isInteractive());
     EXPECT_FALSE(LinuxTerminal(process_, file, program_, program_).isInteractive());
     EXPECT_FALSE(LinuxTerminal(process_, program_, program_, file).isInteractive());
-    EXPECT_TRUE(LinuxTerminal(process_, program_, file, program_).isInteractive());
-    EXPECT_FALSE(LinuxTerminal(process_, program_, file, program_).outputIsTerminal());
-    EXPECT_FALSE(LinuxTerminal(process_, program_, program_, file).errorIsTerminal());
-    EXPECT_TRUE(terminal_.outputIsTerminal() && terminal_.errorIsTerminal());
+    LinuxTerminal terminal(process_, program_, file, program_);
+    EXPECT_TRUE(terminal.isInteractive() && terminal.errorIsTerminal());
+    EXPECT_FALSE(terminal.outputIsTerminal());
     ::close(file);
 }
 
 TEST_F(AtATerminal, aSignalThatEndsTheProcessFindsEchoBack) {
     ChildProcess program([&] {
         std::signal(SIGTERM, SIG_DFL);
-        return terminal_.readSecret("Password: ") ? 1 : 2;
+        return ask(true) ? 1 : 2;
     });
-    screenUntil("Password: ");
-    EXPECT_FALSE(echoes());
-    ends_.type("half a sec");
+    screenUntil("Ask: ");
+    type("half a sec");
     program.signal(SIGTERM);
     EXPECT_EQ(program.wait(), 1000 + SIGTERM);
     EXPECT_TRUE(echoes());
@@ -136,11 +106,10 @@ TEST_F(AtATerminal, aCancelSignalEndsEveryQuestion) {
     for (const bool isSecret : {true, false}) {
         ChildProcess program([&] {
             process_.catchCancelSignals();
-            const auto ask = [&] { return isSecret ? terminal_.readSecret(": ") : terminal_.readLine(": "); };
-            if (ask() || !process_.cancelRequested()) return 1;
-            return ask() ? 2 : 0;  // and those that would follow
+            if (ask(isSecret) || !process_.cancelRequested()) return 1;
+            return ask(isSecret) ? 2 : 0;  // and those that would follow
         });
-        screenUntil(": ");
+        screenUntil("Ask: ");
         program.signal(SIGINT);
         EXPECT_EQ(program.wait(), 0);
         EXPECT_TRUE(echoes());
@@ -150,44 +119,38 @@ TEST_F(AtATerminal, aCancelSignalEndsEveryQuestion) {
 TEST_F(AtATerminal, aStoppedProgramLeavesEchoOnAndAsksAgain) {
     ChildProcess program([&] {
         std::signal(SIGTSTP, SIG_DFL);
-        return terminal_.readSecret("Password: ") == "typed" ? 0 : 1;
+        return ask(true) == "typed" ? 0 : 1;
     });
-    screenUntil("Password: ");
+    screenUntil("Ask: ");
     program.signal(SIGTSTP);
     ASSERT_TRUE(program.waitForStop());
     EXPECT_TRUE(echoes());
     program.signal(SIGCONT);
-    screenUntil("Password: ");
+    screenUntil("Ask: ");
     EXPECT_FALSE(echoes());
-    ends_.type("typed\n");
+    type("typed\n");
     EXPECT_EQ(program.wait(), 0);
 }
 
-class FromAPipe : public testing::Test {
-  protected:
-    ~FromAPipe() override { ::close(null_); }
-
-    Ends ends_{false};
-    int null_ = ::open("/dev/null", O_WRONLY | O_CLOEXEC);
-    platform::linux_system::LinuxProcess process_;
-    platform::linux_system::LinuxTerminal terminal_{process_, ends_.program, null_, null_};
-};
-
-TEST_F(FromAPipe, linesAreTakenOneByOneAndSecretsRefused) {
-    ends_.type("first\nsecond \n\nlast");
-    ends_.closeUser();
-    EXPECT_EQ(terminal_.readSecret(""), std::nullopt);
-    EXPECT_EQ(terminal_.readLine(""), "first");
-    EXPECT_EQ(terminal_.readLine(""), "second ");
-    EXPECT_EQ(terminal_.readLine(""), "");
-    EXPECT_EQ(terminal_.readLine(""), "last");
-    EXPECT_EQ(terminal_.readLine(""), std::nullopt);
-}
-
-TEST_F(FromAPipe, aLineWithoutMeasureIsRefused) {
-    ends_.type(std::string(4095, 'x') + "\n" + std::string(4096, 'x') + "\n");
-    EXPECT_EQ(terminal_.readLine(""), std::string(4095, 'x'));
-    EXPECT_EQ(terminal_.readLine(""), std::nullopt);
+TEST(FromAPipe, linesAreTakenOneByOneAndSecretsRefused) {
+    std::array<int, 2> ends{};
+    ASSERT_EQ(::pipe(ends.data()), 0);
+    const int null = ::open("/dev/null", O_WRONLY | O_CLOEXEC);
+    platform::linux_system::LinuxProcess process;
+    LinuxTerminal terminal(process, ends[0], null, null);
+    const std::string longest(4095, 'x');
+    const std::string input = "first\nsecond \n\n" + longest + "\n" + longest + "y\nlast";
+    EXPECT_EQ(::write(ends[1], input.data(), input.size()), static_cast<ssize_t>(input.size()));
+    ::close(ends[1]);
+    EXPECT_EQ(terminal.readSecret(""), std::nullopt);
+    for (const std::string& line : {std::string("first"), std::string("second "), std::string(), longest})
+        EXPECT_EQ(terminal.readLine(""), line);
+    EXPECT_EQ(terminal.readLine(""), std::nullopt);  // a line without measure is refused
+    EXPECT_EQ(terminal.readLine(""), "");
+    EXPECT_EQ(terminal.readLine(""), "last");
+    EXPECT_EQ(terminal.readLine(""), std::nullopt);
+    ::close(ends[0]);
+    ::close(null);
 }
 
 }  // namespace
