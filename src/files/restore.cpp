@@ -83,10 +83,10 @@ RestoreResult FileRestore::restoreIn(const FileRecord& record, RestoreChoice cho
     }
     try {
         candidate->keepAs(path);
-    } catch (const base::FileFailure&) {
-        // Better the changed file in its place than none.
-        if (!result.movedTo.empty()) system.files.renameNew(result.movedTo, path);
-        throw;
+    } catch (const base::FileFailure& failure) {
+        putChangedBack(path, result);
+        result.message = withReason(couldNotRestore(record.path), failure);
+        return result;
     }
     result.restored = true;
     result.message = record.path + " successfully restored.";
@@ -137,6 +137,21 @@ bool FileRestore::moveChanged(const std::string& path, const std::string& name, 
         return true;
     }
     return false;
+}
+
+void FileRestore::putChangedBack(const std::string& path, RestoreResult& result) {
+    if (result.movedTo.empty()) return;
+    platform::FileSystem& files = vault_.platform.files;
+    try {
+        if (files.status(path, platform::Follow::No)) {
+            files.remove(result.movedTo);  // a copy on another volume: the file itself never went
+        } else if (!files.renameNew(result.movedTo, path)) {
+            return;
+        }
+        result.movedTo.clear();
+    } catch (const base::FileFailure&) {
+        // Then the result tells where it lies.
+    }
 }
 
 bool FileRestore::moveTo(const std::string& path, const std::string& target) {

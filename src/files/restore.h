@@ -17,7 +17,7 @@ struct RestoreResult {
     std::string message;
     /// What the user has to know beside it, a sentence each.
     std::vector<std::string> notes;
-    /// Where the changed file lies now, if it was moved.
+    /// Where the changed file lies now, if it was moved and is not back.
     std::string movedTo;
 };
 
@@ -43,6 +43,8 @@ class FileRestore {
     RestoreResult restoreIn(const FileRecord& record, RestoreChoice choice,
                             const platform::PinnedFolder& folder, const std::string& name);
     bool moveChanged(const std::string& path, const std::string& name, RestoreResult& result);
+    /// Better the changed file in its place than none.
+    void putChangedBack(const std::string& path, RestoreResult& result);
     bool moveTo(const std::string& path, const std::string& target);
     std::string candidateRefused(const std::string& path, const base::FileFailure& failure);
 

@@ -97,6 +97,35 @@ TEST(FileRestore, CopiesTheChangedFileAcrossFileSystems) {
     fs::remove_all(other);
 }
 
+// A failed last step once told the failure of putting the copy back instead.
+TEST(FileRestore, TellsWhyItFailedAcrossFileSystems) {
+    const TempFolder other(quickFolder());
+    World world;
+    if (statusOf(other.path()).st_dev == statusOf(world.path("")).st_dev) {
+        GTEST_SKIP() << "the machine has one file system only";
+    }
+    world.set("Changed Files Directory", other.path());
+    world.write("a", "one");
+    world.create();
+    world.add({"a"});
+    world.write("a", "changed");
+    files::RestoreResult result;
+    for (std::uint64_t at = 1; !result.restored; ++at) {
+        ASSERT_LT(at, 200U);
+        const auto record = world.records().at(0);
+        world.machine.faults.failAt(at, base::Cause::AccessDenied);
+        result = files::FileRestore(world.vault(), world.context())
+                     .restoreFile(record, RestoreChoice::MoveChangedFile);
+        world.machine.faults.clear();
+        ASSERT_EQ(world.start(), core::StartResult::Ready);
+        if (result.restored) break;
+        EXPECT_NE(result.message.find("AccessDenied."), std::string::npos) << at << ": " << result.message;
+        EXPECT_EQ(world.read("a"), "changed") << at;
+        EXPECT_TRUE(result.movedTo.empty() || other.has("a.CHANGED")) << at;
+    }
+    EXPECT_EQ(world.read("a"), "one");
+}
+
 TEST(FileRestore, BringsAFileBackThatIsGone) {
     World world;
     const std::string path = world.write("a", "one");
