@@ -160,6 +160,9 @@ TEST_F(LinuxFiles, runOutOfDescriptorsBeforeAnythingChanges) {
     folder_.write("a", "one");
     folder_.write("b", "two");
     const auto work = [&] {
+        // The sanitizer's first look at a type takes a descriptor of its own.
+        if (causeOf([&] { files_.rename(folder_ / "missing", folder_ / "b"); }) != Cause::FileNotFound)
+            return 2;
         while (::open("/dev/null", O_RDONLY | O_CLOEXEC) >= 0) {
         }
         const auto cause = causeOf([&] { files_.rename(folder_ / "a", folder_ / "b"); });
