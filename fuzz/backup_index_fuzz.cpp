@@ -11,7 +11,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
         const files::BackupIndex index({}, crypto::SecretText(fuzz::textOf(data, size)), "index");
         std::uint64_t offset = 0;
         for (std::size_t i = 0; i < index.size(); ++i) {
-            const files::BackupEntry entry = index.entry(i);
+            const files::BackupIndexEntry entry = index.entry(i);
             fuzz::require(entry.offset == offset, "entries lie one behind the other");
             offset += entry.storedLength;
             fuzz::require(entry.plainLength().value_or(0) <= entry.storedLength,

@@ -57,7 +57,7 @@ SecretText unsealText(platform::FileSystem& files, const std::string& source, co
     return text;
 }
 
-void sealText(WorkingFiles& working, std::string_view text, const std::string& destination,
+void sealFile(WorkingFiles& working, std::string_view text, const std::string& destination,
               const SessionKey& key, const ChainValue& chain) {
     TemporaryFile beside = working.createSealed(destination, kSealedBesideSuffix);
     SealWriter writer(beside.file(), key, chain);

@@ -51,7 +51,7 @@ SecretText unsealText(platform::FileSystem& files, const std::string& source, co
 
 /// Seals `text` into a file beside `destination`, flushes it and renames it over `destination`. On failure
 /// the old file is as it was.
-void sealText(WorkingFiles& working, std::string_view text, const std::string& destination,
+void sealFile(WorkingFiles& working, std::string_view text, const std::string& destination,
               const SessionKey& key, const ChainValue& chain);
 
 /// Seals a short text that holds no NUL as one string: every cipher byte 0 becomes 0x7F, so that a text

@@ -16,14 +16,14 @@ constexpr std::size_t kStaleTailLimit = 16;
 constexpr std::uint64_t kBlock = crypto::CipherContext::kBlockSize;
 
 /// Splits one line into an entry, offset aside. Nothing where it is none.
-std::optional<BackupEntry> parseLine(std::string_view line) {
+std::optional<BackupIndexEntry> parseLine(std::string_view line) {
     const auto fields = base::splitFields(base::withoutLineEnd(line));
     if (fields.size() != 4 || fields[0].empty() || (fields[1] != "N" && fields[1] != "P"))
         return std::nullopt;
     const auto length = base::scanWholeUnits(fields[2]);
     const auto size = base::scanWholeUnits(fields[3]);
     if (!length || !size || *length > INT64_MAX || *size > UINT32_MAX) return std::nullopt;
-    BackupEntry entry;
+    BackupIndexEntry entry;
     entry.path = fields[0];
     entry.sealed = fields[1] == "N";
     entry.storedLength = *length;
@@ -44,7 +44,7 @@ BackupDamaged::BackupDamaged(const std::string& path)
     : base::FileFailure(base::Cause::InvalidFile, path,
                         path + " is damaged: the backups of this database cannot be told apart any more.") {}
 
-std::optional<std::uint64_t> BackupEntry::plainLength() const noexcept {
+std::optional<std::uint64_t> BackupIndexEntry::plainLength() const noexcept {
     if (!sealed) return storedLength;
     if (storedLength == 0) return originalSize == 0 ? std::optional<std::uint64_t>(0) : std::nullopt;
     // The plain length lies within the last block; the low 32 bits say where.
@@ -54,8 +54,8 @@ std::optional<std::uint64_t> BackupEntry::plainLength() const noexcept {
     return length;
 }
 
-std::string renderBackupEntry(std::string_view path, bool sealed, std::uint64_t storedLength,
-                              std::uint64_t originalSize) {
+std::string renderBackupIndexEntry(std::string_view path, bool sealed, std::uint64_t storedLength,
+                                   std::uint64_t originalSize) {
     std::string line(path);
     line.push_back(base::kSeparator);
     line.push_back(sealed ? 'N' : 'P');
@@ -91,7 +91,7 @@ void BackupIndex::parse(const std::string& path) {
     }
 }
 
-BackupEntry BackupIndex::entry(std::size_t number) const {
+BackupIndexEntry BackupIndex::entry(std::size_t number) const {
     const std::size_t begin = entries_[number].textOffset;
     const std::size_t end = number + 1 < entries_.size() ? entries_[number + 1].textOffset : textEnd_;
     auto entry = parseLine(text_.view().substr(begin, end - begin));

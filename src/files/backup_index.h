@@ -22,7 +22,7 @@ class BackupDamaged : public base::FileFailure {
 };
 
 /// One stretch of "Backup File N": path 0x7F storage 0x7F stored length 0x7F original size CR LF.
-struct BackupEntry {
+struct BackupIndexEntry {
     std::string_view path;
     bool sealed = false;             // storage "N"; "P" is plain
     std::uint64_t storedLength = 0;  // bytes in the container
@@ -35,8 +35,8 @@ struct BackupEntry {
     std::optional<std::uint64_t> plainLength() const noexcept;
 };
 
-std::string renderBackupEntry(std::string_view path, bool sealed, std::uint64_t storedLength,
-                              std::uint64_t originalSize);
+std::string renderBackupIndexEntry(std::string_view path, bool sealed, std::uint64_t storedLength,
+                                   std::uint64_t originalSize);
 
 /// The unsealed list of backups of one database, in memory, in the order of the container.
 class BackupIndex {
@@ -48,7 +48,7 @@ class BackupIndex {
     BackupIndex(const base::PathRules& paths, crypto::SecretText text, const std::string& path);
 
     std::size_t size() const noexcept { return entries_.size(); }
-    BackupEntry entry(std::size_t number) const;
+    BackupIndexEntry entry(std::size_t number) const;
     /// Sum of all stored lengths: where the next stretch begins.
     std::uint64_t storedTotal() const noexcept { return total_; }
     /// The text of all entries, without what a sealed block left behind the last.

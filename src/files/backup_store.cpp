@@ -50,7 +50,7 @@ class ContainerRewrite {
         if (old_->size() < storedTotal) old_->resize(storedTotal);
     }
 
-    void keep(const BackupEntry& entry) {
+    void keep(const BackupIndexEntry& entry) {
         if (entry.offset != keptEnd_) copyKept();
         if (keptBegin_ == keptEnd_) keptBegin_ = entry.offset;
         keptEnd_ = entry.offset + entry.storedLength;
@@ -74,7 +74,7 @@ class ContainerRewrite {
             rewind();
             return "The file has been changed again meanwhile.";
         }
-        lines_.append(renderBackupEntry(replacement.path, sealed_, stored, file->bytes));
+        lines_.append(renderBackupIndexEntry(replacement.path, sealed_, stored, file->bytes));
         end_ += stored;
         return {};
     }
@@ -185,7 +185,7 @@ void BackupAppender::write(base::ByteView bytes) {
 
 void BackupAppender::end(const std::string& path, std::uint64_t originalSize) {
     const std::uint64_t stored = writer_ ? writer_->finish() : plainWritten_;
-    newLines_.append(renderBackupEntry(path, sealed_, stored, originalSize));
+    newLines_.append(renderBackupIndexEntry(path, sealed_, stored, originalSize));
     end_ += stored;
     fileIsOpen_ = false;
 }
@@ -201,7 +201,7 @@ void BackupAppender::commit() {
     container_->flush();
     crypto::SecretText text(index_.text());
     text.append(newLines_.view());
-    crypto::sealText(vault_.working, text.view(), pair_.index, vault_.session.key, chain_);
+    crypto::sealFile(vault_.working, text.view(), pair_.index, vault_.session.key, chain_);
     committed_ = end_;
 }
 
@@ -257,7 +257,7 @@ std::vector<ReplacementFailure> replaceBackupEntries(store::Vault& vault,
 }
 
 bool extractBackupData(store::Vault& vault, const store::BackupPair& pair, platform::File& container,
-                       const BackupEntry& entry, const FileDigester::Sink& sink) {
+                       const BackupIndexEntry& entry, const FileDigester::Sink& sink) {
     const auto plainLength = entry.plainLength();
     if (!plainLength || entry.offset + entry.storedLength > container.size()) return false;
     container.seek(entry.offset);

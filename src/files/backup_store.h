@@ -80,6 +80,6 @@ std::vector<ReplacementFailure> replaceBackupEntries(store::Vault& vault,
 /// Copies what a backup entry holds to `sink`, unsealed where it is sealed. False where the container ends
 /// early or the entry's lengths do not fit.
 bool extractBackupData(store::Vault& vault, const store::BackupPair& pair, platform::File& container,
-                       const BackupEntry& entry, const FileDigester::Sink& sink);
+                       const BackupIndexEntry& entry, const FileDigester::Sink& sink);
 
 }  // namespace corvalence::files

@@ -29,7 +29,7 @@ void ScheduleList::databaseDeleted(const std::string& database) {
         }
     }
     if (dropped) {
-        crypto::sealText(vault_.working, kept.view(), path(), vault_.session.key,
+        crypto::sealFile(vault_.working, kept.view(), path(), vault_.session.key,
                          vault_.session.chains.ScheduleIV);
     }
 }

@@ -60,7 +60,8 @@ std::optional<std::string> DatabaseCreation::acceptPath(const CreationRequest& r
             "characters.");
     }
     const std::string path = location + request.name;
-    if (DatabaseIndex(vault_).find(path)) return refuse(path + "  is the name of an existing database.");
+    if (DatabaseIndex(vault_).findRecord(path))
+        return refuse(path + "  is the name of an existing database.");
     const std::string backup = backupDatabasePath(path, vault_.configuration, system.paths);
     for (const std::string& taken : {path, backup}) {
         if (system.files.status(taken, platform::Follow::No)) {
@@ -97,7 +98,7 @@ std::optional<OpenDatabaseContext> DatabaseCreation::create(const CreationReques
     crypto::TemporaryFile database = vault_.working.createDatabase(*path);
     database.close();
     if (request.kind == DatabaseKind::Numbered) createBackupPair(vault_, record.number);
-    index.append(record);
+    index.appendRecord(record);
     try {
         writeBackupDatabase(vault_, *path);
     } catch (const base::FileFailure&) {

@@ -17,7 +17,7 @@ bool deleteDatabase(Vault& vault, const OpenDatabaseContext& context, DeletionLi
     }
     const std::string& path = context.path();
     const std::string backup = backupDatabasePath(path, vault.configuration, system.paths);
-    DatabaseIndex(vault).remove(path);
+    DatabaseIndex(vault).removeRecord(path);
     removeBackupPair(vault, context.backupNumber());
     listener.databaseDeleted(path);
     for (const std::string& file : {path, backup}) {

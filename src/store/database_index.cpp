@@ -54,7 +54,7 @@ void DatabaseIndex::writeLines(const Lines& lines) {
     crypto::SecretText text;
     for (const std::string& line : lines)
         text.append(line);
-    crypto::sealText(vault_.working, text.view(), path(), vault_.session.key, vault_.session.chains.IndexIV);
+    crypto::sealFile(vault_.working, text.view(), path(), vault_.session.key, vault_.session.chains.IndexIV);
 }
 
 std::vector<IndexRecord> DatabaseIndex::records() const {
@@ -65,7 +65,7 @@ std::vector<IndexRecord> DatabaseIndex::records() const {
     return records;
 }
 
-std::optional<IndexRecord> DatabaseIndex::find(const std::string& databasePath) const {
+std::optional<IndexRecord> DatabaseIndex::findRecord(const std::string& databasePath) const {
     for (const std::string& line : readLines(crypto::kUnsealIndexList)) {
         if (line.starts_with(databasePath)) return IndexRecord::parse(line);
     }
@@ -79,7 +79,7 @@ std::optional<IndexRecord> DatabaseIndex::findExact(const std::string& databaseP
     return std::nullopt;
 }
 
-void DatabaseIndex::append(const IndexRecord& record) {
+void DatabaseIndex::appendRecord(const IndexRecord& record) {
     Lines lines = readLines(crypto::kUnsealBackupFolder);
     lines.push_back(record.render());
     writeLines(lines);
@@ -115,7 +115,7 @@ void DatabaseIndex::stampChecked(const std::string& databasePath, base::FileTime
     });
 }
 
-void DatabaseIndex::remove(const std::string& databasePath) {
+void DatabaseIndex::removeRecord(const std::string& databasePath) {
     changeFirstHit(databasePath, crypto::kUnsealIndexDelete,
                    [](const IndexRecord&) { return std::optional<IndexRecord>(); });
 }

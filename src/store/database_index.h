@@ -30,16 +30,16 @@ class DatabaseIndex {
     PasswordProof provePassword() const;
 
     std::vector<IndexRecord> records() const;
-    std::optional<IndexRecord> find(const std::string& databasePath) const;
+    std::optional<IndexRecord> findRecord(const std::string& databasePath) const;
     /// The record whose path is exactly this one.
     std::optional<IndexRecord> findExact(const std::string& databasePath) const;
 
-    void append(const IndexRecord& record);
+    void appendRecord(const IndexRecord& record);
     /// Puts a new digest into the line's fifth field; the other fields stay. Nothing happens without a hit.
     void updateDigest(const std::string& databasePath, const std::string& digest);
     /// Replaces or adds the last-check stamp.
     void stampChecked(const std::string& databasePath, base::FileTime time);
-    void remove(const std::string& databasePath);
+    void removeRecord(const std::string& databasePath);
 
   private:
     using Lines = std::vector<std::string>;

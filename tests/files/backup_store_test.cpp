@@ -24,7 +24,7 @@ std::string listText(World& world) {
 }
 
 void writeList(World& world, const std::string& text) {
-    crypto::sealText(world.vault().working, text, list(world), world.vault().session.key,
+    crypto::sealFile(world.vault().working, text, list(world), world.vault().session.key,
                      crypto::BackupIV(list(world)));
 }
 
@@ -38,7 +38,7 @@ class SealedLength : public testing::TestWithParam<Lengths> {};
 
 // A record says only the low 32 bits of a size; with the number of blocks they still give the exact length.
 TEST_P(SealedLength, FollowsFromBlocksAndLowBits) {
-    files::BackupEntry entry;
+    files::BackupIndexEntry entry;
     entry.sealed = true;
     entry.storedLength = GetParam().stored;
     entry.originalSize = GetParam().original;
@@ -46,7 +46,7 @@ TEST_P(SealedLength, FollowsFromBlocksAndLowBits) {
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    BackupEntry, SealedLength,
+    BackupIndexEntry, SealedLength,
     testing::Values(Lengths{0, 0, 0}, Lengths{16, 1, 1}, Lengths{16, 16, 16}, Lengths{16, 0, std::nullopt},
                     Lengths{32, 16, std::nullopt}, Lengths{17, 16, std::nullopt}, Lengths{0, 1, std::nullopt},
                     Lengths{4294967296, 0, 4294967296}, Lengths{4294967312, 5, 4294967301},
@@ -152,7 +152,7 @@ TEST(BackupStore, FindsEntriesByTheWholePathAndTriesTheLatestFirst) {
     world.create();
     world.add({"ab", "a"});
     // A killed add left an entry without a record; the file was then added again.
-    writeList(world, listText(world) + files::renderBackupEntry(world.path("a"), false, 3, 3));
+    writeList(world, listText(world) + files::renderBackupIndexEntry(world.path("a"), false, 3, 3));
     writeWholeFile(container(world), readWholeFile(container(world)) + "new");
     world.write("a", "x");
     EXPECT_TRUE(world.restore("a").restored);

@@ -173,7 +173,7 @@ void writeSchedule(World& world) {
                  "\x7F"
                  "1\x7F"
                  "0\x7F\r\n";
-    crypto::sealText(world.vault().working, lines, schedule::ScheduleList(world.vault()).path(),
+    crypto::sealFile(world.vault().working, lines, schedule::ScheduleList(world.vault()).path(),
                      world.vault().session.key, world.vault().session.chains.ScheduleIV);
 }
 

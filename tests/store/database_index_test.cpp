@@ -74,12 +74,12 @@ TEST(IndexRecord, IsTheLineOfTheFormatWithABareLineFeed) {
 TEST(DatabaseIndex, ChangesOneFieldAndLeavesTheOtherLinesAlone) {
     World world;
     store::DatabaseIndex index(world.vault());
-    index.append(record("/db/a"));
-    index.append(record("/db/b"));
+    index.appendRecord(record("/db/a"));
+    index.appendRecord(record("/db/b"));
     const std::string newDigest(32, 'f');
     index.updateDigest("/db/b", newDigest);
-    EXPECT_EQ(index.find("/db/b")->fileDigest, newDigest);
-    EXPECT_FALSE(index.find("/db/b")->lastCheck);
+    EXPECT_EQ(index.findRecord("/db/b")->fileDigest, newDigest);
+    EXPECT_FALSE(index.findRecord("/db/b")->lastCheck);
     index.stampChecked("/db/a", base::FileTime::fromHalves(1, 2));
     index.stampChecked("/db/a", base::FileTime::fromHalves(3, -4));
     index.updateDigest("/db/a", newDigest);
@@ -95,19 +95,19 @@ TEST(DatabaseIndex, ChangesOneFieldAndLeavesTheOtherLinesAlone) {
                   "29000000\x7F-1\x7F" +
                   newDigest + "\x7F\n");
     index.updateDigest("/db/unknown", kDigest);
-    index.remove("/db/a");
+    index.removeRecord("/db/a");
     EXPECT_EQ(index.records().size(), 1U);
-    EXPECT_FALSE(index.find("/db/a"));
+    EXPECT_FALSE(index.findRecord("/db/a"));
 }
 
 TEST(DatabaseIndex, TakesTheFirstLineThatBeginsWithThePath) {
     World world;
     store::DatabaseIndex index(world.vault());
-    index.append(record("/db/a2"));
-    index.append(record("/db/a"));
-    EXPECT_EQ(index.find("/db/a")->path, "/db/a2");
+    index.appendRecord(record("/db/a2"));
+    index.appendRecord(record("/db/a"));
+    EXPECT_EQ(index.findRecord("/db/a")->path, "/db/a2");
     EXPECT_EQ(index.findExact("/db/a")->path, "/db/a");
-    index.remove("/db/a");
+    index.removeRecord("/db/a");
     EXPECT_EQ(index.records().at(0).path, "/db/a");
     EXPECT_EQ(index.records().size(), 1U);
 }
@@ -190,10 +190,10 @@ TEST(DatabaseIndex, PassesOverWhatTheLastSealedBlockLeftBehind) {
         std::string path = "/db/" + std::to_string(number);
         return record(path + std::string(paddingToOneByte(record(path).render().size()), 'x')).render();
     });
-    crypto::sealText(world.vault().working, text, index.path(), session.key, session.chains.IndexIV);
+    crypto::sealFile(world.vault().working, text, index.path(), session.key, session.chains.IndexIV);
     ASSERT_GT(plainIndex(world).size(), text.size());
     EXPECT_EQ(index.provePassword(), PasswordProof::Proved);
-    index.append(record("/other"));
+    index.appendRecord(record("/other"));
     EXPECT_EQ(index.records().size(), 2U);
     EXPECT_EQ(plainIndex(world).substr(0, index.records()[0].render().size()), index.records()[0].render());
 }

@@ -97,7 +97,7 @@ TEST_F(OneDatabase, GoesWithItsBackupItsPairAndItsScheduleLines) {
     schedule::ScheduleList schedule(world.vault());
     const auto& session = world.vault().session;
     const std::string other = world.databasePath("other") + "\x7F\r\n";
-    crypto::sealText(world.vault().working, world.databasePath() + "\x7F\r\n" + other, schedule.path(),
+    crypto::sealFile(world.vault().working, world.databasePath() + "\x7F\r\n" + other, schedule.path(),
                      session.key, session.chains.ScheduleIV);
     world.open();
     EXPECT_FALSE(store::deleteDatabase(world.vault(), world.context(), schedule));
