@@ -49,9 +49,9 @@ fi
 
 # One database for each folder, told apart by the sum of its path.
 name="$(basename -- "$dir" | tr -c 'A-Za-z0-9._\n-' '_' | sed 's/^-/_/' | cut -c1-80)-$(printf '%s' "$dir" | cksum | cut -d' ' -f1)"
-if ! databases=$(unlocked databases); then
-    exit 3
-fi
+databases=$(unlocked databases) || status=$?
+# 1 says that a database is changed or missing; the check below offers its backup.
+[ "${status:-0}" -le 1 ] || exit "$status"
 if ! grep -qF -- "/$name" <<<"$databases"; then
     echo "NEW BASELINE: what lies below $dir now is taken as good."
     unlocked create file-contents "$name"

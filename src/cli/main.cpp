@@ -34,7 +34,7 @@ std::string userHome() {
     return entry->pw_dir;
 }
 
-/// A folder of the XDG Base Directory Specification; one that is not absolute counts as not given.
+/// A folder of the XDG base directories; one that is not absolute counts as not given.
 std::string userFolder(const char* variable, const char* fallback) {
     const char* folder = std::getenv(variable);
     return folder != nullptr && *folder == '/' ? folder : userHome() + fallback;
@@ -71,6 +71,8 @@ int main(int argc, char** argv) {
     // A reader that goes away, as `head` does, must not end the program between making a plain copy and
     // wiping it; the failed write is told instead.
     std::signal(SIGPIPE, SIG_IGN);
+    // A limit on the size of files is to be told as a full disk, not to end the process.
+    std::signal(SIGXFSZ, SIG_IGN);
     // Passwords come in this way, and nobody would wipe a buffer.
     std::setvbuf(stdin, nullptr, _IONBF, 0);
 

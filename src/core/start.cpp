@@ -14,7 +14,7 @@ constexpr std::string_view kWorkingFilesJournal = "Working Copies";
 Run::Run(platform::Platform& platform, const std::string& root)
     : platform_(platform),
       configuration_(platform.settings, platform.ui),
-      working_(platform.files, root + std::string(kWorkingFilesJournal)) {}
+      working_(platform.files, std::string(root).append(kWorkingFilesJournal), platform.paths) {}
 
 StartResult Run::lock(platform::Platform& platform, const std::string& root, std::chrono::milliseconds wait,
                       std::unique_ptr<platform::InstanceLock>& lock) {
@@ -47,6 +47,10 @@ StartResult Run::start(platform::Platform& platform, PasswordDialog& dialog, std
     std::unique_ptr<Run> started(new Run(platform, root));
     started->lock_ = std::move(lock);
     started->working_.clearLeftovers();
+    for (const std::string& text : started->working_.uncleared()) {
+        platform.ui.message(platform::Icon::Warning,
+                            "A working file of an earlier run could not be cleared away: " + text);
+    }
     const PasswordResult password =
         provePassword(platform, started->configuration_, started->working_, dialog, started->session_);
     if (password != PasswordResult::Proved) return StartResult::PasswordRefused;

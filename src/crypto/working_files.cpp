@@ -41,11 +41,6 @@ std::string sumOf(std::string_view line) {
     return base::hexText(Md5::of(base::bytesOf(line))).substr(0, kSumLength);
 }
 
-std::size_t folderLength(const std::string& path) noexcept {
-    const std::size_t end = path.find_last_of("/\\");
-    return end == std::string::npos ? 0 : end + 1;
-}
-
 }  // namespace
 
 struct WorkingFiles::Leftover {
@@ -126,7 +121,9 @@ void TemporaryFile::discard() {
     release();
 }
 
-WorkingFiles::WorkingFiles(platform::FileSystem& files, const std::string& journal) : files_(files) {
+WorkingFiles::WorkingFiles(platform::FileSystem& files, const std::string& journal,
+                           const base::PathRules& paths)
+    : files_(files), paths_(paths) {
     journal_ = files_.status(journal, platform::Follow::No) ? files_.openExclusive(journal)
                                                             : files_.createNew(journal);
 }
@@ -134,7 +131,7 @@ WorkingFiles::WorkingFiles(platform::FileSystem& files, const std::string& journ
 WorkingFiles::~WorkingFiles() = default;
 
 std::string WorkingFiles::temporaryName(const std::string& path, std::string_view suffix) const {
-    const std::size_t folder = folderLength(path);
+    const std::size_t folder = paths_.folder(path).size();
     if (path.size() - folder + suffix.size() <= files_.nameLimit()) return path + std::string(suffix);
     const std::string_view name = std::string_view(path).substr(folder);
     return path.substr(0, folder) + base::hexText(Md5::of(base::bytesOf(name))).substr(0, 16) +
@@ -166,7 +163,7 @@ TemporaryFile WorkingFiles::create(std::string_view kind, const std::string& pat
                                    const std::string& via, const std::string& target) {
     carryOnMoves();
     const std::string name = temporaryName(path, suffix);
-    const std::string reached = via.empty() ? name : via + name.substr(folderLength(name));
+    const std::string reached = via.empty() ? name : via + std::string(paths_.fileName(name));
     // Asked first, so that a file of the user's is never in the journal, not even as an intent.
     if (files_.status(reached, platform::Follow::No)) {
         throw NameTaken(name);
@@ -286,16 +283,23 @@ std::vector<WorkingFiles::Leftover> WorkingFiles::readJournal(bool& committed) {
 
 void WorkingFiles::clearLeftovers() {
     bool committed = false;
-    for (const Leftover& leftover : readJournal(committed))
-        clear(leftover, committed);
-    if (pendingSaves_.empty()) {
+    for (const Leftover& leftover : readJournal(committed)) {
+        try {
+            clear(leftover, committed);
+        } catch (const base::FileFailure& failure) {
+            // One file that cannot be cleared must not keep every command out.
+            uncleared_.push_back(failure.what());
+        }
+    }
+    if (pendingSaves_.empty() && uncleared_.empty()) {
         journal_->resize(0);
         journal_->seek(0);
-    } else {
-        // Until the index has judged them they stay in the journal, as if they were temporaries of this run.
-        journal_->seek(journal_->size());
-        ++live_;
+        return;
     }
+    // What is not settled stays in the journal, as if it were a temporary of this run.
+    journal_->seek(journal_->size());
+    if (!pendingSaves_.empty()) ++live_;
+    if (!uncleared_.empty()) ++live_;
 }
 
 void WorkingFiles::pendingSavesSettled() noexcept {

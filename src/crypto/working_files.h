@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "base/path_rules.h"
 #include "platform/file_system.h"
 
 namespace corvalence::crypto {
@@ -69,7 +70,7 @@ struct PendingSave {
 class WorkingFiles {
   public:
     /// `journal` is created where it is missing.
-    WorkingFiles(platform::FileSystem& files, const std::string& journal);
+    WorkingFiles(platform::FileSystem& files, const std::string& journal, const base::PathRules& paths = {});
     ~WorkingFiles();
     WorkingFiles(const WorkingFiles&) = delete;
     WorkingFiles& operator=(const WorkingFiles&) = delete;
@@ -78,6 +79,8 @@ class WorkingFiles {
     /// once, before any temporary is made. What needs the index to be judged stands in pendingSaves()
     /// afterwards.
     void clearLeftovers();
+    /// What clearLeftovers() had to leave, with the reason; the next start tries again.
+    const std::vector<std::string>& uncleared() const noexcept { return uncleared_; }
     const std::vector<PendingSave>& pendingSaves() const noexcept { return pendingSaves_; }
     /// All pending saves have been carried on or removed.
     void pendingSavesSettled() noexcept;
@@ -118,9 +121,11 @@ class WorkingFiles {
     void clear(const Leftover& leftover, bool committed);
 
     platform::FileSystem& files_;
+    base::PathRules paths_;
     std::unique_ptr<platform::File> journal_;
     std::size_t live_ = 0;
     std::vector<PendingSave> pendingSaves_;
+    std::vector<std::string> uncleared_;
     std::vector<std::pair<std::string, std::string>> unfinishedMoves_;  // path, target
 };
 

@@ -235,18 +235,31 @@ AddReport AddPipeline::addLocation(const std::string& location, const AddOptions
     }
     const bool complete = vault_.configuration.isOn(settings::key::kCompleteWalk);
     std::uint64_t total = 0;
-    FolderWalk measure(vault_.platform.files, vault_.platform.paths, complete);
-    measure.run(location, [&](const std::string&, const platform::FileStatus& status) {
-        total += status.size;
-        return true;
-    });
+    {
+        const auto progress = vault_.platform.ui.openProgress("Adding files to: " + context_.path());
+        FolderWalk measure(vault_.platform.files, vault_.platform.paths, complete);
+        bool cancelled = false;
+        measure.run(location, [&](const std::string&, const platform::FileStatus& status) {
+            total += status.size;
+            cancelled = progress->cancelled();
+            return !cancelled;
+        });
+        if (cancelled) {
+            AddReport report;
+            report.cancelled = true;
+            return report;
+        }
+    }
     Command command(vault_, context_, options, total);
     FolderWalk walk(vault_.platform.files, vault_.platform.paths, complete);
     walk.run(location,
              [&](const std::string& path, const platform::FileStatus&) { return command.add(path, false); });
     AddReport report = command.finish();
     report.passedOver = walk.passedOver();
-    report.text = addReportText(report.added, report.listed, location);
+    // "Only empty folders" would not be true of a walk that did not come to its end.
+    if (!report.cancelled || report.added > 0) {
+        report.text = addReportText(report.added, report.listed, location);
+    }
     return report;
 }
 

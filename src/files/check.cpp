@@ -84,6 +84,11 @@ void FileContentsCheck::checkRecord(std::string_view line, ByteProgress& progres
                       base::reasonText(base::Cause::InvalidFile));
         return;
     }
+    // A file that cannot be opened comes to no block at which Cancel would be asked.
+    if (progress.cancelled()) {
+        counts_.cancelled = true;
+        return;
+    }
     std::optional<DigestedFile> now;
     platform::FileStatus status;
     try {

@@ -157,10 +157,12 @@ void FileRestore::putChangedBack(const std::string& path, RestoreResult& result)
 bool FileRestore::moveTo(const std::string& path, const std::string& target) {
     platform::FileSystem& files = vault_.platform.files;
     if (files.status(target, platform::Follow::No)) return false;
+    // A second name first: the file never leaves its place before the restored one takes it. File systems
+    // that keep one name a file get a copy, as do two volumes.
     try {
-        return files.renameNew(path, target);
+        return files.linkNew(path, target);
     } catch (const base::FileFailure& failure) {
-        if (!files.isOtherVolume(failure)) throw;
+        if (failure.cause() == base::Cause::DiskFull) throw;
     }
     std::unique_ptr<platform::File> copy;
     try {

@@ -38,7 +38,7 @@ class FileRestore {
     void backupsChanged() { index_.reset(); }
 
   private:
-    enum class Extraction { Good, Modified, NotBackedUp };
+    enum class Extraction { Good, Modified };
     Extraction extract(const FileRecord& record, platform::File& candidate);
     RestoreResult restoreIn(const FileRecord& record, RestoreChoice choice,
                             const platform::PinnedFolder& folder, const std::string& name);

@@ -110,6 +110,9 @@ class FileSystem {
     /// Renames unless something stands at `to`: false then. Cause Generic across file systems;
     /// isOtherVolume() tells.
     virtual bool renameNew(const std::string& from, const std::string& to) = 0;
+    /// Gives the file at `from` a second name, unless something stands at `to`: false then. A failure where
+    /// the file system keeps one name a file; isOtherVolume() tells of two file systems.
+    virtual bool linkNew(const std::string& from, const std::string& to) = 0;
     /// Removes a file or a link (not what it leads to). A missing one is a failure (FileNotFound).
     virtual void remove(const std::string& path) = 0;
     /// Makes a folder, and those above it that are missing, open to the owner alone. One that is there stays

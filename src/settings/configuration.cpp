@@ -2,6 +2,7 @@
 
 #include <cassert>
 
+#include "base/file_failure.h"
 #include "base/number_text.h"
 
 namespace corvalence::settings {
@@ -44,6 +45,13 @@ std::string Configuration::text(std::string_view name) const {
         return std::string(row->fallback);
     }
     return acceptedText(*row, *text);
+}
+
+std::string Configuration::folder(std::string_view name) const {
+    std::string path = text(name);
+    if (path.empty()) throw base::FileFailure(base::Cause::BadPath, 0, std::string(name));
+    if (path.back() != '/' && path.back() != '\\') path.push_back('/');
+    return path;
 }
 
 int Configuration::number(std::string_view name) const {

@@ -22,8 +22,9 @@ class Configuration {
     std::string text(std::string_view name) const;
     int number(std::string_view name) const;
     bool isOn(std::string_view name) const { return number(name) == 1; }
-    /// A folder key, with a closing separator if it has any text.
-    std::string folder(std::string_view name) const { return text(name); }
+    /// A folder key, with a closing separator. Throws base::FileFailure (BadPath) where the key has no text:
+    /// it must never stand for the folder that the program was started in.
+    std::string folder(std::string_view name) const;
 
     /// The stored text as it is, or nothing where the key is missing. Shows no message.
     std::optional<std::string> stored(std::string_view name) const;

@@ -60,13 +60,18 @@ std::optional<std::string> DatabaseCreation::acceptPath(const CreationRequest& r
             "characters.");
     }
     const std::string path = location + request.name;
+    const std::string backup = backupDatabasePath(path, vault_.configuration, system.paths);
+    // A folder may hold a separator as well as a name may; one such line would make the whole index
+    // unreadable.
+    if (!base::isRecordPath(path) || !base::isRecordPath(backup)) {
+        return refuse(location + "  is not a valid location.");
+    }
+    if (system.files.status(path, platform::Follow::No))
+        return refuse("The file " + path + " already exists.");
     if (DatabaseIndex(vault_).findRecord(path))
         return refuse(path + "  is the name of an existing database.");
-    const std::string backup = backupDatabasePath(path, vault_.configuration, system.paths);
-    for (const std::string& taken : {path, backup}) {
-        if (system.files.status(taken, platform::Follow::No)) {
-            return refuse("The file " + taken + " already exists.");
-        }
+    if (system.files.status(backup, platform::Follow::No)) {
+        return refuse("The file " + backup + " already exists.");
     }
     return path;
 }

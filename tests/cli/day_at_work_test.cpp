@@ -170,7 +170,7 @@ TEST(DayAtWork, aCancelledAddKeepsWhatIsComplete) {
         console.write("f" + std::to_string(i), "plain words");
     console.done({"init"});
     console.done({"create", "file-contents", "db"});
-    console.process.cancelAt(30);
+    console.process.cancelAt(90);
     const Outcome outcome = console.run({"add", "db", "--location", ".", "--yes"});
     EXPECT_EQ(outcome.code, 5);
     EXPECT_THAT(outcome.err,

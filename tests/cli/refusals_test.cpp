@@ -201,7 +201,7 @@ TEST(Failures, endWithFourAndAReason) {
         EXPECT_THAT(outcome.err, HasSubstr(reason));
     };
     expectFailure({"restore", "db", "never"}, "never is not listed in ");
-    expectFailure({"create", "file-contents", "db"}, "is the name of an existing database.");
+    expectFailure({"create", "file-contents", "db"}, "already exists.");
     expectFailure({"create", "file-contents", "a/b"}, "should not contain");
     expectFailure({"create", "file-contents", "x", "--location", "none"}, "is not a valid location.");
     expectFailure({"--home", "a", "init"}, "a");

@@ -110,6 +110,20 @@ TEST(Start, WipesWhatAKilledRunLeftEvenWhenThePasswordIsRefused) {
     EXPECT_TRUE(world.leftovers("plain records").empty());
 }
 
+// A leftover that cannot be removed once kept every command out.
+TEST(Start, GoesOnPastALeftoverThatCannotBeCleared) {
+    World world;
+    auto copy = world.vault().working.createPlain(world.data("Reports/x"), ".123456789z");
+    copy.abandon();
+    world.machine.faults.failAt(1, base::Cause::AccessDenied);
+    EXPECT_EQ(world.start(), StartResult::Ready);
+    EXPECT_NE(world.machine.ui.transcript().find("could not be cleared away"), std::string::npos);
+    world.machine.faults.clear();
+    EXPECT_EQ(world.leftovers().size(), 1U);
+    EXPECT_EQ(world.start(), StartResult::Ready);
+    EXPECT_TRUE(world.leftovers().empty());
+}
+
 TEST(Reset, EmptiesIndexScheduleAndLogsAfterAsking) {
     World world;
     world.write("a", "one");

@@ -151,7 +151,7 @@ TEST(FileContentsCheck, SealsCollectedUpdatesEveryFewSecondsAndOnCancel) {
     world.open();
     const auto before = world.machine.ui.cancelQuestions();
     world.machine.ui.meanwhile = [&] { world.machine.clock.advance(std::chrono::seconds(2)); };
-    world.machine.ui.cancelAt = before + 7;
+    world.machine.ui.cancelAt = before + 12;
     const CheckOutcome outcome =
         world.check({{Reaction::UpdateWithBackup}, files::RestoreChoice::DeleteChangedFile, false});
     world.machine.ui.cancelAt.reset();
@@ -177,7 +177,7 @@ TEST(FileContentsCheck, LeavesTheBackupWhenTheFileChangesAgainBeforeItIsCopied) 
     // The first question after the digest is the one before the copy of the backup is made.
     const auto before = world.machine.ui.cancelQuestions();
     world.machine.ui.meanwhile = [&] {
-        if (world.machine.ui.cancelQuestions() == before + 3) world.write("a", "three");
+        if (world.machine.ui.cancelQuestions() == before + 4) world.write("a", "three");
     };
     const CheckOutcome outcome =
         world.check({{Reaction::UpdateWithBackup}, files::RestoreChoice::DeleteChangedFile, false});

@@ -55,6 +55,13 @@ TEST_F(ConfigurationTest, SaysRegistryErrorForAMissingKeyAndGoesOn) {
     EXPECT_EQ(machine.ui.messages.size(), 2U);
 }
 
+// A missing folder key once stood for the folder that the program was started in.
+TEST_F(ConfigurationTest, TakesNoFolderForTheOneItRunsIn) {
+    EXPECT_THROW(configuration.folder("Changed Files Directory"), base::FileFailure);
+    store("Changed Files Directory", "/data");
+    EXPECT_EQ(configuration.folder("Changed Files Directory"), "/data/");
+}
+
 TEST_F(ConfigurationTest, KeepsBackupsPlainUnlessTheTextIsN) {
     for (const auto& [text, encrypts] : {std::pair("N", true), std::pair("P", false), std::pair("", false)}) {
         store("Config17", text);

@@ -128,7 +128,7 @@ TEST_F(OneDatabase, IsNotMadeTwiceOrUnderANameThatDoesNotServe) {
     const std::string tooLong =
         "The name of the database plus the location for the database must total less than 260 characters.";
     const std::vector<Refusal> refusals = {
-        {databases, "db", databases + "db  is the name of an existing database."},
+        {databases, "db", "The file " + databases + "db already exists."},
         // Look-up goes by the beginning of a line: a name that another one begins with is taken.
         {databases, "d", databases + "d  is the name of an existing database."},
         {world.path(""), "taken", "The file " + world.path("taken") + " already exists."},
@@ -149,6 +149,12 @@ TEST_F(OneDatabase, IsNotMadeTwiceOrUnderANameThatDoesNotServe) {
         EXPECT_FALSE(store::DatabaseCreation(world.vault()).create(request)) << refusal.name;
         EXPECT_EQ(world.machine.ui.messages.back().text, refusal.message);
     }
+    // A folder with a separator in its name once made the whole index unreadable.
+    fs::create_directory(world.path("odd\x7F"));
+    store::CreationRequest odd;
+    odd.location = world.path("odd\x7F");
+    odd.name = "x";
+    EXPECT_FALSE(store::DatabaseCreation(world.vault()).create(odd));
     // A backup database is not written over a file of the user's.
     writeWholeFile(world.databasePath("new~"), "the user's own");
     EXPECT_FALSE(world.create("new"));

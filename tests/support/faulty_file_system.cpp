@@ -148,6 +148,11 @@ bool FaultyFileSystem::renameNew(const std::string& from, const std::string& to)
     return inner_.renameNew(from, to);
 }
 
+bool FaultyFileSystem::linkNew(const std::string& from, const std::string& to) {
+    plan_.pass(FaultPlan::Needs::Nothing, from);
+    return inner_.linkNew(from, to);
+}
+
 void FaultyFileSystem::remove(const std::string& path) {
     plan_.pass(FaultPlan::Needs::Nothing, path);
     inner_.remove(path);

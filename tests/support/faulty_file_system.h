@@ -77,6 +77,7 @@ class FaultyFileSystem : public platform::FileSystem {
     std::vector<platform::FolderEntry> list(const std::string& folder) override;
     void rename(const std::string& from, const std::string& to) override;
     bool renameNew(const std::string& from, const std::string& to) override;
+    bool linkNew(const std::string& from, const std::string& to) override;
     void remove(const std::string& path) override;
     void createFolder(const std::string& path) override;
     std::size_t nameLimit() const noexcept override;

@@ -120,10 +120,12 @@ void setMode(const LinuxFile& file, mode_t mode) {
 
 void LinuxAccessControl::copyProtection(const std::string& from, File& to) {
     const LinuxFile& target = linuxFile(to);
-    const Descriptor source(::open(systemPath(from), O_PATH | O_CLOEXEC));
+    const Descriptor source(::open(systemPath(from), O_PATH | O_NOFOLLOW | O_CLOEXEC));
     struct stat wanted {};
     struct stat present {};
     if (!source.isOpen() || ::fstat(source.number(), &wanted) != 0) throwSystemError(from);
+    // A link that took the file's place since it was looked at must not lend its target's owner and mode.
+    if (!S_ISREG(wanted.st_mode)) throw base::FileFailure(base::Cause::InvalidFile, 0, from);
     if (::fstat(target.descriptor(), &present) != 0) throwSystemError(target.path());
 
     // The owner first, since a change of owner takes capabilities and set-id bits away; the mode last, since

@@ -193,6 +193,16 @@ bool LinuxFileSystem::renameNew(const std::string& from, const std::string& to) 
     return true;
 }
 
+bool LinuxFileSystem::linkNew(const std::string& from, const std::string& to) {
+    FolderSync folder(folderOf(to));
+    if (::link(systemPath(from), systemPath(to)) != 0) {
+        if (errno == EEXIST) return false;
+        throwSystemError(from);
+    }
+    folder.bringToDevice();
+    return true;
+}
+
 void LinuxFileSystem::remove(const std::string& path) {
     if (::unlink(systemPath(path)) != 0) throwSystemError(path);
 }

@@ -21,6 +21,7 @@ class LinuxFileSystem : public FileSystem {
 
     void rename(const std::string& from, const std::string& to) override;
     bool renameNew(const std::string& from, const std::string& to) override;
+    bool linkNew(const std::string& from, const std::string& to) override;
     void remove(const std::string& path) override;
     void createFolder(const std::string& path) override;
 

@@ -111,11 +111,12 @@ TEST_F(Protection, isNotWhatTheFolderHandsDown) {
     EXPECT_EQ(attributesOf(to()).count(kAccess), 0U);
 }
 
-TEST_F(Protection, comesFromWhatALinkLeadsToAndFromFilesThatNobodyMayRead) {
+// A link put in the file's place once lent the restored file a stranger's owner and set-id bits.
+TEST_F(Protection, comesFromNoLinkButFromFilesThatNobodyMayRead) {
     ASSERT_EQ(::symlink("from", (world_.folder / "link").c_str()), 0);
     ASSERT_EQ(::chmod(from_.c_str(), 0), 0);
     const auto work = [&] {
-        world_.access.copyProtection(world_.folder / "link", *candidate());
+        world_.access.copyProtection(from_, *candidate());
         return modeOf(to()) == 0 ? 0 : 1;
     };
     if (isRoot()) {
@@ -124,6 +125,8 @@ TEST_F(Protection, comesFromWhatALinkLeadsToAndFromFilesThatNobodyMayRead) {
     }
     EXPECT_EQ(isRoot() ? inChildAs(kNobody, work) : inChild(work), 0);
     const auto file = world_.files.createNew(world_.folder / "x");
+    EXPECT_EQ(causeOf([&] { world_.access.copyProtection(world_.folder / "link", *file); }),
+              Cause::InvalidFile);
     EXPECT_EQ(causeOf([&] { world_.access.copyProtection(world_.folder / "none", *file); }),
               Cause::FileNotFound);
 }
