@@ -1,5 +1,7 @@
 #include "base/record_text.h"
 
+#include "base/number_text.h"
+
 namespace corvalence::base {
 
 std::vector<std::string_view> splitFields(std::string_view line) {
@@ -23,6 +25,23 @@ std::string_view withoutLineEnd(std::string_view line) noexcept {
     if (!line.empty() && line.back() == '\n') line.remove_suffix(1);
     if (!line.empty() && line.back() == '\r') line.remove_suffix(1);
     return line;
+}
+
+void appendField(std::string& line, std::string_view field) {
+    line.append(field);
+    line.push_back(kSeparator);
+}
+
+void appendTime(std::string& line, FileTime time) {
+    appendField(line, std::to_string(time.high()));
+    appendField(line, std::to_string(time.low()));
+}
+
+std::optional<FileTime> scanTime(std::string_view high, std::string_view low) {
+    const auto highHalf = scanInteger(high);
+    const auto lowHalf = scanInteger(low);
+    if (!highHalf || !lowHalf) return std::nullopt;
+    return FileTime::fromHalves(static_cast<std::int32_t>(*highHalf), static_cast<std::int32_t>(*lowHalf));
 }
 
 }  // namespace corvalence::base

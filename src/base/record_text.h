@@ -1,8 +1,13 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
 #include <string_view>
 #include <vector>
+
+#include "base/file_time.h"
 
 namespace corvalence::base {
 
@@ -23,5 +28,23 @@ bool isRecordPath(std::string_view path) noexcept;
 
 /// The line without a line feed and a carriage return in front of it.
 std::string_view withoutLineEnd(std::string_view line) noexcept;
+
+/// Appends a field and the separator behind it.
+void appendField(std::string& line, std::string_view field);
+
+/// Appends a time as two fields, the high and the low half.
+void appendTime(std::string& line, FileTime time);
+
+/// The time of two such fields; nothing where one is no number.
+std::optional<FileTime> scanTime(std::string_view high, std::string_view low);
+
+/// What the last block of a sealed text leaves behind the last record is shorter than a block.
+inline constexpr std::uint64_t kStaleTailLimit = 16;
+
+/// Whether the last `size` bytes of an unsealed text, which begin with a line that is no record, are what its
+/// last block left behind. More of them are damage.
+constexpr bool isStaleTail(std::uint64_t size) noexcept {
+    return size < kStaleTailLimit;
+}
 
 }  // namespace corvalence::base

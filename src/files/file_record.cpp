@@ -14,19 +14,6 @@ constexpr AttributeCode kFirstCompressed = 100;
 constexpr AttributeCode kFirstEncrypted = 108;
 constexpr std::size_t kSizeWidth = 12;  // of "%14.1lf" when ".0" is cut off
 
-void appendField(std::string& line, std::string_view field) {
-    line.append(field);
-    line.push_back(base::kSeparator);
-}
-
-std::optional<base::FileTime> scanTime(std::string_view high, std::string_view low) {
-    const auto highHalf = base::scanInteger(high);
-    const auto lowHalf = base::scanInteger(low);
-    if (!highHalf || !lowHalf) return std::nullopt;
-    return base::FileTime::fromHalves(static_cast<std::int32_t>(*highHalf),
-                                      static_cast<std::int32_t>(*lowHalf));
-}
-
 }  // namespace
 
 AttributeCode attributeCode(std::uint32_t attributes) noexcept {
@@ -57,15 +44,13 @@ FileRecord FileRecord::of(std::string path, std::string digest, const platform::
 std::string FileRecord::render() const {
     std::string line;
     line.reserve(path.size() + digest.size() + 80);
-    appendField(line, path);
-    appendField(line, digest);
-    appendField(line, base::rightAligned(size, kSizeWidth));
+    base::appendField(line, path);
+    base::appendField(line, digest);
+    base::appendField(line, base::rightAligned(size, kSizeWidth));
     const char code = static_cast<char>(attributes);
-    appendField(line, std::string_view(&code, 1));
-    for (const base::FileTime time : {written, created}) {
-        appendField(line, std::to_string(time.high()));
-        appendField(line, std::to_string(time.low()));
-    }
+    base::appendField(line, std::string_view(&code, 1));
+    for (const base::FileTime time : {written, created})
+        base::appendTime(line, time);
     return line + "\r\n";
 }
 
@@ -76,8 +61,8 @@ std::optional<FileRecord> FileRecord::parse(std::string_view line, std::size_t w
         return std::nullopt;
     }
     const auto size = base::scanWholeUnits(fields[2]);
-    const auto written = scanTime(fields[4], fields[5]);
-    const auto created = scanTime(fields[6], fields[7]);
+    const auto written = base::scanTime(fields[4], fields[5]);
+    const auto created = base::scanTime(fields[6], fields[7]);
     if (!size || *size > UINT32_MAX || !written || !created) return std::nullopt;
     FileRecord record;
     record.path = fields[0];

@@ -10,24 +10,6 @@ namespace {
 
 constexpr std::size_t kDigestWidth = 32;
 
-void appendField(std::string& line, std::string_view field) {
-    line.append(field);
-    line.push_back(base::kSeparator);
-}
-
-void appendTime(std::string& line, base::FileTime time) {
-    appendField(line, std::to_string(time.high()));
-    appendField(line, std::to_string(time.low()));
-}
-
-std::optional<base::FileTime> scanTime(std::string_view high, std::string_view low) {
-    const auto highHalf = base::scanInteger(high);
-    const auto lowHalf = base::scanInteger(low);
-    if (!highHalf || !lowHalf) return std::nullopt;
-    return base::FileTime::fromHalves(static_cast<std::int32_t>(*highHalf),
-                                      static_cast<std::int32_t>(*lowHalf));
-}
-
 bool scanKind(std::string_view field, IndexRecord& record) {
     if (field.size() == 1 && std::string_view("DPRS").find(field.front()) != std::string_view::npos) {
         record.kind = static_cast<DatabaseKind>(field.front());
@@ -49,11 +31,11 @@ std::string IndexRecord::render() const {
         line.push_back(static_cast<char>(digest));
     }
     line.push_back(base::kSeparator);
-    appendField(line, kind == DatabaseKind::Numbered ? std::to_string(number)
-                                                     : std::string(1, static_cast<char>(kind)));
-    appendTime(line, created);
-    appendField(line, fileDigest);
-    if (lastCheck) appendTime(line, *lastCheck);
+    base::appendField(line, kind == DatabaseKind::Numbered ? std::to_string(number)
+                                                           : std::string(1, static_cast<char>(kind)));
+    base::appendTime(line, created);
+    base::appendField(line, fileDigest);
+    if (lastCheck) base::appendTime(line, *lastCheck);
     line.push_back('\n');
     return line;
 }
@@ -73,12 +55,12 @@ std::optional<IndexRecord> IndexRecord::parse(std::string_view line) {
     }
     if (path.empty()) return std::nullopt;
     record.path = path;
-    const auto created = scanTime(fields[2], fields[3]);
+    const auto created = base::scanTime(fields[2], fields[3]);
     if (!created) return std::nullopt;
     record.created = *created;
     if (fields[4].size() != kDigestWidth || !base::isHexText(fields[4])) return std::nullopt;
     record.fileDigest = fields[4];
-    if (fields.size() >= 7) record.lastCheck = scanTime(fields[5], fields[6]);
+    if (fields.size() >= 7) record.lastCheck = base::scanTime(fields[5], fields[6]);
     return record;
 }
 

@@ -32,6 +32,15 @@ TEST(RecordText, cutsOneLineEndAndNoMore) {
     EXPECT_EQ(withoutLineEnd("\n"), "");
 }
 
+TEST(RecordText, writesTimesAsTwoHalvesAndReadsThemBack) {
+    std::string line;
+    appendTime(line, FileTime::fromHalves(29000000, -1));
+    EXPECT_EQ(line, "29000000\x7F-1\x7F");
+    EXPECT_EQ(scanTime("29000000", "-1"), FileTime::fromHalves(29000000, -1));
+    EXPECT_FALSE(scanTime("", "-1"));
+    EXPECT_FALSE(scanTime("1", "x"));
+}
+
 TEST(HexText, writesHighNibbleFirstAndKnowsItsLetters) {
     EXPECT_EQ(hexText(bytesOf("\x0F\xA5")), "0fa5");
     EXPECT_TRUE(isHexText("09afAF"));
