@@ -19,10 +19,11 @@ void ScheduleList::databaseDeleted(const std::string& database) {
     for (std::string_view rest = text.view(); !rest.empty();) {
         const std::size_t feed = rest.find('\n');
         const std::string_view line = rest.substr(0, feed == std::string_view::npos ? feed : feed + 1);
+        const std::size_t pathEnd = line.find(base::kSeparator);
+        const bool isRecord = pathEnd != std::string_view::npos && pathEnd > 0;
+        if (base::isStaleTail(rest.size()) && !isRecord) break;
         rest.remove_prefix(line.size());
-        if (line.find(base::kSeparator) == std::string_view::npos)
-            continue;  // left behind by the last sealed block
-        if (line.starts_with(database)) {
+        if (vault_.platform.paths.beginsWith(line, database)) {
             dropped = true;
         } else {
             kept.append(line);

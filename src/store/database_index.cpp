@@ -2,29 +2,22 @@
 
 #include <algorithm>
 
+#include "base/record_text.h"
 #include "crypto/sealed_file.h"
 
 namespace corvalence::store {
 
 namespace {
 
-constexpr std::size_t kStaleTailLimit = 16;
-
-/// The lines of an unsealed index, line feeds included. What the last sealed block leaves behind the last
-/// line is no line: a piece of under 16 bytes at the end that is no record.
+/// The lines of an unsealed index, line feeds included, without what its last sealed block left behind them.
 std::vector<std::string> splitLines(std::string_view text) {
     std::vector<std::string> lines;
     while (!text.empty()) {
         const std::size_t feed = text.find('\n');
-        const std::size_t length = feed == std::string_view::npos ? text.size() : feed + 1;
-        lines.emplace_back(text.substr(0, length));
-        text.remove_prefix(length);
-    }
-    std::size_t dropped = 0;
-    while (!lines.empty() && dropped + lines.back().size() < kStaleTailLimit &&
-           !provesPassword(lines.back())) {
-        dropped += lines.back().size();
-        lines.pop_back();
+        const std::string_view line = text.substr(0, feed == std::string_view::npos ? feed : feed + 1);
+        if (base::isStaleTail(text.size()) && !provesPassword(line)) break;
+        lines.emplace_back(line);
+        text.remove_prefix(line.size());
     }
     return lines;
 }
@@ -67,14 +60,14 @@ std::vector<IndexRecord> DatabaseIndex::records() const {
 
 std::optional<IndexRecord> DatabaseIndex::findRecord(const std::string& databasePath) const {
     for (const std::string& line : readLines(crypto::kUnsealIndexList)) {
-        if (line.starts_with(databasePath)) return IndexRecord::parse(line);
+        if (vault_.platform.paths.beginsWith(line, databasePath)) return IndexRecord::parse(line);
     }
     return std::nullopt;
 }
 
 std::optional<IndexRecord> DatabaseIndex::findExact(const std::string& databasePath) const {
     for (IndexRecord& record : records()) {
-        if (record.path == databasePath) return std::move(record);
+        if (vault_.platform.paths.equal(record.path, databasePath)) return std::move(record);
     }
     return std::nullopt;
 }
@@ -88,8 +81,9 @@ void DatabaseIndex::appendRecord(const IndexRecord& record) {
 void DatabaseIndex::changeFirstHit(const std::string& databasePath, const crypto::UnsealVariant& variant,
                                    const std::function<std::optional<IndexRecord>(IndexRecord)>& change) {
     Lines lines = readLines(variant);
-    const auto hit = std::find_if(lines.begin(), lines.end(),
-                                  [&](const std::string& line) { return line.starts_with(databasePath); });
+    const auto hit = std::find_if(lines.begin(), lines.end(), [&](const std::string& line) {
+        return vault_.platform.paths.beginsWith(line, databasePath);
+    });
     if (hit == lines.end()) return;
     auto record = IndexRecord::parse(*hit);
     if (!record) return;

@@ -17,8 +17,9 @@ enum class PasswordProof { Proved, Refused, IndexMissing };
 /// change it seal it again beside itself and rename it over the old one: a crash leaves the old or the new
 /// list.
 ///
-/// Look-up is by the path as prefix of a line, and the first hit wins; the character behind the prefix is not
-/// looked at. Throws base::FileFailure, RequiredFileMissing where the index is gone.
+/// Look-up is by the path as prefix of a line, letters compared as this system compares paths, and the first
+/// hit wins; the character behind the prefix is not looked at. Throws base::FileFailure, RequiredFileMissing
+/// where the index is gone.
 class DatabaseIndex {
   public:
     explicit DatabaseIndex(Vault& vault) : vault_(vault) {}

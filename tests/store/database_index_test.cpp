@@ -107,7 +107,11 @@ TEST(DatabaseIndex, TakesTheFirstLineThatBeginsWithThePath) {
     index.appendRecord(record("/db/a"));
     EXPECT_EQ(index.findRecord("/db/a")->path, "/db/a2");
     EXPECT_EQ(index.findExact("/db/a")->path, "/db/a");
-    index.removeRecord("/db/a");
+    EXPECT_FALSE(index.findRecord("/DB/A"));
+    world.platform.paths.ignoresCase = true;
+    EXPECT_EQ(index.findRecord("/DB/A")->path, "/db/a2");
+    EXPECT_EQ(index.findExact("/DB/A")->path, "/db/a");
+    index.removeRecord("/DB/A");
     EXPECT_EQ(index.records().at(0).path, "/db/a");
     EXPECT_EQ(index.records().size(), 1U);
 }
