@@ -13,26 +13,17 @@
 
 namespace corvalence::test {
 
-/// A user who answers as written down beforehand, and remembers everything that was shown.
+/// A user who answers as written down beforehand, and remembers the messages and questions.
 class ScriptedUserInterface : public platform::UserInterface {
   public:
     struct Message {
         platform::Icon icon;
         std::string text;
     };
-    struct ShownFile {
-        std::string path;
-        std::uint64_t remaining;
-    };
 
     // What was shown, oldest first.
     std::vector<Message> messages;
     std::vector<Message> questions;
-    std::vector<ShownFile> files;
-    std::vector<std::uint32_t> bars;
-    std::vector<std::string> labels;
-    std::vector<std::string> progressTitles;
-    std::vector<std::string> statuses[2];
 
     // What to answer. Where the answers are used up, a question gets its unattended answer.
     std::deque<bool> answers;
@@ -66,13 +57,10 @@ class ScriptedUserInterface : public platform::UserInterface {
         answers.pop_front();
         return answer;
     }
-    std::unique_ptr<platform::Progress> openProgress(const std::string& title) override {
-        progressTitles.push_back(title);
+    std::unique_ptr<platform::Progress> openProgress(const std::string&) override {
         return std::make_unique<ScriptedProgress>(*this);
     }
-    void status(int pane, const std::string& text) override {
-        statuses[static_cast<std::size_t>(std::clamp(pane, 0, 1))].push_back(text);
-    }
+    void status(int, const std::string&) override {}
 
   private:
     class ScriptedProgress : public platform::Progress {
@@ -85,11 +73,9 @@ class ScriptedUserInterface : public platform::UserInterface {
             if (ui_.meanwhile) ui_.meanwhile();
             return ui_.cancelAt && ui_.cancelQuestions_ >= *ui_.cancelAt;
         }
-        void bar(std::uint32_t position) override { ui_.bars.push_back(position); }
-        void label(const std::string& text) override { ui_.labels.push_back(text); }
-        void file(const std::string& path, std::uint64_t remaining) override {
-            ui_.files.push_back({path, remaining});
-        }
+        void bar(std::uint32_t) override {}
+        void label(const std::string&) override {}
+        void file(const std::string&, std::uint64_t) override {}
 
       private:
         ScriptedUserInterface& ui_;
