@@ -8,7 +8,6 @@ namespace {
 
 std::optional<std::string> findFolderFault(const std::string& folder, platform::FileSystem& files,
                                            platform::Volumes& volumes, const base::PathRules& paths) {
-    if (folder == "*") return std::nullopt;
     const std::string location = paths.withSeparator(folder);
     const auto status = files.status(location, platform::Follow::Yes);
     if (status && status->kind == platform::FileKind::Folder) return std::nullopt;

@@ -130,6 +130,8 @@ TEST_F(ConfigurationTest, AppliesTheRulesOfTheSheetInTheirOrder) {
         {with([&](auto& f) { f.besideDatabase = false, f.backupFolder = folder; }), ""},
         {with([&](auto& f) { f.besideDatabase = false, f.backupFolder = folder + "nowhere"; }),
          folder + "nowhere/ is not a valid location."},
+        {with([](auto& f) { f.besideDatabase = false, f.backupFolder = "*"; }),
+         "*/ is not a valid location."},
     };
     for (const Sheet& sheet : sheets) {
         EXPECT_EQ(
