@@ -44,11 +44,12 @@ void writeText(Context& context, const Outcome& outcome, const std::string& repo
              {passedOver.hiddenNames, " passed over: names that begin with a full stop."},
              {passedOver.links, " passed over: symbolic links."},
              {outcome.ownFiles, " passed over: the installation's own files."},
-             {passedOver.unreadable.size(), " passed over: folders that could not be read."}}) {
+             {passedOver.pseudoFileSystems, " passed over: pseudo file systems."},
+             {passedOver.unreadable.size(), " passed over: could not be read."}}) {
         if (row.count > 0) text += std::to_string(row.count).append(row.text) + "\n";
     }
-    for (const files::UnreadableFolder& folder : passedOver.unreadable)
-        text += "  " + shown(folder.path) + "  Reason: " + folder.reason + "\n";
+    for (const files::UnreadableEntry& entry : passedOver.unreadable)
+        text += "  " + shown(entry.path) + "  Reason: " + entry.reason + "\n";
     context.out << text;
 }
 
@@ -63,11 +64,12 @@ void writeJson(Context& context, const std::string& database, const Outcome& out
     json.number("hidden", outcome.passedOver.hiddenNames);
     json.number("links", outcome.passedOver.links);
     json.number("own_files", outcome.ownFiles);
+    json.number("pseudo_file_systems", outcome.passedOver.pseudoFileSystems);
     json.beginArray("unreadable");
-    for (const files::UnreadableFolder& folder : outcome.passedOver.unreadable) {
+    for (const files::UnreadableEntry& entry : outcome.passedOver.unreadable) {
         json.beginObject();
-        json.path("path", folder.path);
-        json.text("reason", folder.reason);
+        json.path("path", entry.path);
+        json.text("reason", entry.reason);
         json.end();
     }
     json.end();

@@ -38,35 +38,56 @@ bool isFolderWord(std::uint32_t attributes) noexcept {
 }
 
 void FolderWalk::run(const std::string& folder, const Visit& visit) {
-    std::vector<std::string> waiting = {paths_.withSeparator(folder)};
-    while (!waiting.empty()) {
-        const std::string next = std::move(waiting.back());
-        waiting.pop_back();
-        if (!walkFolder(next, waiting, visit)) return;
+    const std::string start = paths_.withSeparator(folder);
+    try {
+        const auto status = files_.status(start, platform::Follow::Yes);
+        waiting_ = {{start, status ? status->identity.volume : 0}};
+    } catch (const base::FileFailure& failure) {
+        noteUnreadable(start, failure.cause());
+    }
+    while (!waiting_.empty()) {
+        const Folder next = std::move(waiting_.back());
+        waiting_.pop_back();
+        if (!walkFolder(next, visit)) return;
     }
 }
 
-bool FolderWalk::walkFolder(const std::string& folder, std::vector<std::string>& waiting,
-                            const Visit& visit) {
+bool FolderWalk::walkFolder(const Folder& folder, const Visit& visit) {
     std::vector<platform::FolderEntry> entries;
     try {
-        entries = files_.list(folder);
+        entries = files_.list(folder.path);
     } catch (const base::FileFailure& failure) {
-        passedOver_.unreadable.push_back({folder, std::string(failure.reason())});
+        noteUnreadable(folder.path, failure.cause());
         return true;
     }
     for (const platform::FolderEntry& entry : entries) {
+        const platform::FileStatus& status = entry.status;
         if (entry.name.front() == '.' && !complete_) {
             ++passedOver_.hiddenNames;
-        } else if (entry.status.kind == platform::FileKind::Link) {
+        } else if (entry.fault) {
+            noteUnreadable(folder.path + entry.name, *entry.fault);
+        } else if (status.kind == platform::FileKind::Link) {
             ++passedOver_.links;
-        } else if (entry.status.kind == platform::FileKind::Folder && isFolderWord(entry.status.attributes)) {
-            waiting.push_back(folder + entry.name + paths_.separator);
-        } else if (!visit(folder + entry.name, entry.status)) {
+        } else if (status.kind == platform::FileKind::Folder && isFolderWord(status.attributes)) {
+            enterLater({folder.path + entry.name + paths_.separator, status.identity.volume}, folder.volume);
+        } else if (!visit(folder.path + entry.name, status)) {
             return false;
         }
     }
     return true;
+}
+
+void FolderWalk::enterLater(Folder folder, std::uint64_t volumeAbove) {
+    // Only where a volume begins is there anything to ask.
+    if (folder.volume != volumeAbove && files_.isPseudo(folder.path)) {
+        ++passedOver_.pseudoFileSystems;
+    } else {
+        waiting_.push_back(std::move(folder));
+    }
+}
+
+void FolderWalk::noteUnreadable(const std::string& path, base::Cause cause) {
+    passedOver_.unreadable.push_back({path, std::string(base::reasonText(cause))});
 }
 
 }  // namespace corvalence::files

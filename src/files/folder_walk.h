@@ -10,8 +10,8 @@
 
 namespace corvalence::files {
 
-/// A folder that could not be listed, and why.
-struct UnreadableFolder {
+/// A folder that could not be listed, or an entry of which nothing but its name is known, and why.
+struct UnreadableEntry {
     std::string path;
     std::string reason;
 };
@@ -20,33 +20,43 @@ struct UnreadableFolder {
 struct PassedOver {
     std::uint64_t hiddenNames = 0;  // names that begin with a full stop, with all that lies below them
     std::uint64_t links = 0;
-    std::vector<UnreadableFolder> unreadable;
+    std::uint64_t pseudoFileSystems = 0;  // mounted below the folder that the walk began in
+    std::vector<UnreadableEntry> unreadable;
 };
 
 /// Whether an attribute word is one of those that a walk takes for a folder.
 bool isFolderWord(std::uint32_t attributes) noexcept;
 
 /// Walks all files below a folder, depth first without recursion: the files of a folder in listing order,
-/// then the sub-folder that was met last. Links are not followed.
+/// then the sub-folder that was met last. Links are not followed, and file systems that store nothing not
+/// entered, unless the walk begins in one.
 class FolderWalk {
   public:
     /// `complete`: names that begin with a full stop are walked as well ("." and ".." never are).
     FolderWalk(platform::FileSystem& files, const base::PathRules& paths, bool complete)
         : files_(files), paths_(paths), complete_(complete) {}
 
-    /// Hands every entry that is neither folder nor link to `visit`, by its full path, until it says false. A
-    /// folder that cannot be read is noted and the walk goes on.
+    /// Hands every entry that is neither folder nor link to `visit`, by its full path, until it says false.
+    /// What cannot be read is noted and the walk goes on.
     using Visit = std::function<bool(const std::string& path, const platform::FileStatus& status)>;
     void run(const std::string& folder, const Visit& visit);
 
     const PassedOver& passedOver() const noexcept { return passedOver_; }
 
   private:
-    bool walkFolder(const std::string& folder, std::vector<std::string>& waiting, const Visit& visit);
+    struct Folder {
+        std::string path;  // with a closing separator
+        std::uint64_t volume;
+    };
+
+    bool walkFolder(const Folder& folder, const Visit& visit);
+    void enterLater(Folder folder, std::uint64_t volumeAbove);
+    void noteUnreadable(const std::string& path, base::Cause cause);
 
     platform::FileSystem& files_;
     const base::PathRules& paths_;
     bool complete_;
+    std::vector<Folder> waiting_;
     PassedOver passedOver_;
 };
 

@@ -55,6 +55,8 @@ struct FileStatus {
 struct FolderEntry {
     std::string name;
     FileStatus status;
+    /// Why nothing but the name is known; the kind is Other then.
+    std::optional<base::Cause> fault = std::nullopt;
 };
 
 /// An open file. Closing (the destructor) never throws: whoever needs to know that data arrived calls
@@ -102,8 +104,11 @@ class FileSystem {
     /// Follow::No.
     virtual std::optional<FileStatus> status(const std::string& path, Follow follow) = 0;
     /// All entries but "." and "..", links not followed, ordered by the bytes of their names. An entry that
-    /// vanishes meanwhile is left out.
+    /// vanishes meanwhile is left out, one whose status cannot be had is listed with its fault.
     virtual std::vector<FolderEntry> list(const std::string& folder) = 0;
+    /// Whether the folder lies on a file system that the kernel makes up while it is read (processes,
+    /// devices, its own settings) and that stores nothing. False where there is no telling, and on Windows.
+    virtual bool isPseudo(const std::string& folder) = 0;
 
     /// Renames, replacing a file at `to`, and brings the change to the device.
     virtual void rename(const std::string& from, const std::string& to) = 0;

@@ -2,10 +2,13 @@
 
 #include <dirent.h>
 #include <fcntl.h>
+#include <linux/magic.h>
 #include <sys/file.h>
 #include <sys/stat.h>
+#include <sys/statfs.h>
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <climits>
 #include <cstdio>
@@ -22,6 +25,17 @@ namespace {
 
 constexpr mode_t kOwnerOnlyFile = S_IRUSR | S_IWUSR;
 constexpr mode_t kOwnerOnlyFolder = S_IRWXU;
+
+// Those in memory that hold files which somebody wrote (tmpfs, devtmpfs) are not among them.
+constexpr std::uint32_t kFuseControl = 0x6573'5543;
+constexpr std::uint32_t kMessageQueues = 0x1980'0202;
+constexpr std::uint32_t kConfigFs = 0x6265'6570;
+constexpr std::uint32_t kRpcPipes = 0x6759'6969;
+constexpr std::array<std::uint32_t, 20> kPseudoTypes = {
+    PROC_SUPER_MAGIC, SYSFS_MAGIC,   CGROUP_SUPER_MAGIC, CGROUP2_SUPER_MAGIC, DEVPTS_SUPER_MAGIC,
+    DEBUGFS_MAGIC,    TRACEFS_MAGIC, SECURITYFS_MAGIC,   PSTOREFS_MAGIC,      BPF_FS_MAGIC,
+    SELINUX_MAGIC,    SMACK_MAGIC,   BINFMTFS_MAGIC,     EFIVARFS_MAGIC,      NSFS_MAGIC,
+    HUGETLBFS_MAGIC,  kFuseControl,  kMessageQueues,     kConfigFs,           kRpcPipes};
 
 Descriptor openAt(const std::string& path, int flags, mode_t mode = 0) {
     int number = -1;
@@ -167,13 +181,20 @@ std::vector<FolderEntry> LinuxFileSystem::list(const std::string& folder) {
         const int error =
             queryStatus(descriptor.number(), found->d_name, AT_SYMLINK_NOFOLLOW, name, entry.status);
         if (error == ENOENT) continue;
-        if (error != 0) throw failureOf(error, folder);
+        if (error != 0) entry.fault = failureOf(error, folder).cause();
         entries.push_back(std::move(entry));
     }
     if (errno != 0) throwSystemError(folder);
     std::sort(entries.begin(), entries.end(),
               [](const FolderEntry& a, const FolderEntry& b) { return a.name < b.name; });
     return entries;
+}
+
+bool LinuxFileSystem::isPseudo(const std::string& folder) {
+    struct statfs data {};
+    if (::statfs(systemPath(folder), &data) != 0) return false;
+    return std::find(kPseudoTypes.begin(), kPseudoTypes.end(), static_cast<std::uint32_t>(data.f_type)) !=
+           kPseudoTypes.end();
 }
 
 void LinuxFileSystem::rename(const std::string& from, const std::string& to) {

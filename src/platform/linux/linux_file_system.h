@@ -18,6 +18,7 @@ class LinuxFileSystem : public FileSystem {
 
     std::optional<FileStatus> status(const std::string& path, Follow follow) override;
     std::vector<FolderEntry> list(const std::string& folder) override;
+    bool isPseudo(const std::string& folder) override;
 
     void rename(const std::string& from, const std::string& to) override;
     bool renameNew(const std::string& from, const std::string& to) override;

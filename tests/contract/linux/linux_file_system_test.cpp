@@ -131,16 +131,33 @@ TEST_F(LinuxFiles, tellWhatTheSystemRefuses) {
     if (!isRoot()) GTEST_SKIP() << "needs root";
     folder_.write("closed/x", "x");
     ::chmod((folder_ / "closed").c_str(), 0744);
-    const std::function<void()> calls[] = {[&] { files_.openShared(folder_ / "closed/x"); },
-                                           [&] { files_.status(folder_ / "closed/x", Follow::No); },
-                                           [&] { files_.list(folder_ / "closed"); },
-                                           [&] { files_.createNew(folder_ / "new"); },
-                                           [&] { files_.remove(folder_ / "closed/x"); },
-                                           [&] { files_.createFolder(folder_ / "new"); }};
+    const std::function<void()> calls[] = {
+        [&] { files_.openShared(folder_ / "closed/x"); },
+        [&] { files_.status(folder_ / "closed/x", Follow::No); }, [&] { files_.createNew(folder_ / "new"); },
+        [&] { files_.remove(folder_ / "closed/x"); }, [&] { files_.createFolder(folder_ / "new"); }};
     for (const auto& call : calls) {
         const auto work = [&] { return causeOf(call) == Cause::AccessDenied ? 0 : 1; };
         EXPECT_EQ(inChildAs(kNobody, work), 0) << &call - calls;
     }
+}
+
+TEST_F(LinuxFiles, listByNameWhatTheyMayNotLookAt) {
+    folder_.write("closed/x", "x");
+    ::chmod((folder_ / "closed").c_str(), 0444);
+    const auto work = [&] {
+        const auto entries = files_.list(folder_ / "closed");
+        if (entries.size() != 1 || entries[0].name != "x") return 1;
+        return entries[0].fault == Cause::AccessDenied && entries[0].status.kind == FileKind::Other ? 0 : 2;
+    };
+    EXPECT_EQ(isRoot() ? inChildAs(kNobody, work) : inChild(work), 0);
+}
+
+TEST_F(LinuxFiles, lieOnPseudoFileSystemsWhereTheKernelMakesThemUp) {
+    for (const char* folder : {"/proc", "/proc/sys/", "/sys"})
+        EXPECT_TRUE(files_.isPseudo(folder)) << folder;
+    for (const std::string& folder :
+         {std::string("/"), std::string("/dev/shm"), folder_.path(), folder_ / "none"})
+        EXPECT_FALSE(files_.isPseudo(folder)) << folder;
 }
 
 TEST_F(LinuxFiles, renameWithinAFolderThatMayBeWrittenButNotRead) {
