@@ -4,6 +4,8 @@
 #include <chrono>
 #include <cstdint>
 
+#include "base/utf8.h"
+
 namespace corvalence::cli {
 
 namespace {
@@ -11,44 +13,8 @@ namespace {
 constexpr std::string_view kReplacement = "\xEF\xBF\xBD";  // U+FFFD
 constexpr std::string_view kHex = "0123456789abcdef";
 
-struct LeadRow {
-    unsigned char first;
-    unsigned char last;
-    unsigned char secondFirst;  // range of the second byte, which rules out overlong forms and surrogates
-    unsigned char secondLast;
-    std::size_t length;
-};
-
-constexpr std::array<LeadRow, 9> kLeads = {{
-    {0x00, 0x7F, 0x00, 0x00, 1},
-    {0xC2, 0xDF, 0x80, 0xBF, 2},
-    {0xE0, 0xE0, 0xA0, 0xBF, 3},
-    {0xE1, 0xEC, 0x80, 0xBF, 3},
-    {0xED, 0xED, 0x80, 0x9F, 3},
-    {0xEE, 0xEF, 0x80, 0xBF, 3},
-    {0xF0, 0xF0, 0x90, 0xBF, 4},
-    {0xF1, 0xF3, 0x80, 0xBF, 4},
-    {0xF4, 0xF4, 0x80, 0x8F, 4},
-}};
-
 unsigned char byteAt(std::string_view text, std::size_t at) noexcept {
     return static_cast<unsigned char>(text[at]);
-}
-
-/// Bytes of the well-formed character that the text begins with; 0 where it begins with none.
-std::size_t characterLength(std::string_view text) noexcept {
-    const unsigned char lead = byteAt(text, 0);
-    for (const LeadRow& row : kLeads) {
-        if (lead < row.first || lead > row.last) continue;
-        if (row.length > text.size()) return 0;
-        for (std::size_t i = 1; i < row.length; ++i) {
-            const unsigned char low = i == 1 ? row.secondFirst : 0x80;
-            const unsigned char high = i == 1 ? row.secondLast : 0xBF;
-            if (byteAt(text, i) < low || byteAt(text, i) > high) return 0;
-        }
-        return row.length;
-    }
-    return 0;
 }
 
 bool isControl(std::string_view character) noexcept {
@@ -99,30 +65,11 @@ std::string padded(std::uint64_t value, std::size_t width) {
 
 }  // namespace
 
-bool isUtf8(std::string_view text) noexcept {
-    while (!text.empty()) {
-        const std::size_t length = characterLength(text);
-        if (length == 0) return false;
-        text.remove_prefix(length);
-    }
-    return true;
-}
-
-std::size_t countCharacters(std::string_view text) noexcept {
-    std::size_t count = 0;
-    for (std::string_view rest = text; !rest.empty(); ++count) {
-        const std::size_t length = characterLength(rest);
-        if (length == 0) return text.size();
-        rest.remove_prefix(length);
-    }
-    return count;
-}
-
 std::string shown(std::string_view text, LineFeeds lineFeeds) {
     std::string safe;
     safe.reserve(text.size());
     while (!text.empty()) {
-        const std::size_t length = characterLength(text);
+        const std::size_t length = base::utf8Length(text);
         const std::string_view character = text.substr(0, length == 0 ? 1 : length);
         const bool stays =
             (character == "\n" && lineFeeds == LineFeeds::Keep) || (length > 0 && !isControl(character));
@@ -138,11 +85,11 @@ std::string shown(std::string_view text, LineFeeds lineFeeds) {
 
 std::string lastCharacters(std::string_view text, std::size_t width) {
     constexpr std::string_view kCut = "...";
-    const std::size_t count = countCharacters(text);
+    const std::size_t count = base::countCharacters(text);
     if (count <= width) return std::string(text);
     if (width <= kCut.size()) return std::string(kCut.substr(0, width));
     for (std::size_t left = count - (width - kCut.size()); left > 0; --left)
-        text.remove_prefix(characterLength(text));
+        text.remove_prefix(base::utf8Length(text));
     return std::string(kCut).append(text);
 }
 
@@ -150,7 +97,7 @@ std::string jsonString(std::string_view text) {
     std::string json = "\"";
     json.reserve(text.size() + 2);
     while (!text.empty()) {
-        const std::size_t length = characterLength(text);
+        const std::size_t length = base::utf8Length(text);
         if (length == 0) {
             json += kReplacement;
         } else {

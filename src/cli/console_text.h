@@ -8,12 +8,6 @@
 
 namespace corvalence::cli {
 
-/// Whether the bytes are well-formed UTF-8 (RFC 3629: no overlong forms, no surrogates).
-bool isUtf8(std::string_view text) noexcept;
-
-/// Code points of a UTF-8 text, bytes of any other.
-std::size_t countCharacters(std::string_view text) noexcept;
-
 enum class LineFeeds { Escape, Keep };
 
 /// A text that is safe on a terminal: control bytes, control characters U+0080 to U+009F and bytes that are

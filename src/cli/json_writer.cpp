@@ -1,5 +1,6 @@
 #include "cli/json_writer.h"
 
+#include "base/utf8.h"
 #include "cli/console_text.h"
 
 namespace corvalence::cli {
@@ -47,7 +48,7 @@ void JsonWriter::time(std::string_view name, base::FileTime value) {
 
 void JsonWriter::path(std::string_view name, std::string_view value) {
     text(name, value);
-    if (!isUtf8(value)) text(std::string(name) + "_base64", base64(value));
+    if (!base::isUtf8(value)) text(std::string(name) + "_base64", base64(value));
 }
 
 }  // namespace corvalence::cli

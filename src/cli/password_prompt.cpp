@@ -3,8 +3,6 @@
 #include <filesystem>
 #include <fstream>
 
-#include "cli/console_text.h"
-
 namespace corvalence::cli {
 
 namespace {
@@ -26,14 +24,6 @@ std::optional<crypto::SecretText> readLine(std::istream& in) {
 
 }  // namespace
 
-std::optional<std::string> findPasswordFault(std::string_view password) {
-    if (password.find('*') != std::string_view::npos) return "A password cannot hold the character \"*\".";
-    if (countCharacters(password) > core::kPasswordLimit) {
-        return "A password has " + std::to_string(core::kPasswordLimit) + " characters at the most.";
-    }
-    return std::nullopt;
-}
-
 std::optional<crypto::SecretText> PasswordPrompt::show(bool choosing, bool again) {
     const bool onTerminal = asksOnTerminal();
     const auto tell = [&](const std::string& text) {
@@ -49,7 +39,7 @@ std::optional<crypto::SecretText> PasswordPrompt::show(bool choosing, bool again
             if (!context_.platform.process.cancelRequested()) tell("no password was given");
             return std::nullopt;
         }
-        const auto fault = findPasswordFault(password->view());
+        const auto fault = core::findPasswordFault(password->view());
         if (!fault) return password;
         tell(*fault);
         if (!onTerminal) return std::nullopt;

@@ -23,7 +23,4 @@ class PasswordPrompt : public core::PasswordDialog {
     Context& context_;
 };
 
-/// Why a text cannot be a password; nothing where it can.
-std::optional<std::string> findPasswordFault(std::string_view password);
-
 }  // namespace corvalence::cli

@@ -1,8 +1,17 @@
 #include "core/password_stage.h"
 
+#include "base/utf8.h"
 #include "store/database_index.h"
 
 namespace corvalence::core {
+
+std::optional<std::string> findPasswordFault(std::string_view password) {
+    if (password.find('*') != std::string_view::npos) return "A password cannot hold the character \"*\".";
+    if (base::countCharacters(password) > kPasswordLimit) {
+        return "A password has " + std::to_string(kPasswordLimit) + " characters at the most.";
+    }
+    return std::nullopt;
+}
 
 PasswordResult provePassword(platform::Platform& platform, settings::Configuration& configuration,
                              crypto::WorkingFiles& working, PasswordDialog& dialog,

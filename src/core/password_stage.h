@@ -2,6 +2,8 @@
 
 #include <memory>
 #include <optional>
+#include <string>
+#include <string_view>
 
 #include "crypto/secret_text.h"
 #include "crypto/session.h"
@@ -12,6 +14,9 @@ namespace corvalence::core {
 /// Longest password, in characters; "*" cannot be part of one, since the masked entry takes it for a start
 /// anew.
 inline constexpr std::size_t kPasswordLimit = 128;
+
+/// Why a text cannot be a password; nothing where it can.
+std::optional<std::string> findPasswordFault(std::string_view password);
 
 class PasswordDialog {
   public:

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "base/utf8.h"
+
 namespace corvalence::test {
 namespace {
 
@@ -20,7 +22,7 @@ TEST_P(AnyBytes, areHarmlessOnATerminalAndInJson) {
     const TextCase& text = GetParam();
     EXPECT_EQ(cli::shown(text.bytes), text.shown);
     EXPECT_EQ(cli::jsonString(text.bytes), '"' + text.json + '"');
-    EXPECT_EQ(cli::isUtf8(text.bytes), text.isUtf8);
+    EXPECT_EQ(base::isUtf8(text.bytes), text.isUtf8);
 }
 
 INSTANTIATE_TEST_SUITE_P(
