@@ -1,6 +1,7 @@
 #pragma once
 
 #include <deque>
+#include <functional>
 #include <nlohmann/json.hpp>
 #include <optional>
 #include <string>
@@ -22,6 +23,8 @@ class ScriptedTerminal : public platform::Terminal {
     std::deque<std::string> secrets;
     std::deque<std::string> lines;
     std::string prompts;
+    /// What happens where the user types nothing any more.
+    std::function<void()> atEnd;
 
     bool isInteractive() override { return isThere; }
     bool inputIsTerminal() override { return isThere; }
@@ -35,7 +38,10 @@ class ScriptedTerminal : public platform::Terminal {
   private:
     std::optional<std::string> next(std::deque<std::string>& typed, const std::string& prompt) {
         prompts += prompt;
-        if (typed.empty()) return std::nullopt;
+        if (typed.empty()) {
+            if (atEnd) atEnd();
+            return std::nullopt;
+        }
         std::string line = typed.front();
         typed.pop_front();
         return line;

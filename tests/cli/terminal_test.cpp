@@ -69,6 +69,23 @@ TEST_F(AtATerminal, noAnswerAndNoChoiceIgnore) {
     EXPECT_EQ(console.terminal.prompts, "Password: ");
 }
 
+TEST_F(AtATerminal, aSignalAtTheQuestionAboutTheLastFileCancels) {
+    console.write("c", "new");
+    console.terminal.atEnd = [&] { console.process.cancelAt(1); };
+    for (const std::deque<std::string>& lines :
+         {std::deque<std::string>{"1", "1"}, std::deque<std::string>{"1", "1", "4"}}) {
+        const Outcome outcome = run({"check", "db", "--json"}, lines);
+        console.process.cancelAt(kNever);
+        EXPECT_EQ(outcome.code, 5);
+        const auto json = outcome.json();
+        EXPECT_EQ(json.at("cancelled"), true);
+        EXPECT_EQ(json.at("checked"), 3);
+        EXPECT_EQ(json.at("files")[2].at("action"), "ignored");
+        EXPECT_EQ(console.read("c"), "new");
+    }
+    EXPECT_EQ(run({"check", "db", "--on-change", "ignore", "--json"}, {}).json().at("changed"), 3);
+}
+
 TEST_F(AtATerminal, theListOfDatabasesIsNotRestoredOverItself) {
     run({"add", "db", console.home("Backup Files/Database Index")}, {});
     run({"check", "db", "--on-change", "restore"}, {});
