@@ -54,7 +54,7 @@ void writeText(Context& context, const Outcome& outcome, const std::string& repo
 }
 
 void writeJson(Context& context, const std::string& database, const Outcome& outcome) {
-    JsonWriter json(context.out);
+    JsonWriter& json = context.json;
     json.beginObject();
     json.path("database", database);
     json.number("added", outcome.added);
@@ -76,7 +76,12 @@ void writeJson(Context& context, const std::string& database, const Outcome& out
     json.end();
     json.flag("cancelled", outcome.isCancelled);
     json.flag("kept", outcome.isKept);
-    json.endAll();
+}
+
+void requireFolder(Context& context, const std::string& location) {
+    const auto status = context.platform.files.status(location, platform::Follow::Yes);
+    if (status && status->kind == platform::FileKind::Folder) return;
+    throw CommandEnd(ExitCode::Usage, location + "  is not a valid location.");
 }
 
 std::string reportLine(const files::AddReport& report) {
@@ -89,6 +94,8 @@ ExitCode runAdd(Context& context, const AddArguments& arguments) {
     if (arguments.paths.empty() && !arguments.location) {
         throw CommandEnd(ExitCode::Usage, "`add` takes the files' paths, or --location with a folder.");
     }
+    const std::string location = arguments.location ? absolutePath(context, *arguments.location) : "";
+    if (arguments.location) requireFolder(context, location);
     const auto run = startRun(context);
     auto database = openFileDatabase(context, *run, arguments.database);
     files::AddPipeline pipeline(run->vault(), database);
@@ -106,7 +113,7 @@ ExitCode runAdd(Context& context, const AddArguments& arguments) {
         outcome.take(std::move(report));
     }
     if (arguments.location && !outcome.isCancelled) {
-        files::AddReport report = pipeline.addLocation(absolutePath(context, *arguments.location), options);
+        files::AddReport report = pipeline.addLocation(location, options);
         reports += reportLine(report);
         outcome.take(std::move(report));
     }

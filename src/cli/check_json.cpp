@@ -24,7 +24,7 @@ std::string_view actionName(files::Reaction reaction, bool done) {
 /// where its old self went, joins its message.
 class CheckJson : public CheckReport {
   public:
-    explicit CheckJson(Context& context) : json_(context.out) {}
+    explicit CheckJson(Context& context) : json_(context.json) {}
 
     void begin(const store::OpenDatabaseContext& database) override {
         json_.beginObject();
@@ -79,7 +79,6 @@ class CheckJson : public CheckReport {
         json_.number("changed", counts.changed);
         json_.number("identical", counts.identical);
         json_.flag("cancelled", counts.cancelled);
-        json_.endAll();
     }
 
   private:
@@ -101,7 +100,7 @@ class CheckJson : public CheckReport {
         json_.end();
     }
 
-    JsonWriter json_;
+    JsonWriter& json_;
     std::string pendingPath_;  // of the changed file whose object is still open
     std::string pendingMessage_;
     std::vector<std::pair<std::string, std::string>> notes_;

@@ -35,17 +35,16 @@ void writeMembers(JsonWriter& json, const settings::ConfigurationKey& row, const
 }
 
 void writeKey(Context& context, const settings::ConfigurationKey& row, const std::string& text) {
-    JsonWriter json(context.out);
+    JsonWriter& json = context.json;
     json.beginObject();
     writeMembers(json, row, text);
-    json.endAll();
 }
 
 }  // namespace
 
 ExitCode runConfigList(Context& context) {
     requireInstallation(context);
-    JsonWriter json(context.out);
+    JsonWriter& json = context.json;
     if (context.options.json) {
         json.beginObject();
         json.beginArray("keys");
@@ -62,7 +61,6 @@ ExitCode runConfigList(Context& context) {
                                "\t" + std::string(row.meaning) + "\n";
         }
     }
-    json.endAll();
     return ExitCode::Done;
 }
 

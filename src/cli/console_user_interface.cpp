@@ -84,6 +84,7 @@ void ProgressLine::clear() {
 }
 
 void ConsoleUserInterface::message(platform::Icon icon, const std::string& text) {
+    lastText_ = text;
     if (manners_.quiet && icon == platform::Icon::Information) return;
     line_.clear();
     err_ << shown(text, LineFeeds::Keep) + "\n" << std::flush;
@@ -93,12 +94,18 @@ bool ConsoleUserInterface::ask(platform::Icon icon, const std::string& text, boo
     line_.clear();
     const bool isCancelled = process_.cancelRequested();
     if (!isCancelled && !manners_.answersYes && terminal_.isInteractive()) {
+        lastText_ = text;
         const auto answer = terminal_.readLine(shown(text, LineFeeds::Keep) + " [y/N] ");
         return answer || !process_.cancelRequested() ? isYes(answer) : unattended;
     }
     const bool answer = isCancelled ? unattended : manners_.answersYes || unattended;
     // What was decided without the user has to be told.
-    message(icon, text + (answer ? " [yes]" : " [no]"));
+    std::string told = text + (answer ? " [yes]" : " [no]");
+    if (!isCancelled && !answer) {
+        wasUnanswered_ = true;
+        told += "\nThere is no terminal to answer at; --yes answers yes.";
+    }
+    message(icon, told);
     return answer;
 }
 

@@ -52,6 +52,11 @@ class ConsoleUserInterface : public platform::UserInterface {
     /// Not shown: a command's results and messages say the same.
     void status(int pane, const std::string& text) override;
 
+    /// What was said or asked last.
+    const std::string& lastText() const noexcept { return lastText_; }
+    /// Whether a question was answered no because nobody was there to answer it.
+    bool wasUnanswered() const noexcept { return wasUnanswered_; }
+
     /// To be called before anything else is written to a terminal.
     void clearLine() { line_.clear(); }
 
@@ -61,6 +66,8 @@ class ConsoleUserInterface : public platform::UserInterface {
     std::ostream& err_;
     Manners manners_;
     ProgressLine line_;
+    std::string lastText_;
+    bool wasUnanswered_ = false;
 };
 
 }  // namespace corvalence::cli

@@ -9,6 +9,7 @@
 
 #include "cli/console_user_interface.h"
 #include "cli/exit_code.h"
+#include "cli/json_writer.h"
 #include "platform/platform.h"
 
 namespace corvalence::cli {
@@ -33,6 +34,9 @@ struct Context {
     std::istream& in;
     std::ostream& out;  // results
     std::ostream& err;  // everything else
+    /// The document of --json. What a command leaves open is closed behind it, with the error where it
+    /// failed.
+    JsonWriter& json;
 };
 
 /// Ends a command early: its exit code, and what is to be told on standard error, if it was not told yet.

@@ -29,13 +29,12 @@ ExitCode runCreate(Context& context, const CreateArguments& arguments) {
 
     const crypto::DigestKind& digest = crypto::digestKind(database->digest());
     if (context.options.json) {
-        JsonWriter json(context.out);
+        JsonWriter& json = context.json;
         json.beginObject();
         json.path("database", database->path());
         json.text("kind", kindName(database->record.kind));
         json.text("digest", digest.consoleName);
         json.number("number", database->backupNumber());
-        json.endAll();
     } else {
         context.out << shown(database->path()) + " created [" + std::string(digest.name) + "].\n";
     }

@@ -59,20 +59,22 @@ void writeLine(Context& context, const store::IndexRecord& record, State state) 
 
 ExitCode runDatabases(Context& context) {
     const auto run = startRun(context);
-    JsonWriter json(context.out);
+    JsonWriter& json = context.json;
     if (context.options.json) {
         json.beginObject();
         json.beginArray("databases");
     }
+    const auto endIfCancelled = [&] {
+        if (context.platform.process.cancelRequested()) throw CommandEnd(ExitCode::Cancelled);
+    };
     bool allVerify = true;
     for (const store::IndexRecord& record : store::DatabaseIndex(run->vault()).records()) {
-        if (context.platform.process.cancelRequested()) break;
+        endIfCancelled();
         const State state = stateOf(context, *run, record);
         allVerify = allVerify && state == State::Ok;
         context.options.json ? writeJson(json, record, state) : writeLine(context, record, state);
     }
-    json.endAll();
-    if (context.platform.process.cancelRequested()) return ExitCode::Cancelled;
+    endIfCancelled();
     return allVerify ? ExitCode::Done : ExitCode::Differences;
 }
 

@@ -17,15 +17,15 @@ ExitCode runDelete(Context& context, const DatabaseArguments& arguments) {
     schedule::ScheduleList schedule(run->vault());
     const bool deleted = store::deleteDatabase(run->vault(), store::OpenDatabaseContext{*record}, schedule);
     if (context.options.json) {
-        JsonWriter json(context.out);
+        JsonWriter& json = context.json;
         json.beginObject();
         json.path("database", record->path);
         json.flag("deleted", deleted);
-        json.endAll();
     } else if (!deleted) {
         context.out << "Nothing was deleted.\n";
     }
-    return !deleted && context.platform.process.cancelRequested() ? ExitCode::Cancelled : ExitCode::Done;
+    const bool isCancelled = context.platform.process.cancelRequested() || context.ui.wasUnanswered();
+    return !deleted && isCancelled ? ExitCode::Cancelled : ExitCode::Done;
 }
 
 }  // namespace corvalence::cli

@@ -31,7 +31,7 @@ Totals countFiles(core::Run& run, const store::OpenDatabaseContext& database) {
 
 void writeJson(Context& context, const store::IndexRecord& record, base::FileTime modified,
                const Totals& totals) {
-    JsonWriter json(context.out);
+    JsonWriter& json = context.json;
     json.beginObject();
     json.path("database", record.path);
     json.text("kind", kindName(record.kind));
@@ -41,7 +41,6 @@ void writeJson(Context& context, const store::IndexRecord& record, base::FileTim
     json.number("listed", totals.files);
     json.number("total_size", totals.bytes);
     json.text("digest", crypto::digestKind(record.digest).consoleName);
-    json.endAll();
 }
 
 void writeText(Context& context, const store::IndexRecord& record, base::FileTime modified,

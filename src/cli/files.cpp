@@ -31,7 +31,7 @@ ExitCode runFiles(Context& context, const DatabaseArguments& arguments) {
     const auto run = startRun(context);
     const auto database = openFileDatabase(context, *run, arguments.database);
     files::DatabaseCopy copy(run->vault(), database);
-    JsonWriter json(context.out);
+    JsonWriter& json = context.json;
     if (context.options.json) {
         json.beginObject();
         json.path("database", database.path());
@@ -39,9 +39,8 @@ ExitCode runFiles(Context& context, const DatabaseArguments& arguments) {
         json.beginArray("files");
     }
     files::RecordReader records = copy.records();
-    bool isCancelled = false;
-    for (std::string_view line; !isCancelled && records.next(line);) {
-        isCancelled = context.platform.process.cancelRequested();
+    for (std::string_view line; records.next(line);) {
+        if (context.platform.process.cancelRequested()) throw CommandEnd(ExitCode::Cancelled);
         const auto record = files::FileRecord::parse(line, crypto::digestKind(database.digest()).width);
         if (!record) continue;  // a check tells it as unchecked
         if (context.options.json) {
@@ -50,9 +49,8 @@ ExitCode runFiles(Context& context, const DatabaseArguments& arguments) {
             context.out << textLine(context.platform.clock, *record);
         }
     }
-    json.endAll();
     copy.discard();
-    return isCancelled ? ExitCode::Cancelled : ExitCode::Done;
+    return ExitCode::Done;
 }
 
 }  // namespace corvalence::cli

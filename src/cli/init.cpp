@@ -34,11 +34,10 @@ ExitCode runInit(Context& context) {
             break;
     }
     if (context.options.json) {
-        JsonWriter json(context.out);
+        JsonWriter& json = context.json;
         json.beginObject();
         json.path("home", root);
         json.flag("installed", true);
-        json.endAll();
     } else {
         context.out << "Installation made in " + shown(root) +
                            "\nThe password is chosen with the first database.\n";

@@ -16,6 +16,7 @@ void JsonWriter::begin(std::string_view name, char opening, char closing) {
     raw(name, std::string_view(&opening, 1));
     closings_.push_back(closing);
     isFirst_ = true;
+    wasBegun_ = true;
 }
 
 void JsonWriter::beginObject(std::string_view name) {
@@ -36,6 +37,13 @@ void JsonWriter::end() {
 void JsonWriter::endAll() {
     while (!closings_.empty())
         end();
+}
+
+bool JsonWriter::backToOutermost() {
+    if (!wasBegun_) beginObject();
+    while (closings_.size() > 1)
+        end();
+    return !closings_.empty();
 }
 
 void JsonWriter::text(std::string_view name, std::string_view value) {

@@ -15,8 +15,6 @@ namespace corvalence::cli {
 class JsonWriter {
   public:
     explicit JsonWriter(std::ostream& out) : out_(out) {}
-    /// A document that a failure broke off is still well formed.
-    ~JsonWriter() { endAll(); }
     JsonWriter(const JsonWriter&) = delete;
     JsonWriter& operator=(const JsonWriter&) = delete;
 
@@ -26,6 +24,10 @@ class JsonWriter {
     void end();
     /// Ends everything that is open.
     void endAll();
+    bool wasBegun() const noexcept { return wasBegun_; }
+    /// Ends what is open within the outermost, or begins an object where nothing was begun: from there on the
+    /// outermost takes members. False where the document is complete.
+    bool backToOutermost();
 
     void text(std::string_view name, std::string_view value);
     void number(std::string_view name, std::integral auto value) { raw(name, std::to_string(value)); }
@@ -42,6 +44,7 @@ class JsonWriter {
     std::ostream& out_;
     std::string closings_;
     bool isFirst_ = true;
+    bool wasBegun_ = false;
 };
 
 }  // namespace corvalence::cli

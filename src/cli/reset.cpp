@@ -11,15 +11,15 @@ ExitCode runReset(Context& context) {
     const auto lock = lockInstallation(context, configuration.folder(settings::key::kInstallDirectory));
     const bool isReset = core::reset(context.platform, configuration);
     if (context.options.json) {
-        JsonWriter json(context.out);
+        JsonWriter& json = context.json;
         json.beginObject();
         json.flag("reset", isReset);
-        json.endAll();
     } else {
         context.out << (isReset ? "The password is chosen anew with the next database.\n"
                                 : "Nothing was reset.\n");
     }
-    return !isReset && context.platform.process.cancelRequested() ? ExitCode::Cancelled : ExitCode::Done;
+    const bool isCancelled = context.platform.process.cancelRequested() || context.ui.wasUnanswered();
+    return !isReset && isCancelled ? ExitCode::Cancelled : ExitCode::Done;
 }
 
 }  // namespace corvalence::cli

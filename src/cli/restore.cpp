@@ -32,7 +32,7 @@ void writeText(Context& context, const files::RestoreResult& result) {
 
 void writeJson(Context& context, const std::string& database, const std::string& file,
                const files::RestoreResult& result) {
-    JsonWriter json(context.out);
+    JsonWriter& json = context.json;
     json.beginObject();
     json.path("database", database);
     json.path("path", file);
@@ -43,7 +43,6 @@ void writeJson(Context& context, const std::string& database, const std::string&
         json.text({}, note);
     json.end();
     result.movedTo.empty() ? json.null("moved_to") : json.path("moved_to", result.movedTo);
-    json.endAll();
 }
 
 }  // namespace

@@ -161,7 +161,9 @@ TEST(DayAtWork, addTellsWhatItDidNotTake) {
                 HasSubstr("1 File successfully added to the database.\n\n1 File listed previously.\n"));
     EXPECT_THAT(console.run({"add", "db", "--location", ".", "--notify-listed"}).err,
                 HasSubstr("previously listed"));
-    EXPECT_EQ(console.run({"add", "db", "--location", "a"}).code, 1);  // no folder
+    // Neither a file nor nothing is a folder; the paths beside it are not added either.
+    for (const char* none : {"a", "none", ""})
+        EXPECT_EQ(console.run({"add", "db", "a", "--location", none}).code, 2) << none;
 }
 
 TEST(DayAtWork, aCancelledAddKeepsWhatIsComplete) {
@@ -209,8 +211,15 @@ TEST(DayAtWork, aQuestionWithoutAUserIsAnsweredNo) {
     Console console;
     console.write("a", "1");
     console.begin();
-    EXPECT_EQ(console.done({"delete", "db"}).out, "Nothing was deleted.\n");
-    EXPECT_EQ(console.done({"reset"}).out, "Nothing was reset.\n");
+    for (const auto& [command, result] :
+         {std::pair(std::vector<std::string>{"delete", "db"}, "Nothing was deleted.\n"),
+          std::pair(std::vector<std::string>{"reset"}, "Nothing was reset.\n")}) {
+        const Outcome unanswered = console.run(command);
+        EXPECT_EQ(unanswered.code, 5);
+        EXPECT_EQ(unanswered.out, result);
+        EXPECT_THAT(unanswered.err,
+                    HasSubstr(" [no]\nThere is no terminal to answer at; --yes answers yes.\n"));
+    }
     console.done({"check", "db"});
 
     console.done({"reset", "--yes"});

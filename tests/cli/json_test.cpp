@@ -113,9 +113,8 @@ TEST(Json, ofTheOtherCommands) {
     EXPECT_EQ(console.done({"config", "get", "page-size", "--json"}).json(),
               (json{{"key", "Config15"}, {"name", "page-size"}, {"text", "10000"}}));
     EXPECT_EQ(console.done({"config", "list", "--json"}).json().at("keys").size(), 35U);
-    EXPECT_EQ(console.done({"delete", "db", "--json"}).json(),
-              (json{{"database", path}, {"deleted", false}}));
-    EXPECT_EQ(console.done({"reset", "--json"}).json(), (json{{"reset", false}}));
+    EXPECT_EQ(console.run({"delete", "db", "--json"}).json(), (json{{"database", path}, {"deleted", false}}));
+    EXPECT_EQ(console.run({"reset", "--json"}).json(), (json{{"reset", false}}));
 }
 
 TEST(Json, namesOfAnyBytesStayExact) {
@@ -130,7 +129,34 @@ TEST(Json, namesOfAnyBytesStayExact) {
         EXPECT_EQ(entry.at("path_base64"), cli::base64(console.path("\xFF\"\\\x01")));
 }
 
-TEST(Json, aDocumentThatFailsOnItsWayIsWellFormed) {
+TEST(Json, ofACommandThatFailsHoldsTheError) {
+    Console console;
+    const auto errorOf = [&](std::vector<std::string> command, int code) {
+        command.push_back("--json");
+        const Outcome outcome = console.run(command);
+        EXPECT_EQ(outcome.code, code) << command[0];
+        const json document = outcome.json();
+        EXPECT_EQ(members(document), std::vector<std::string>{"error"}) << command[0];
+        const std::string message = document.at("error").at("message");
+        EXPECT_THAT(outcome.err, testing::HasSubstr(message));
+        return message;
+    };
+    EXPECT_THAT(errorOf({"databases"}, 3), testing::HasSubstr("There is no installation here."));
+    console.write("a", "1");
+    console.begin();
+    EXPECT_THAT(errorOf({"create", "file-contents", "db"}, 4), testing::HasSubstr("already exists."));
+    EXPECT_THAT(errorOf({"check", "nodb"}, 2), testing::HasSubstr("is not a valid database."));
+    EXPECT_THAT(errorOf({"config", "set", "Config15", "1"}, 2), testing::HasSubstr("a whole number"));
+    console.input = "wrong\n";
+    EXPECT_EQ(errorOf({"files", "db"}, 3), "refused");
+    console.input = "secret\n";
+    console.process.cancelAt(2);
+    const json cancelled = console.run({"databases", "--json"}).json();
+    EXPECT_EQ(cancelled.at("error").at("message"), "Cancelled.");
+    EXPECT_TRUE(cancelled.at("error").at("reason").is_null());
+}
+
+TEST(Json, aDocumentThatFailsOnItsWayIsWholeAndHoldsTheError) {
     Console console;
     console.write("a", "1");
     console.write("b", "1");
@@ -145,9 +171,11 @@ TEST(Json, aDocumentThatFailsOnItsWayIsWellFormed) {
     for (std::uint64_t at = 1; at <= last; ++at) {
         console.faults.failAt(at);
         const Outcome outcome = console.run({"check", "db", "--json", "--on-change", "ignore"});
-        if (outcome.code != 4 || outcome.out.empty()) continue;
-        brokeOff = true;
-        EXPECT_FALSE(outcome.json().contains("listed"));
+        if (outcome.code != 4) continue;
+        const json document = outcome.json();
+        EXPECT_FALSE(document.contains("listed"));
+        EXPECT_EQ(document.at("error").at("reason"), "DiskFull.");
+        brokeOff = brokeOff || document.contains("files");
     }
     EXPECT_TRUE(brokeOff);
 }

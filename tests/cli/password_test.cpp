@@ -35,7 +35,7 @@ TEST_P(FromStandardInput, theFirstLineIsThePassword) {
     console.done({"databases"});
     for (const char* wrong : {"other\n", "secre\n", "secret \n"}) {
         console.input = wrong;
-        const Outcome refused = console.run({"databases", "--json"});
+        const Outcome refused = console.run({"databases"});
         EXPECT_EQ(refused.code, 3);
         EXPECT_EQ(refused.err, "refused\n");
         EXPECT_EQ(refused.out, "");

@@ -95,7 +95,9 @@ TEST_F(AtATerminal, theListOfDatabasesIsNotRestoredOverItself) {
 }
 
 TEST_F(AtATerminal, questionsTakeYesForAnAnswer) {
-    EXPECT_EQ(run({"delete", "db"}, {""}).out, "Nothing was deleted.\n");
+    const Outcome unwanted = run({"delete", "db"}, {""});
+    EXPECT_EQ(unwanted.code, 0);  // an answer, as any other
+    EXPECT_EQ(unwanted.out, "Nothing was deleted.\n");
     EXPECT_THAT(console.terminal.prompts,
                 HasSubstr("Are you sure you would like to delete this database, its "
                           "backup, and the backups of the files listed within it? [y/N] "));
