@@ -2,6 +2,7 @@
 #include "cli/console_text.h"
 #include "cli/json_writer.h"
 #include "cli/session.h"
+#include "core/installation.h"
 #include "settings/configuration_change.h"
 
 namespace corvalence::cli {
@@ -20,6 +21,13 @@ const settings::ConfigurationKey& findKey(const std::string& name) {
 std::string presentRoot(Context& context, const settings::Configuration& configuration) {
     const std::string root = configuration.folder(key::kInstallDirectory);
     return context.platform.files.status(root, platform::Follow::Yes) ? root : context.dataRoot;
+}
+
+/// What --home names has to stay the installation's own folder.
+void requireOwnRoot(Context& context, const settings::ConfigurationKey& row, const std::string& text) {
+    if (row.name != key::kInstallDirectory || !context.options.home) return;
+    if (core::isSameFolder(context.platform, text, context.dataRoot)) return;
+    throw CommandEnd(ExitCode::Usage, text + " is not the folder that --home names.");
 }
 
 std::string effectiveText(Context& context, const settings::ConfigurationKey& row) {
@@ -86,6 +94,7 @@ ExitCode runConfigSet(Context& context, const ConfigArguments& arguments) {
     const auto lock = lockInstallation(context, presentRoot(context, configuration));
     if (const auto fault = settings::findChangeFault(context.platform, row, text))
         throw CommandEnd(ExitCode::Usage, *fault);
+    requireOwnRoot(context, row, text);
     if (!configuration.write(row.name, text)) return ExitCode::Failed;
     if (context.options.json) writeKey(context, row, text);
     return ExitCode::Done;

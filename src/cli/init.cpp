@@ -9,6 +9,7 @@ namespace corvalence::cli {
 namespace {
 
 [[noreturn]] void refuseExisting(Context& context) {
+    refuseMovedInstallation(context);
     const settings::Configuration configuration(context.platform.settings, context.ui);
     throw CommandEnd(ExitCode::Refused, "There is an installation already, in " +
                                             configuration.folder(settings::key::kInstallDirectory) +
@@ -20,6 +21,7 @@ namespace {
 ExitCode runInit(Context& context) {
     const std::string& root = context.dataRoot;
     if (core::isInstalled(context.platform)) refuseExisting(context);
+    requireAdministrator(context);  // before anything is made
     context.platform.files.createFolder(root);
     const auto lock = lockInstallation(context, root);
     switch (core::install(context.platform, root)) {

@@ -22,9 +22,6 @@ constexpr std::array<std::pair<store::DatabaseKind, std::string_view>, 5> kKinds
 
 [[noreturn]] void endWith(Context& context, core::StartResult result) {
     switch (result) {
-        case core::StartResult::NoInstallation:
-            requireInstallation(context);
-            break;
         case core::StartResult::Cancelled:
             throw CommandEnd(ExitCode::Cancelled);
         case core::StartResult::AlreadyRunning:
@@ -47,8 +44,26 @@ std::string joined(const std::vector<store::IndexRecord>& records) {
 
 }  // namespace
 
+void refuseMovedInstallation(Context& context) {
+    if (!context.options.home || core::isInstalledIn(context.platform, context.dataRoot)) return;
+    const std::string made = settings::Configuration(context.platform.settings, context.ui)
+                                 .folder(settings::key::kInstallDirectory);
+    std::string text =
+        context.dataRoot + " holds an installation that was copied or moved from " + made +
+        ". Its databases are sealed for that place and open nowhere else. Nothing was changed.\n";
+    if (context.platform.files.status(made, platform::Follow::Yes)) {
+        text += "Work on the one there with:  corvalencectl --home " + made + " COMMAND\n";
+    } else {
+        text += "Move it back, or let a symbolic link at that place lead here.\n";
+    }
+    throw CommandEnd(ExitCode::Refused, text + "A new one is made with:  corvalencectl --home DIR init");
+}
+
 void requireInstallation(Context& context) {
-    if (core::isInstalled(context.platform)) return;
+    if (core::isInstalled(context.platform)) {
+        refuseMovedInstallation(context);
+        return;
+    }
     const std::string home = context.options.home ? " --home " + *context.options.home : "";
     if (context.platform.settings.exists()) {
         throw CommandEnd(
@@ -61,6 +76,11 @@ void requireInstallation(Context& context) {
                      "There is no installation here. Make one with:  corvalencectl" + home + " init");
 }
 
+void requireAdministrator(Context& context) {
+    const auto result = core::Run::proveAdministrator(context.platform);
+    if (result != core::StartResult::Ready) endWith(context, result);
+}
+
 std::unique_ptr<platform::InstanceLock> lockInstallation(Context& context, const std::string& root) {
     std::unique_ptr<platform::InstanceLock> lock;
     const auto result = core::Run::lock(context.platform, root, context.options.wait, lock);
@@ -69,6 +89,7 @@ std::unique_ptr<platform::InstanceLock> lockInstallation(Context& context, const
 }
 
 std::unique_ptr<core::Run> startRun(Context& context) {
+    requireInstallation(context);
     PasswordPrompt prompt(context);
     std::unique_ptr<core::Run> run;
     const auto result = core::Run::start(context.platform, prompt, context.options.wait, run);

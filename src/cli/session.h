@@ -12,8 +12,13 @@ namespace corvalence::cli {
 
 // The first steps that commands have in common. Each throws CommandEnd where the command ends there.
 
-/// Refused where the settings name no installation.
+/// Refused where the settings name no installation, or one that was copied or moved.
 void requireInstallation(Context& context);
+
+/// Refused where --home names a folder whose settings are those of an installation elsewhere.
+void refuseMovedInstallation(Context& context);
+
+void requireAdministrator(Context& context);
 
 /// The lock of the installation in `root`, for commands that need no password.
 std::unique_ptr<platform::InstanceLock> lockInstallation(Context& context, const std::string& root);

@@ -50,6 +50,19 @@ bool isInstalled(platform::Platform& platform) {
     return root && !root->empty();
 }
 
+bool isSameFolder(platform::Platform& platform, const std::string& a, const std::string& b) {
+    const auto first = platform.files.status(a, platform::Follow::Yes);
+    const auto second = platform.files.status(b, platform::Follow::Yes);
+    return first && second && first->kind == platform::FileKind::Folder &&
+           first->identity == second->identity;
+}
+
+bool isInstalledIn(platform::Platform& platform, const std::string& folder) {
+    const settings::Configuration configuration(platform.settings, platform.ui);
+    return isInstalled(platform) &&
+           isSameFolder(platform, configuration.folder(key::kInstallDirectory), folder);
+}
+
 InstallResult install(platform::Platform& platform, const std::string& root) {
     if (isInstalled(platform)) return InstallResult::AlreadyInstalled;
     if (!base::isRecordPath(root)) throw base::FileFailure(base::Cause::BadPath, 0, root);

@@ -10,6 +10,14 @@ namespace corvalence::core {
 /// Whether the settings name an installation.
 bool isInstalled(platform::Platform& platform);
 
+/// Whether the two paths lead to one folder.
+bool isSameFolder(platform::Platform& platform, const std::string& a, const std::string& b);
+
+/// Whether the installation that the settings name is the one in `folder`, by whatever path. A copy's
+/// settings name the folder that it was copied from, and databases are sealed for the paths where they were
+/// made: such an installation must not be worked on.
+bool isInstalledIn(platform::Platform& platform, const std::string& folder);
+
 enum class InstallResult {
     Installed,
     AlreadyInstalled,  // settings are there; nothing was touched

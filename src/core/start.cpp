@@ -16,6 +16,16 @@ Run::Run(platform::Platform& platform, const std::string& root)
       configuration_(platform.settings, platform.ui),
       working_(platform.files, std::string(root).append(kWorkingFilesJournal), platform.paths) {}
 
+StartResult Run::proveAdministrator(platform::Platform& platform) {
+    if (platform.process.isAdministrator()) return StartResult::Ready;
+    platform.ui.message(
+        platform::Icon::Stop,
+        "Corvalence needs to be run from an Administrator account.\n\nIf you require a version "
+        "that can be run from other accounts, contact Halvern Works \n\n"
+        "support@halvernworks.example");
+    return StartResult::NotAdministrator;
+}
+
 StartResult Run::lock(platform::Platform& platform, const std::string& root, std::chrono::milliseconds wait,
                       std::unique_ptr<platform::InstanceLock>& lock) {
     lock = platform.process.lockInstallation(root, wait);
@@ -24,15 +34,7 @@ StartResult Run::lock(platform::Platform& platform, const std::string& root, std
         platform.ui.message(platform::Icon::Information, "Corvalence is already running.");
         return StartResult::AlreadyRunning;
     }
-    if (!platform.process.isAdministrator()) {
-        platform.ui.message(
-            platform::Icon::Stop,
-            "Corvalence needs to be run from an Administrator account.\n\nIf you require a version "
-            "that can be run from other accounts, contact Halvern Works \n\n"
-            "support@halvernworks.example");
-        return StartResult::NotAdministrator;
-    }
-    return StartResult::Ready;
+    return proveAdministrator(platform);
 }
 
 StartResult Run::start(platform::Platform& platform, PasswordDialog& dialog, std::chrono::milliseconds wait,

@@ -30,6 +30,9 @@ class Run {
     static StartResult start(platform::Platform& platform, PasswordDialog& dialog,
                              std::chrono::milliseconds wait, std::unique_ptr<Run>& run);
 
+    /// Ready where the user is an administrator; told, and NotAdministrator, where not.
+    static StartResult proveAdministrator(platform::Platform& platform);
+
     /// The first steps alone, for what needs no password: lock and administrator test on `root`.
     static StartResult lock(platform::Platform& platform, const std::string& root,
                             std::chrono::milliseconds wait, std::unique_ptr<platform::InstanceLock>& lock);

@@ -68,22 +68,18 @@ TEST_F(Config, whatAKeyCannotHaveIsRefused) {
     EXPECT_EQ(set("Config1", "-"), 0);
 }
 
-TEST_F(Config, foldersAreStoredWholeAndAnInstallationCanMove) {
+TEST_F(Config, foldersAreStoredWhole) {
     std::filesystem::create_directory(console.path("changed"));
     EXPECT_EQ(set("changed-folder", "./changed/"), 0);
     EXPECT_EQ(get("Changed Files Directory"), console.path("changed/\n"));
-    const std::string elsewhere = console.folder / "elsewhere";
-    std::filesystem::rename(console.home(), elsewhere);
-    const auto command = [&](std::vector<std::string> arguments) {
-        arguments.insert(arguments.begin(), {"--home", elsewhere});
-        return console.done(std::move(arguments));
+    std::filesystem::create_directory_symlink(console.home(), console.path("link"));
+    const auto setRoot = [&](const std::string& root) {
+        return console.run({"--home", console.home(), "config", "set", "data-root", root}).code;
     };
-    command({"config", "set", "data-root", elsewhere});
-    command({"config", "set", "backup-folder", elsewhere + "/Backup Files"});
-    command({"config", "set", "schedule-folder", elsewhere + "/Checking Schedule"});
-    command({"create", "file-contents", "db"});
-    EXPECT_TRUE(console.folder.has("elsewhere/Databases/db"));
-    EXPECT_FALSE(console.folder.has("home"));
+    EXPECT_EQ(setRoot("link"), 0);
+    EXPECT_EQ(get("data-root"), console.path("link/\n"));
+    EXPECT_EQ(setRoot("changed"), 2);  // --home would not find its way back
+    EXPECT_EQ(set("data-root", "changed"), 0);
 }
 
 TEST_F(Config, theCompleteWalkTakesHiddenNames) {

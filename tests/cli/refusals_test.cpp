@@ -87,8 +87,42 @@ TEST(Refusals, initTouchesNothingThatIsThere) {
     console.done({"check", "db"});
 }
 
+TEST(Refusals, aCopyOrAMovedInstallationIsNotWorkedOn) {
+    Console console;
+    console.write("a", "1");
+    console.begin();
+    const auto expectRefusals = [&](const std::string& root, const std::string& hint) {
+        for (const std::vector<std::string>& command : {std::vector<std::string>{"databases"},
+                                                        {"check", "db"},
+                                                        {"init"},
+                                                        {"config", "get", "Config1"},
+                                                        {"config", "set", "data-root", root},
+                                                        {"reset", "--yes"}}) {
+            std::vector<std::string> arguments = {"--home", root};
+            arguments.insert(arguments.end(), command.begin(), command.end());
+            const Outcome outcome = console.run(arguments);
+            EXPECT_EQ(outcome.code, 3) << command[0];
+            EXPECT_THAT(outcome.err,
+                        testing::AllOf(HasSubstr("copied or moved from " + console.home()), HasSubstr(hint)));
+        }
+    };
+    std::filesystem::copy(console.home(), console.path("copy"), std::filesystem::copy_options::recursive);
+    expectRefusals(console.path("copy"), "corvalencectl --home " + console.home());
+    console.done({"--home", console.home(), "check", "db"});
+
+    std::filesystem::rename(console.home(), console.path("moved"));
+    expectRefusals(console.path("moved"), "a symbolic link at that place");
+    std::filesystem::create_directory_symlink(console.path("moved"), console.folder / "home");
+    console.done({"--home", console.path("moved"), "check", "db"});
+    console.done({"--home", console.home(), "check", "db"});
+}
+
 TEST(Refusals, forAdministratorsAndOneAtATime) {
     Console console;
+    console.process.hasRights = false;
+    EXPECT_EQ(console.run({"init"}).code, 3);
+    EXPECT_FALSE(console.folder.has("home"));
+    console.process.hasRights = true;
     console.begin();
     console.process.hasRights = false;
     const Outcome refused = console.run({"databases"});
