@@ -9,6 +9,10 @@ target_include_directories(corvalence_flags INTERFACE ${PROJECT_SOURCE_DIR}/src)
 target_compile_options(corvalence_flags INTERFACE
     -Wall -Wextra -Wpedantic -Wconversion -Wsign-conversion -Wshadow -Wold-style-cast -Werror
     -fstack-protector-strong)
+if(MINGW)
+    # One .exe that needs nothing but the system.
+    target_link_options(corvalence_flags INTERFACE -static -fstack-protector-strong)
+endif()
 target_compile_definitions(corvalence_flags INTERFACE CORVALENCE_VERSION="${PROJECT_VERSION}")
 
 if(CORVALENCE_SANITIZE)

@@ -2,13 +2,13 @@
 
 #include "fuzz_target.h"
 #include "memory_file_system.h"
-#include "platform/linux/json_settings_store.h"
+#include "platform/json_settings_store.h"
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     using namespace corvalence;
     fuzz::MemoryFileSystem files;
     files.put("settings.json", {data, size});
-    platform::linux_system::JsonSettingsStore store(files, "settings.json");
+    platform::JsonSettingsStore store(files, "settings.json");
     const std::string key = "Software\\Corvalence\\Config5";
     const std::string other = "Software\\Corvalence\\Config17";
     const auto before = store.read(other);

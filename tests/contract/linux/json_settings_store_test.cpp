@@ -1,4 +1,4 @@
-#include "platform/linux/json_settings_store.h"
+#include "platform/json_settings_store.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -15,7 +15,7 @@ constexpr const char* kKey = "Software\\Corvalence\\Config5";
 class JsonSettings : public testing::Test {
   protected:
     TestPlatform world_;
-    platform::linux_system::JsonSettingsStore store_{world_.files, world_.folder / "config/settings.json"};
+    platform::JsonSettingsStore store_{world_.files, world_.folder / "config/settings.json"};
 };
 
 TEST_F(JsonSettings, thatAreDamagedReadAsNothingAndAreNeverOverwritten) {

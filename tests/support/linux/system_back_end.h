@@ -6,7 +6,7 @@
 #include <string>
 
 #include "base/path_rules.h"
-#include "platform/linux/json_settings_store.h"
+#include "platform/json_settings_store.h"
 #include "platform/linux/linux_access_control.h"
 #include "platform/linux/linux_clock.h"
 #include "platform/linux/linux_file_system.h"
@@ -35,6 +35,6 @@ inline std::string quickFolder() {
 }
 
 /// The settings store of this system, in a file or below a name of its own.
-using SystemSettingsStore = platform::linux_system::JsonSettingsStore;
+using SystemSettingsStore = platform::JsonSettingsStore;
 
 }  // namespace corvalence::test

@@ -9,7 +9,7 @@
 #include <stdexcept>
 
 #include "cli/program.h"
-#include "platform/linux/json_settings_store.h"
+#include "platform/json_settings_store.h"
 #include "platform/linux/linux_access_control.h"
 #include "platform/linux/linux_clock.h"
 #include "platform/linux/linux_file_system.h"
@@ -61,7 +61,8 @@ cli::Place openPlace(LinuxFileSystem& files, const base::PathRules& paths,
         settings = userFolder("XDG_CONFIG_HOME", "/.config") + kProductFolder;
     }
     return {paths.withSeparator(paths.absolute(dataRoot, "/")),
-            std::make_unique<JsonSettingsStore>(files, paths.absolute(settings + "settings.json", "/"))};
+            std::make_unique<platform::JsonSettingsStore>(files,
+                                                          paths.absolute(settings + "settings.json", "/"))};
 }
 
 }  // namespace

@@ -1,11 +1,10 @@
-#include "platform/linux/json_settings_store.h"
+#include "platform/json_settings_store.h"
 
 #include <nlohmann/json.hpp>
 
 #include "platform/file_copy.h"
-#include "platform/linux/status_query.h"
 
-namespace corvalence::platform::linux_system {
+namespace corvalence::platform {
 
 namespace {
 
@@ -58,7 +57,7 @@ bool JsonSettingsStore::exists() {
 }
 
 void JsonSettingsStore::replace(const std::string& text) {
-    files_.createFolder(folderOf(path_));
+    if (const auto folder = paths_.folder(path_); !folder.empty()) files_.createFolder(std::string(folder));
     const std::string beside = path_ + ".new";
     if (files_.status(beside, Follow::No)) {
         // Left by a program that was ended while writing: one that still writes holds it, and this open
@@ -79,4 +78,4 @@ void JsonSettingsStore::replace(const std::string& text) {
     }
 }
 
-}  // namespace corvalence::platform::linux_system
+}  // namespace corvalence::platform

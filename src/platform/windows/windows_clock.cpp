@@ -1,0 +1,35 @@
+#include "platform/windows/windows_clock.h"
+
+#include <thread>
+
+namespace corvalence::platform::windows_system {
+
+base::FileTime WindowsClock::now() {
+    FILETIME time{};
+    ::GetSystemTimePreciseAsFileTime(&time);
+    return {(std::uint64_t{time.dwHighDateTime} << 32) | time.dwLowDateTime};
+}
+
+base::LocalTime WindowsClock::local(base::FileTime time) {
+    const FILETIME wanted{static_cast<DWORD>(time.ticks & 0xFFFF'FFFFU),
+                          static_cast<DWORD>(time.ticks >> 32)};
+    SYSTEMTIME universal{};
+    SYSTEMTIME local{};
+    TIME_ZONE_INFORMATION zone{};
+    if (!::FileTimeToSystemTime(&wanted, &universal) ||
+        !::GetTimeZoneInformationForYear(universal.wYear, zone_ ? &*zone_ : nullptr, &zone) ||
+        !::SystemTimeToTzSpecificLocalTime(&zone, &universal, &local)) {
+        return {};
+    }
+    return {local.wYear, local.wMonth, local.wDay, local.wHour, local.wMinute, local.wSecond};
+}
+
+std::chrono::milliseconds WindowsClock::elapsed() {
+    return std::chrono::milliseconds(::GetTickCount64());
+}
+
+void WindowsClock::sleep(std::chrono::milliseconds time) {
+    std::this_thread::sleep_for(time);
+}
+
+}  // namespace corvalence::platform::windows_system

@@ -1,0 +1,57 @@
+#!/usr/bin/env bash
+# Runs programs built for Windows under Wine, in a system of their own that needs no display.
+#
+#   wine.sh start BUILD               a fresh system for that build folder, kept ready until it is stopped
+#   wine.sh run BUILD PROGRAM ...     runs a program in it; starts it where that was not done
+#   wine.sh stop BUILD                ends everything that runs in it and removes it
+set -euo pipefail
+
+command=$1
+build=$(realpath -m -- "$2")
+shift 2
+export WINEPREFIX=$build/wine
+export WINEDEBUG=-all
+# Nothing asks whether to fetch what Wine comes without, and a program that crashes ends.
+export WINEDLLOVERRIDES='mscoree,mshtml,winedbg.exe,winemenubuilder.exe='
+unset DISPLAY WAYLAND_DISPLAY
+loader=$(command -v wine64 || echo /usr/lib/wine/wine64)
+server=$(command -v wineserver64 || echo /usr/lib/wine/wineserver64)
+# Where tests make their folders: in memory, as they bring every file to the device. Wine leaves TEMP as it is.
+memory=/dev/shm
+[ -w "$memory" ] || memory=/tmp
+
+start() {
+    stop
+    mkdir -p "$WINEPREFIX"
+    # From a folder that stays: it keeps the one it is started in.
+    (cd / && "$server" -p)
+    "$loader" wineboot --init >/dev/null 2>&1
+    "$loader" reg add 'HKCU\Software\Wine' /v Version /d win10 /f >/dev/null 2>&1
+    local folder
+    folder=$(mktemp -d "$memory/corvalence-wine-XXXXXX")
+    ln -s "$folder" "$WINEPREFIX/dosdevices/t:"
+}
+
+stop() {
+    [ -d "$WINEPREFIX" ] || return 0
+    "$server" -k || true # it is not running
+    "$server" -w || true
+    case $(readlink "$WINEPREFIX/dosdevices/t:" || true) in
+    "$memory"/corvalence-wine-*) rm -rf "$(readlink "$WINEPREFIX/dosdevices/t:")" ;;
+    esac
+    rm -rf "$WINEPREFIX"
+}
+
+case $command in
+start) start ;;
+stop) stop ;;
+run)
+    [ -e "$WINEPREFIX/dosdevices/t:" ] || start
+    export CORVALENCE_TEST_FOLDER='T:\'
+    exec "$loader" "$@"
+    ;;
+*)
+    echo "wine.sh start|run|stop BUILD ..." >&2
+    exit 2
+    ;;
+esac
