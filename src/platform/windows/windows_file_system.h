@@ -30,6 +30,8 @@ class WindowsFileSystem : public FileSystem {
     void remove(const std::string& path) override;
     void createFolder(const std::string& path) override;
 
+    bool isPseudo(const std::string&) override { return false; }
+
     /// The system counts 255 units of UTF-16, which any name of 255 bytes keeps within.
     std::size_t nameLimit() const noexcept override;
     bool isNameTaken(const base::FileFailure& failure) const noexcept override;
