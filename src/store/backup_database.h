@@ -1,20 +1,42 @@
 #pragma once
 
+#include <optional>
 #include <string>
+#include <vector>
 
+#include "base/file_failure.h"
 #include "base/path_rules.h"
 #include "settings/configuration.h"
+#include "store/index_record.h"
 #include "store/vault.h"
 
 namespace corvalence::store {
+
+/// The place of a backup database holds something else. what() says what.
+class BackupPlaceTaken : public base::FileFailure {
+  public:
+    BackupPlaceTaken(const std::string& backup, const std::string& reason);
+};
 
 /// Where the backup database of `database` lies: beside it or in the folder of Config3, the suffix of Config1
 /// put before the last full stop of the file name, or behind a name that has none.
 std::string backupDatabasePath(const std::string& database, const settings::Configuration& configuration,
                                const base::PathRules& paths);
 
+/// The path of the database among `records`, other than `database`, that `path` belongs to: as its own file
+/// or as its backup database. The configuration decides anew where each backup lies, so that a change of it
+/// can bring two databases to one place.
+std::optional<std::string> findClaimant(const Vault& vault, const std::vector<IndexRecord>& records,
+                                        const std::string& database, const std::string& path);
+
+/// Whether the file at `path` holds sealed data of `database`, of whatever age: its beginning unseals to text
+/// under the session's key and the database's chain value. An empty file holds nobody's data and counts as
+/// the database's. False for anything but a regular file. Throws base::FileFailure.
+bool holdsDataOf(const Vault& vault, const std::string& database, const std::string& path);
+
 /// With Config2 at 1, copies the database over its backup database: beside it, flushed, renamed. Throws
-/// base::FileFailure; the old backup is then as it was.
+/// BackupPlaceTaken where another database or a foreign file is there, base::FileFailure; what is there is
+/// then as it was.
 void writeBackupDatabase(Vault& vault, const std::string& database);
 
 }  // namespace corvalence::store

@@ -68,8 +68,12 @@ std::optional<std::string> DatabaseCreation::acceptPath(const CreationRequest& r
     }
     if (system.files.status(path, platform::Follow::No))
         return refuse("The file " + path + " already exists.");
-    if (DatabaseIndex(vault_).findRecord(path))
+    const DatabaseIndex index(vault_);
+    const auto records = index.records();
+    if (index.findRecord(path) || findClaimant(vault_, records, path, path))
         return refuse(path + "  is the name of an existing database.");
+    if (findClaimant(vault_, records, path, backup))
+        return refuse(backup + "  is the name of an existing database.");
     if (system.files.status(backup, platform::Follow::No)) {
         return refuse("The file " + backup + " already exists.");
     }

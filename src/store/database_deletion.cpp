@@ -7,6 +7,28 @@
 
 namespace corvalence::store {
 
+namespace {
+
+/// Ends one file of a database that is being deleted. A link goes, what it leads to stays; so does a file
+/// that holds something else.
+void endFile(Vault& vault, const std::string& database, const std::string& file) {
+    platform::Platform& system = vault.platform;
+    const auto status = system.files.status(file, platform::Follow::No);
+    if (!status) return;
+    if (status->kind == platform::FileKind::Link) {
+        system.files.remove(file);
+        system.ui.message(platform::Icon::Warning,
+                          file + " was a link. It is removed; the file that it led to is left as it was.");
+    } else if (holdsDataOf(vault, database, file)) {
+        crypto::wipeFile(system.files, file);
+    } else {
+        system.ui.message(platform::Icon::Warning,
+                          file + " does not hold what this database wrote there, and is left as it is.");
+    }
+}
+
+}  // namespace
+
 bool deleteDatabase(Vault& vault, const OpenDatabaseContext& context, DeletionListener& listener) {
     platform::Platform& system = vault.platform;
     if (!system.ui.ask(
@@ -17,13 +39,13 @@ bool deleteDatabase(Vault& vault, const OpenDatabaseContext& context, DeletionLi
     }
     const std::string& path = context.path();
     const std::string backup = backupDatabasePath(path, vault.configuration, system.paths);
-    DatabaseIndex(vault).removeRecord(path);
+    DatabaseIndex index(vault);
+    const bool backupIsAnothers = findClaimant(vault, index.records(), path, backup).has_value();
+    index.removeRecord(path);
     removeBackupPair(vault, context.backupNumber());
     listener.databaseDeleted(path);
-    for (const std::string& file : {path, backup}) {
-        const auto status = system.files.status(file, platform::Follow::No);
-        if (status && status->kind == platform::FileKind::Regular) crypto::wipeFile(system.files, file);
-    }
+    endFile(vault, path, path);
+    if (!backupIsAnothers && !system.paths.equal(path, backup)) endFile(vault, path, backup);
     system.ui.message(
         platform::Icon::Information,
         path + ", its backup, and the backups of the files listed within it successfully deleted.");

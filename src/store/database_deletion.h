@@ -15,7 +15,8 @@ class DeletionListener {
 };
 
 /// Deletes a database after asking: its index line, its backup pair, its lines in other lists, itself and its
-/// backup database, both wiped. False where the user said no. Throws base::FileFailure.
+/// backup database, both wiped. What stands at one of these paths and holds something else, or belongs to
+/// another database, is left and told. False where the user said no. Throws base::FileFailure.
 bool deleteDatabase(Vault& vault, const OpenDatabaseContext& context, DeletionListener& listener);
 
 }  // namespace corvalence::store

@@ -204,6 +204,85 @@ TEST_F(OneDatabase, IsSavedOverNoFileOfTheUsers) {
     EXPECT_EQ(world.check().counts().identical, 1U);
 }
 
+// With another suffix the backup of "db" would be the database "dbx": it was once written over, and wiped
+// with "db".
+TEST_F(OneDatabase, KeepsItsBackupOffWhatBelongsToAnotherDatabase) {
+    world.create("dbx");
+    world.add({"a"}, "dbx");
+    const std::string other = readWholeFile(world.databasePath("dbx"));
+    world.set("Config1", "x");
+    world.write("b", "two");
+    EXPECT_THROW(world.add({"b"}), store::BackupPlaceTaken);
+    EXPECT_EQ(world.records().size(), 2U);  // the database itself is saved
+    schedule::ScheduleList schedule(world.vault());
+    world.machine.ui.answers = {true};
+    world.open();
+    EXPECT_TRUE(store::deleteDatabase(world.vault(), world.context(), schedule));
+    EXPECT_EQ(readWholeFile(world.databasePath("dbx")), other);
+    // Nor is a database made where the backup of another one will lie.
+    EXPECT_FALSE(world.create("dbxx"));
+    EXPECT_EQ(world.machine.ui.messages.back().text,
+              world.databasePath("dbxx") + "  is the name of an existing database.");
+}
+
+// Two databases of one file name, and then one folder for all backup databases.
+TEST_F(OneDatabase, SharesItsBackupWithNoNamesake) {
+    fs::create_directory(world.data("elsewhere"));
+    store::CreationRequest request{world.path(""), "db", store::DatabaseKind::Numbered,
+                                   crypto::DigestCode::Sha256};
+    auto namesake = store::DatabaseCreation(world.vault()).create(request);
+    ASSERT_TRUE(namesake);
+    world.set("Config4", "0");
+    world.set("Config3", world.data("elsewhere"));
+    world.write("b", "two");
+    EXPECT_THROW(world.add({"b"}), store::BackupPlaceTaken);
+    EXPECT_TRUE(fs::is_empty(world.data("elsewhere")));
+}
+
+TEST_F(OneDatabase, WritesAndWipesNoForeignFileInThePlaceOfItsBackup) {
+    world.set("Config1", "x");
+    for (const std::string& mine : {std::string("the user's own"), std::string(4096, 'm')}) {
+        writeWholeFile(world.databasePath("dbx"), mine);
+        const std::string name = std::to_string(mine.size());
+        world.write(name, "new");
+        EXPECT_THROW(world.add({name}), store::BackupPlaceTaken);
+        EXPECT_EQ(readWholeFile(world.databasePath("dbx")), mine);
+        world.write("a", mine);
+        EXPECT_THROW(world.check({.reactions = {files::Reaction::UpdateKeepBackup}}),
+                     store::BackupPlaceTaken);
+    }
+    schedule::ScheduleList schedule(world.vault());
+    world.machine.ui.answers = {true};
+    world.open();
+    EXPECT_TRUE(store::deleteDatabase(world.vault(), world.context(), schedule));
+    EXPECT_EQ(readWholeFile(world.databasePath("dbx")), std::string(4096, 'm'));
+    EXPECT_TRUE(world.machine.ui.saw(world.databasePath("dbx") +
+                                     " does not hold what this database wrote there, and is left as it is."));
+}
+
+// An older copy of its own is no foreign file.
+TEST_F(OneDatabase, TakesItsBackupUpAgainAfterATimeWithoutOne) {
+    world.set("Config2", "0");
+    world.write("b", "two");
+    world.add({"b"});
+    world.set("Config2", "1");
+    world.write("c", "three");
+    EXPECT_EQ(world.add({"c"}).added, 1U);
+    EXPECT_EQ(readWholeFile(world.databasePath()), readWholeFile(backup()));
+}
+
+TEST_F(OneDatabase, IsNotWipedThroughALink) {
+    fs::rename(world.databasePath(), world.path("real"));
+    fs::create_symlink(world.path("real"), world.databasePath());
+    ASSERT_EQ(world.open(), OpenResult::Opened);
+    const std::string sealed = readWholeFile(world.path("real"));
+    schedule::ScheduleList schedule(world.vault());
+    world.machine.ui.answers = {true};
+    EXPECT_TRUE(store::deleteDatabase(world.vault(), world.context(), schedule));
+    EXPECT_FALSE(fs::is_symlink(world.databasePath()));
+    EXPECT_EQ(readWholeFile(world.path("real")), sealed);
+}
+
 TEST(BackupDatabasePath, PutsTheSuffixBeforeTheLastStopOfTheFileName) {
     World world;
     const base::PathRules& paths = world.platform.paths;
