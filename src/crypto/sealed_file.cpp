@@ -52,6 +52,8 @@ void unsealFile(platform::FileSystem& files, const std::string& source, platform
 SecretText unsealText(platform::FileSystem& files, const std::string& source, const SessionKey& key,
                       const ChainValue& chain, const UnsealVariant& variant) {
     SecretText text;
+    if (const auto status = files.status(source, platform::Follow::Yes))
+        text.reserve(static_cast<std::size_t>(status->size));
     unsealInto(files, source, key, chain, variant, nullptr,
                [&](base::ByteView plain) { text.append(base::textOf(plain)); });
     return text;

@@ -34,6 +34,12 @@ std::uint64_t number(std::string_view text) noexcept {
     return value;
 }
 
+/// Whether the file that stands at a journalled path is the one that was made there. The volume is left out:
+/// its number may be another after a restart of the machine, and the path leads to the same volume.
+bool isSameFile(const platform::FileIdentity& a, const platform::FileIdentity& b) noexcept {
+    return a.number == b.number && a.birth == b.birth;
+}
+
 /// Ends every line: the beginning of the MD5 of what stands before it.
 constexpr std::size_t kSumLength = 8;
 
@@ -82,7 +88,8 @@ TemporaryFile::~TemporaryFile() {
 void TemporaryFile::close() {
     if (!file_) return;
     file_->flush();
-    file_.reset();
+    // A plain one may have to be wiped yet, when its rights no longer let it be opened again.
+    if (!plain_) file_.reset();
 }
 
 void TemporaryFile::keepAs(const std::string& target) {
@@ -310,7 +317,7 @@ void WorkingFiles::pendingSavesSettled() noexcept {
 
 void WorkingFiles::clear(const Leftover& leftover, bool committed) {
     const auto status = files_.status(leftover.path, platform::Follow::No);
-    if (leftover.kind == kSave && (!status || status->identity == leftover.identity)) {
+    if (leftover.kind == kSave && (!status || isSameFile(status->identity, leftover.identity))) {
         pendingSaves_.push_back({status ? leftover.path : std::string(), leftover.target});
         return;
     }
@@ -320,7 +327,7 @@ void WorkingFiles::clear(const Leftover& leftover, bool committed) {
         if (status->size == 0) files_.remove(leftover.path);
         return;
     }
-    if (status->identity != leftover.identity) return;
+    if (!isSameFile(status->identity, leftover.identity)) return;
     if (leftover.kind == kMove && committed) {
         files_.rename(leftover.path, leftover.target);
     } else if (leftover.kind == kPlain) {

@@ -34,7 +34,8 @@ class TemporaryFile {
     void keepAs(const std::string& target);
     /// The same, but the journal keeps its line until release(): for a save that has a step to come.
     void moveTo(const std::string& target);
-    /// Flushes and closes; the file stays a temporary. For commitMoves() and for renames by other routes.
+    /// Flushes, and closes what is not plain; the file stays a temporary. For commitMoves() and for renames
+    /// by other routes.
     void close();
     /// Ends the file now. Unlike the destructor it reports a failure.
     void discard();
@@ -64,7 +65,7 @@ struct PendingSave {
 
 /// Makes the temporaries of an installation and remembers them in a journal, so that the next start can clear
 /// away what a killed run left, and nothing else: a file is touched only if it is the very file that was made
-/// (by volume, number and birth), never by its name alone.
+/// (by path, number and birth), never by its name alone.
 ///
 /// One object serves a run, under the single-instance lock. All calls throw base::FileFailure.
 class WorkingFiles {

@@ -96,7 +96,8 @@ class FileSystem {
     /// as long as it is open: SharingViolation where somebody else holds it.
     virtual std::unique_ptr<File> openExclusive(const std::string& path) = 0;
     /// Creates a file that must not exist, for reading and writing, held as by openExclusive. Links are not
-    /// followed; readable and writable by the owner alone, whatever the process's mask. A taken name is
+    /// followed; readable and writable by the owner alone, whatever the process's mask. rename() and
+    /// renameNew() work on it while it is open. A taken name is
     /// refused with cause AccessDenied and the system's error for it; isNameTaken() tells this case.
     virtual std::unique_ptr<File> createNew(const std::string& path) = 0;
 

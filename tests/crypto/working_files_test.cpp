@@ -4,6 +4,8 @@
 
 #include <filesystem>
 
+#include "base/hex_text.h"
+#include "crypto/md5.h"
 #include "crypto/wipe.h"
 #include "failure_of.h"
 #include "test_platform.h"
@@ -122,6 +124,40 @@ TEST_F(WorkingFilesTest, CarryCommittedMovesOnInTheSameRun) {
     fs::remove_all(machine.folder / "two");
     run->createPlain(machine.folder / "db", ".plain");
     EXPECT_EQ(machine.folder.read("one") + machine.folder.read("two"), "newnew");
+}
+
+// A restored file that must not be written any more could not be opened again for its wiping.
+TEST_F(WorkingFilesTest, AreWipedThoughTheyCannotBeOpenedAgain) {
+    {
+        auto plain = run->createPlain(machine.folder / "db", ".plain");
+        plain.file().write(base::bytesOf("secret"));
+        fs::create_hard_link(plain.path(), machine.folder / "plain link");
+        plain.close();
+        const auto other = machine.files.openShared(machine.folder / "plain link");
+        EXPECT_THROW(plain.moveTo(machine.folder / "missing/db"), base::FileFailure);
+        EXPECT_THROW(machine.files.openExclusive(plain.path()), base::FileFailure);  // it is held
+    }
+    EXPECT_EQ(machine.folder.read("plain link"), std::string(6, '\xFF'));
+}
+
+// The number of a volume may change with every start of the machine.
+TEST_F(WorkingFilesTest, AreKnownAfterARestartOfTheMachine) {
+    auto plain = run->createPlain(machine.folder / "db", ".plain");
+    plain.file().write(base::bytesOf("secret"));
+    const std::string volume = std::to_string(plain.file().status().identity.volume);
+    std::string text = machine.folder.read("journal");
+    const std::size_t at = text.find("\x7F" + volume + "\x7F");
+    ASSERT_NE(at, std::string::npos);
+    // The line anew, with another volume and its own sum.
+    const std::size_t begin = text.rfind('\n', at) + 1;
+    std::string line = text.substr(begin, text.size() - begin - 9);
+    line.replace(line.find("\x7F" + volume), volume.size() + 1, "\x7F" + volume + "1");
+    line += base::hexText(crypto::Md5::of(base::bytesOf(line))).substr(0, 8) + "\n";
+    plain.abandon();
+    run.reset();
+    machine.folder.write("journal", text.substr(0, begin) + line);
+    killAndRestart();
+    EXPECT_FALSE(machine.folder.has("db.plain"));
 }
 
 TEST(WipeFile, LeavesNothingOfAFileAndRemovesAnEmptyOne) {
