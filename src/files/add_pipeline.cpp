@@ -1,5 +1,7 @@
 #include "files/add_pipeline.h"
 
+#include <algorithm>
+
 #include "base/record_text.h"
 #include "files/file_record.h"
 #include "store/backup_database.h"
@@ -56,11 +58,11 @@ class AddPipeline::Command {
           copy_(vault, context),
           digester_(context.digest()) {
         readListed();
-        noteOwnFiles();
         if (vault.configuration.isOn(settings::key::kBackupFiles)) {
             appender_ =
                 std::make_unique<BackupAppender>(vault, context, vault.configuration.encryptsBackups());
         }
+        noteOwnFiles();
     }
 
     /// False once the user has cancelled.
@@ -68,14 +70,7 @@ class AddPipeline::Command {
         progress_->file(path, 0);
         if (progress_->cancelled()) return cancel();
         const std::string key = vault_.platform.paths.comparisonKey(path);
-        if (ownFiles_.contains(key)) {
-            if (named) {
-                refuse(path, base::Cause::AccessDenied);
-            } else {
-                ++report_.ownFiles;
-            }
-            return true;
-        }
+        if (ownFiles_.contains(key)) return refuseOwn(path, named);
         if (listed_.contains(key)) {
             ++report_.listed;
             if (options_.notifyListed) message(platform::Icon::Information, path + " previously listed.");
@@ -85,7 +80,7 @@ class AddPipeline::Command {
             refuse(path, base::Cause::BadPath);
             return true;
         }
-        return addNew(path, key);
+        return addNew(path, key, named);
     }
 
     /// Seals everything and gives the report without its text.
@@ -121,7 +116,9 @@ class AddPipeline::Command {
         copy_.file().seek(reader.offset());
     }
 
-    /// What this installation itself writes while a database is open would be changed at the next check.
+    /// What this installation itself writes while a database is open would be changed at the next check, and
+    /// a container that is copied into itself would never end. By identity as well: a link or a mount leads
+    /// to the same file by another name.
     void noteOwnFiles() {
         const base::PathRules& paths = vault_.platform.paths;
         const std::string root = vault_.configuration.folder(settings::key::kInstallDirectory);
@@ -131,16 +128,30 @@ class AddPipeline::Command {
               store::backupDatabasePath(context_.path(), vault_.configuration, paths), pair.file, pair.index,
               root + "lock", root + "Working Copies"}) {
             ownFiles_.insert(paths.comparisonKey(path));
+            if (const auto status = vault_.platform.files.status(path, platform::Follow::Yes))
+                ownIdentities_.push_back(status->identity);
         }
     }
 
-    bool addNew(const std::string& path, const std::string& key) {
+    bool refuseOwn(const std::string& path, bool named) {
+        if (named) {
+            refuse(path, base::Cause::AccessDenied);
+        } else {
+            ++report_.ownFiles;
+        }
+        return true;
+    }
+
+    bool addNew(const std::string& path, const std::string& key, bool named) {
         std::optional<DigestedFile> file;
         platform::FileStatus status;
         bool begun = false;
         try {
             const auto source = vault_.platform.files.openShared(path);
             status = source->status();
+            if (std::find(ownIdentities_.begin(), ownIdentities_.end(), status.identity) !=
+                ownIdentities_.end())
+                return refuseOwn(path, named);
             if (appender_) appender_->begin();
             begun = true;
             file = digester_.digest(*source, bytes_, sink());
@@ -206,6 +217,7 @@ class AddPipeline::Command {
     std::unique_ptr<BackupAppender> appender_;
     std::unordered_set<std::string> listed_;
     std::unordered_set<std::string> ownFiles_;
+    std::vector<platform::FileIdentity> ownIdentities_;
     std::string lines_;  // records on their way into the working copy
     AddReport report_;
 };

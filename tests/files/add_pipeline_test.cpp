@@ -151,6 +151,23 @@ TEST(AddPipeline, LeavesOutTheInstallationsOwnWorkingFilesButNotTheIndex) {
     EXPECT_EQ(world.check().counts().changed, 1U);  // the index itself
 }
 
+// A container that was added by another of its names once grew until the disk was full.
+TEST(AddPipeline, KnowsItsOwnFilesByWhateverNameTheyAreReached) {
+    World world;
+    world.write("a", "one");
+    world.create();
+    world.add({"a"});
+    const std::string container = world.data("Backup Files/Backup File 1");
+    std::filesystem::create_hard_link(container, world.path("hard"));
+    std::filesystem::create_symlink(container, world.path("soft"));
+    std::filesystem::create_symlink(world.data(""), world.path("way"));
+    const auto report = world.add({"hard", "soft", "way/Databases/db", "way/lock"});
+    EXPECT_EQ(report.failed, 4U);
+    EXPECT_TRUE(world.machine.ui.saw(couldNotAdd(world.path("soft"), "AccessDenied.")));
+    EXPECT_EQ(world.addAll().ownFiles, 1U);
+    EXPECT_EQ(world.records().size(), 1U);
+}
+
 class Cancelling : public testing::TestWithParam<bool> {};
 
 TEST_P(Cancelling, KeepsWhatIsCompleteOrRollsBack) {
