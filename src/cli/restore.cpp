@@ -58,6 +58,7 @@ ExitCode runRestore(Context& context, const RestoreArguments& arguments) {
     } else if (result.restored) {
         writeText(context, result);
     }
+    if (result.cancelled) return ExitCode::Cancelled;
     return result.restored ? ExitCode::Done : ExitCode::Failed;
 }
 

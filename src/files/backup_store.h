@@ -32,14 +32,24 @@ class BackupAppender {
     BackupAppender(const BackupAppender&) = delete;
     BackupAppender& operator=(const BackupAppender&) = delete;
 
+    /// The present content of a file, if it still has this digest. An empty text on success, else why nothing
+    /// was added; nothing at all where the user cancelled.
+    std::optional<std::string> add(const std::string& path, const std::string& digest, FileDigester& digester,
+                                   ByteProgress& progress);
+
     /// One file: begin, its bytes, then end or drop.
     void begin();
     void write(base::ByteView bytes);
     void end(const std::string& path, std::uint64_t originalSize);
     void drop();
 
-    /// Flushes the container and seals the index with the new entries.
+    /// Flushes the container and seals the index with the new entries. More may follow, and another commit.
     void commit();
+
+    /// Whether the list held an entry of this path when it was read.
+    bool hasEntry(const std::string& path) const { return !index_.find(path).empty(); }
+    /// Number of entries that the list held then: that of the first new one.
+    std::size_t firstNew() const noexcept { return index_.size(); }
 
   private:
     store::Vault& vault_;
@@ -56,30 +66,13 @@ class BackupAppender {
     std::uint64_t committed_;
 };
 
-/// A file whose present content is to become its backup, and the digest that this content must have.
-struct BackupReplacement {
-    std::string path;
-    std::string digest;
-};
+/// How far an extraction came. Broken: the container ends early, or the entry's lengths do not fit.
+enum class Extraction { Whole, Broken, Cancelled };
 
-/// Puts the present content of files in the place of their backups, keeping each entry's place in the order;
-/// further entries of the same path go, and a path without one gets its entry at the end. Container and index
-/// are written anew beside the old ones in one pass and renamed together. A file that can no longer be read,
-/// or has another digest by now, keeps its old backup; its path and the reason are returned. Not to be
-/// cancelled: the records that go with the new backups are sealed already. Throws base::FileFailure,
-/// BackupDamaged.
-struct ReplacementFailure {
-    std::string path;
-    std::string reason;
-};
-std::vector<ReplacementFailure> replaceBackupEntries(store::Vault& vault,
-                                                     const store::OpenDatabaseContext& context,
-                                                     const std::vector<BackupReplacement>& replacements,
-                                                     platform::Progress& progress);
-
-/// Copies what a backup entry holds to `sink`, unsealed where it is sealed. False where the container ends
-/// early or the entry's lengths do not fit.
-bool extractBackupData(store::Vault& vault, const store::BackupPair& pair, platform::File& container,
-                       const BackupIndexEntry& entry, const FileDigester::Sink& sink);
+/// Copies what a backup entry holds to `sink`, unsealed where it is sealed; asks for Cancel before every
+/// block. Throws base::FileFailure where the container cannot be read.
+Extraction extractBackupData(store::Vault& vault, const store::BackupPair& pair, platform::File& container,
+                             const BackupIndexEntry& entry, ByteProgress& progress,
+                             const FileDigester::Sink& sink);
 
 }  // namespace corvalence::files

@@ -18,6 +18,9 @@ ByteProgress::ByteProgress(platform::Progress& progress, std::uint64_t total)
     progress_.label(remainingText(total_));
 }
 
+ByteProgress::ByteProgress(platform::Progress& progress)
+    : progress_(progress), total_(0), stride_(UINT64_MAX) {}
+
 void ByteProgress::advance(std::uint64_t bytes) {
     done_ += bytes;
     if (done_ - drawn_ < stride_) return;

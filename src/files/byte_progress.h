@@ -12,6 +12,8 @@ namespace corvalence::files {
 class ByteProgress {
   public:
     ByteProgress(platform::Progress& progress, std::uint64_t total);
+    /// Draws nothing: for work beside what the bar shows, which has to ask for Cancel all the same.
+    explicit ByteProgress(platform::Progress& progress);
 
     void advance(std::uint64_t bytes);
     void finish();

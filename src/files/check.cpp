@@ -4,6 +4,7 @@
 
 #include "base/number_text.h"
 #include "base/record_text.h"
+#include "files/backup_rewrite.h"
 #include "files/file_texts.h"
 #include "platform/time_text.h"
 #include "store/database_index.h"
@@ -51,43 +52,42 @@ CheckSummary FileContentsCheck::checkAllFiles() {
     const Totals totals = countRecords();
     counts_.listed = totals.records;
     std::uint64_t remaining = totals.records;
+    std::uint32_t judged = 0;
     {
         const auto progress = system.ui.openProgress("Checking all files in Database: " + context_.path());
         progress_ = progress.get();
         ByteProgress bytes(*progress, totals.bytes);
         savedAt_ = system.clock.elapsed();
         RecordReader reader = copy_.records();
-        for (std::string_view line; !counts_.cancelled && reader.next(line);) {
+        for (std::string_view line; !counts_.cancelled && reader.next(line); ++line_) {
             progress->file(std::string(pathOfLine(line)), --remaining);
-            checkRecord(line, bytes);
+            if (checkRecord(line, bytes)) ++judged;
             saveIfDue();
         }
         saveUpdates();
-        replaceBackups();
+        compactBackups();
         if (!counts_.cancelled) bytes.finish();
         progress_ = nullptr;
     }
     copy_.discard();
-    // A check that was cancelled leaves out the record it was at and those behind it.
-    const std::uint32_t leftOut = counts_.cancelled ? static_cast<std::uint32_t>(remaining) + 1 : 0;
-    counts_.checked = counts_.listed - counts_.unchecked - leftOut;
+    counts_.checked = judged - counts_.unchecked;
     counts_.identical = counts_.checked - counts_.changed;
     const base::FileTime now = system.clock.now();
     store::DatabaseIndex(vault_).stampChecked(context_.path(), now);
     return {context_.path(), platform::formatFileTime(system.clock, now), counts_};
 }
 
-void FileContentsCheck::checkRecord(std::string_view line, ByteProgress& progress) {
+bool FileContentsCheck::checkRecord(std::string_view line, ByteProgress& progress) {
     const auto record = FileRecord::parse(line, crypto::digestKind(context_.digest()).width);
     if (!record) {
         tellUnchecked(std::string(pathOfLine(base::withoutLineEnd(line))),
                       base::reasonText(base::Cause::InvalidFile));
-        return;
+        return true;
     }
     // A file that cannot be opened comes to no block at which Cancel would be asked.
     if (progress.cancelled()) {
         counts_.cancelled = true;
-        return;
+        return false;
     }
     std::optional<DigestedFile> now;
     platform::FileStatus status;
@@ -98,13 +98,14 @@ void FileContentsCheck::checkRecord(std::string_view line, ByteProgress& progres
         if (now && now->digest != record->digest) status = file->status();
     } catch (const base::FileFailure& failure) {
         tellUnchecked(record->path, failure.reason());
-        return;
+        return true;
     }
     if (!now) {
         counts_.cancelled = true;
-        return;
+        return false;
     }
     if (now->digest != record->digest) handleChanged(*record, now->digest, status);
+    return true;
 }
 
 void FileContentsCheck::tellUnchecked(const std::string& path, std::string_view reason) {
@@ -125,6 +126,7 @@ void FileContentsCheck::handleChanged(const FileRecord& then, const std::string&
     }
     const ChangedFileDetails details = describe(then, digest, now);
     const Reaction reaction = dialog_.show(details);
+    if (dialog_.attended() && progress_->cancelled()) counts_.cancelled = true;
     if (details.onlyIgnore || reaction == Reaction::Ignore) {
         observer_.changed(details, Reaction::Ignore, true, {});
     } else if (reaction == Reaction::Restore) {
@@ -166,6 +168,7 @@ void FileContentsCheck::restore(const ChangedFileDetails& details) {
         return;
     }
     const RestoreResult result = restore_.restoreFile(details.then, *choice);
+    if (result.cancelled) counts_.cancelled = true;
     if (dialog_.attended()) {
         vault_.platform.ui.message(result.restored ? platform::Icon::Information : platform::Icon::Stop,
                                    result.message);
@@ -178,20 +181,44 @@ void FileContentsCheck::restore(const ChangedFileDetails& details) {
 }
 
 void FileContentsCheck::update(const ChangedFileDetails& details, Reaction reaction) {
-    updated_.push_back(details.now);
-    updatedPaths_.insert(vault_.platform.paths.comparisonKey(details.now.path));
-    hasUnsaved_ = true;
-    if (reaction == Reaction::UpdateWithBackup)
-        replacements_.push_back({details.now.path, details.now.digest});
+    const bool backsUp = reaction == Reaction::UpdateWithBackup;
+    const NewBackup backup = backsUp ? backUp(details) : NewBackup{};
+    if (!backup.failure.empty()) {
+        if (dialog_.attended()) vault_.platform.ui.message(platform::Icon::Warning, backup.failure);
+        observer_.changed(details, reaction, false, backup.failure);
+        return;
+    }
+    copy_.append(details.now.render());
+    updated_.resize(line_ + 1);
+    updated_[line_] = true;
     if (dialog_.attended()) {
         saveUpdates();
-        replaceBackups();
+        appender_.reset();
     }
     observer_.changed(details, reaction, true, {});
+    if (backsUp && !backup.made) {
+        observer_.note(details.now.path, "No backup was made, as backups of files are turned off.");
+    }
+}
+
+FileContentsCheck::NewBackup FileContentsCheck::backUp(const ChangedFileDetails& details) {
+    const std::string& path = details.now.path;
+    if (!appender_) {
+        appender_ =
+            std::make_unique<BackupAppender>(vault_, context_, vault_.configuration.encryptsBackups());
+    }
+    // Without an old backup there is none to be replaced, and none is wanted.
+    if (!vault_.configuration.isOn(settings::key::kBackupFiles) && !appender_->hasEntry(path)) return {};
+    if (!firstNewBackup_) firstNewBackup_ = appender_->firstNew();
+    ByteProgress silent(*progress_);
+    if (auto failure = appender_->add(path, details.now.digest, digester_, silent))
+        return {failure->empty(), std::move(*failure)};
+    counts_.cancelled = true;
+    return {false, "Cancelled."};
 }
 
 void FileContentsCheck::saveIfDue() {
-    if (!hasUnsaved_) return;
+    if (saved_ == copy_.appended()) return;
     const auto now = vault_.platform.clock.elapsed();
     if (now - savedAt_ < std::max(kSaveInterval, saveTook_ * kSaveShare)) return;
     saveUpdates();
@@ -199,32 +226,57 @@ void FileContentsCheck::saveIfDue() {
     saveTook_ = savedAt_ - now;
 }
 
-bool FileContentsCheck::isUpdated(std::string_view line) const {
-    return !updatedPaths_.empty() &&
-           updatedPaths_.contains(vault_.platform.paths.comparisonKey(pathOfLine(line)));
+void FileContentsCheck::saveUpdates() {
+    if (saved_ == copy_.appended()) return;
+    const std::string digestBefore = context_.record.fileDigest;
+    try {
+        sealUpdates();
+    } catch (const base::FileFailure& failure) {
+        // What failed may be no more than the copy to the backup database.
+        if (context_.record.fileDigest == digestBefore) {
+            copy_.readAppended(saved_, [&](std::string_view line) {
+                observer_.note(std::string(pathOfLine(line)),
+                               std::string("The update was not saved: ").append(failure.reason()));
+            });
+        }
+        throw;
+    }
 }
 
-void FileContentsCheck::saveUpdates() {
-    if (!hasUnsaved_) return;
+void FileContentsCheck::sealUpdates() {
+    // First the new backups: a record must never be there without its own.
+    if (appender_) {
+        appender_->commit();
+        restore_.backupsChanged();
+    }
     store::saveDatabase(vault_, context_, [this](crypto::SealWriter& writer) {
         RecordReader reader = copy_.records();
-        for (std::string_view line; reader.next(line);) {
-            if (!isUpdated(line)) writer.write(base::bytesOf(line));
+        std::size_t number = 0;
+        for (std::string_view line; reader.next(line); ++number) {
+            if (number >= updated_.size() || !updated_[number]) writer.write(base::bytesOf(line));
         }
-        for (const FileRecord& record : updated_)
-            writer.write(base::bytesOf(record.render()));
+        copy_.writeAppended(writer);
     });
-    hasUnsaved_ = false;
+    saved_ = copy_.appended();
 }
 
-void FileContentsCheck::replaceBackups() {
-    if (replacements_.empty()) return;
-    const auto progress = vault_.platform.ui.openProgress("Reconstructing Backup Files");
-    for (const ReplacementFailure& failure :
-         replaceBackupEntries(vault_, context_, replacements_, *progress)) {
-        observer_.note(failure.path, "The backup was left as it was: " + failure.reason);
+void FileContentsCheck::compactBackups() {
+    appender_.reset();
+    if (!firstNewBackup_) return;
+    try {
+        const auto progress = vault_.platform.ui.openProgress("Reconstructing Backup Files");
+        const store::BackupPair pair = store::backupPair(vault_.configuration, context_.backupNumber());
+        const BackupIndex index(vault_, pair);
+        if (index.size() > *firstNewBackup_) {
+            rewriteBackups(vault_, pair, index, orderWithReplacements(index, *firstNewBackup_), *progress);
+        }
+    } catch (const base::FileFailure& failure) {
+        // The new backups stand behind the old ones and serve as they are.
+        vault_.platform.ui.message(
+            platform::Icon::Warning,
+            std::string("The old backups of updated files could not be removed.\nReason: ")
+                .append(failure.reason()));
     }
-    replacements_.clear();
     restore_.backupsChanged();
 }
 

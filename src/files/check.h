@@ -4,7 +4,6 @@
 #include <cstdint>
 #include <optional>
 #include <string>
-#include <unordered_set>
 #include <vector>
 
 #include "files/changed_file_details.h"
@@ -75,7 +74,8 @@ class FileContentsCheck {
     };
 
     Totals countRecords();
-    void checkRecord(std::string_view line, ByteProgress& progress);
+    /// False where the user cancelled before the record was judged.
+    bool checkRecord(std::string_view line, ByteProgress& progress);
     void tellUnchecked(const std::string& path, std::string_view reason);
     void handleChanged(const FileRecord& then, const std::string& digest, const platform::FileStatus& now);
     ChangedFileDetails describe(const FileRecord& then, const std::string& digest,
@@ -83,10 +83,16 @@ class FileContentsCheck {
     void playWarning();
     void restore(const ChangedFileDetails& details);
     void update(const ChangedFileDetails& details, Reaction reaction);
+    struct NewBackup {
+        bool made = false;
+        std::string failure;  // why the record has to stay as well
+    };
+    /// Appends the file's present content to the backups.
+    NewBackup backUp(const ChangedFileDetails& details);
     void saveIfDue();
     void saveUpdates();
-    void replaceBackups();
-    bool isUpdated(std::string_view line) const;
+    void sealUpdates();
+    void compactBackups();
 
     store::Vault& vault_;
     store::OpenDatabaseContext& context_;
@@ -101,12 +107,14 @@ class FileContentsCheck {
     platform::Progress* progress_ = nullptr;
     CheckCounts counts_;
 
-    // The new records of files that were updated, in the order of their updating; their old lines are left
-    // out wherever the database is sealed from the working copy.
-    std::vector<FileRecord> updated_;
-    std::unordered_set<std::string> updatedPaths_;
-    std::vector<BackupReplacement> replacements_;
-    bool hasUnsaved_ = false;
+    // Updates: the new records stand behind the text of the working copy, and the lines that they replace, by
+    // their numbers, are left out wherever the database is sealed from it. A new backup is appended and its
+    // list sealed before the record that goes with it; the old one goes at the end.
+    std::size_t line_ = 0;
+    std::vector<bool> updated_;
+    std::uint64_t saved_ = 0;  // bytes of the appended records that are sealed
+    std::unique_ptr<BackupAppender> appender_;
+    std::optional<std::size_t> firstNewBackup_;
     std::chrono::milliseconds savedAt_{0};
     std::chrono::milliseconds saveTook_{0};
 };

@@ -1,9 +1,15 @@
 #include "files/database_copy.h"
 
 #include "base/hex_text.h"
+#include "base/record_text.h"
 #include "crypto/sealed_file.h"
 
 namespace corvalence::files {
+
+namespace {
+// Between the text and what is appended: a stale tail must not run into the first appended line.
+constexpr std::string_view kDivider = "\r\n";
+}  // namespace
 
 DatabaseChanged::DatabaseChanged(const std::string& path)
     : std::runtime_error(path + " database file has been changed and cannot be checked!") {}
@@ -17,6 +23,29 @@ DatabaseCopy::DatabaseCopy(store::Vault& vault, const store::OpenDatabaseContext
                        crypto::PathIV(context.path()), crypto::kUnsealDatabase, &md5);
     if (base::hexText(md5.finish()) != context.record.fileDigest) throw DatabaseChanged(context.path());
     end_ = copy_.file().size();
+}
+
+void DatabaseCopy::append(const std::string& line) {
+    if (appended_ == 0) {
+        copy_.file().seek(end_);
+        copy_.file().write(base::bytesOf(kDivider));
+    } else {
+        copy_.file().seek(end_ + kDivider.size() + appended_);
+    }
+    copy_.file().write(base::bytesOf(line));
+    appended_ += line.size();
+}
+
+void DatabaseCopy::writeAppended(crypto::SealWriter& writer) {
+    readAppended(0, [&](std::string_view line) { writer.write(base::bytesOf(line)); });
+}
+
+void DatabaseCopy::readAppended(std::uint64_t first,
+                                const std::function<void(std::string_view line)>& visit) {
+    if (first >= appended_) return;
+    platform::LineReader reader(copy_.file(), base::kLineLimit, end_ + kDivider.size() + first);
+    for (std::string_view line; reader.next(line);)
+        visit(line);
 }
 
 RecordReader DatabaseCopy::records() {

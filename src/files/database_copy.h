@@ -1,9 +1,12 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 
+#include "crypto/sealed_stream.h"
 #include "crypto/working_files.h"
 #include "files/record_reader.h"
 #include "store/open_database.h"
@@ -29,6 +32,16 @@ class DatabaseCopy {
     /// Where the text ends, a stale tail included.
     std::uint64_t end() const noexcept { return end_; }
     RecordReader records();
+
+    /// Puts a line behind the text, where records() does not come to it.
+    void append(const std::string& line);
+    /// Copies what was appended to `writer`.
+    void writeAppended(crypto::SealWriter& writer);
+    /// Hands the lines that were appended to `visit`, those from the `first` byte of them on.
+    void readAppended(std::uint64_t first, const std::function<void(std::string_view line)>& visit);
+    /// Bytes appended so far.
+    std::uint64_t appended() const noexcept { return appended_; }
+
     /// Wipes the copy now and reports a failure.
     void discard() { copy_.discard(); }
 
@@ -36,6 +49,7 @@ class DatabaseCopy {
     crypto::TemporaryFile copy_;
     std::uint64_t end_;
     std::size_t width_;
+    std::uint64_t appended_ = 0;
 };
 
 }  // namespace corvalence::files

@@ -1,5 +1,7 @@
 #include "files/restore.h"
 
+#include <algorithm>
+
 #include "crypto/digester.h"
 #include "platform/file_copy.h"
 
@@ -9,6 +11,7 @@ namespace {
 
 constexpr std::string_view kCandidateSuffix = ".987654321z";
 constexpr std::string_view kChangedSuffix = ".CHANGED";
+constexpr std::string_view kCopySuffix = ".987654321c";
 constexpr int kMostChangedNames = 10000;
 
 std::string couldNotRestore(const std::string& path) {
@@ -24,6 +27,53 @@ RestoreResult refused(std::string message) {
     result.message = std::move(message);
     return result;
 }
+
+RestoreResult cancelled(const std::string& path) {
+    RestoreResult result = refused("The restoration of " + path + " was cancelled.");
+    result.cancelled = true;
+    return result;
+}
+
+/// The changed file under a second name. It never leaves its place before the restored one takes it.
+class SecondName {
+  public:
+    enum class Given { Yes, NameTaken, Cancelled };
+
+    SecondName(store::Vault& vault, const std::string& path, platform::Progress& progress)
+        : vault_(vault), path_(path), progress_(progress) {}
+
+    Given give(const std::string& target) {
+        platform::FileSystem& files = vault_.platform.files;
+        if (files.status(target, platform::Follow::No)) return Given::NameTaken;
+        if (!copy_) {
+            // File systems that keep one name a file get a copy, as do two volumes.
+            try {
+                return files.linkNew(path_, target) ? Given::Yes : Given::NameTaken;
+            } catch (const base::FileFailure& failure) {
+                if (failure.cause() == base::Cause::DiskFull) throw;
+            }
+            if (!copyBeside(target)) return Given::Cancelled;
+        }
+        if (!files.renameNew(copy_->path(), target)) return Given::NameTaken;
+        copy_->release();
+        return Given::Yes;
+    }
+
+  private:
+    bool copyBeside(const std::string& target) {
+        copy_.emplace(vault_.working.createPlain(target, kCopySuffix));
+        const auto source = vault_.platform.files.openShared(path_);
+        if (!platform::copyBytes(*source, copy_->file(), source->size(), progress_)) return false;
+        vault_.platform.access.copyProtection(path_, copy_->file());
+        copy_->close();
+        return true;
+    }
+
+    store::Vault& vault_;
+    const std::string& path_;
+    platform::Progress& progress_;
+    std::optional<crypto::TemporaryFile> copy_;
+};
 
 }  // namespace
 
@@ -58,9 +108,12 @@ RestoreResult FileRestore::restoreIn(const FileRecord& record, RestoreChoice cho
     } catch (const base::FileFailure& failure) {
         return refused(candidateRefused(record.path, failure));
     }
-    if (extract(record, candidate->file()) == Extraction::Modified) {
+    const auto progress = system.ui.openProgress("Restoring File...");
+    const Extraction extraction = extract(record, candidate->file(), *progress);
+    system.ui.status(0, "Ready");
+    if (extraction == Extraction::Cancelled) return cancelled(record.path);
+    if (extraction == Extraction::Broken)
         return refused("The backup file has also been modified!\n\nBackup file not restored.");
-    }
     RestoreResult result;
     const std::string path = folder.path() + name;
     const auto present = system.files.status(path, platform::Follow::No);
@@ -77,10 +130,8 @@ RestoreResult FileRestore::restoreIn(const FileRecord& record, RestoreChoice cho
     }
     system.access.setAttributes(candidate->file(), record.attributes);
     candidate->close();
-    if (present && choice == RestoreChoice::MoveChangedFile && !moveChanged(path, name, result)) {
-        result.notes.push_back(
-            "The changed file could not be moved, as all names for it are taken, and was deleted.");
-    }
+    if (present && choice == RestoreChoice::MoveChangedFile && !moveChanged(path, name, *progress, result))
+        return cancelled(record.path);
     try {
         candidate->keepAs(path);
     } catch (const base::FileFailure& failure) {
@@ -108,35 +159,56 @@ std::string FileRestore::candidateRefused(const std::string& path, const base::F
     }
 }
 
-FileRestore::Extraction FileRestore::extract(const FileRecord& record, platform::File& candidate) {
+Extraction FileRestore::extract(const FileRecord& record, platform::File& candidate,
+                                platform::Progress& progress) {
     const store::BackupPair pair = store::backupPair(vault_.configuration, context_.backupNumber());
     const auto container = vault_.platform.files.openShared(pair.file);
     const auto entries = index_->find(record.path);
     // The last entry is the latest. An earlier one serves where a run was ended between backup and record.
     for (auto number = entries.rbegin(); number != entries.rend(); ++number) {
+        const BackupIndexEntry entry = index_->entry(*number);
+        vault_.platform.ui.status(0, entry.sealed ? "Processing..." : "Restoring File...");
         candidate.resize(0);
         candidate.seek(0);
         crypto::Digester digester(context_.digest());
-        const bool whole =
-            extractBackupData(vault_, pair, *container, index_->entry(*number), [&](base::ByteView bytes) {
-                digester.update(bytes);
-                candidate.write(bytes);
-            });
-        if (whole && digester.finish() == record.digest) return Extraction::Good;
+        ByteProgress bytes(progress, entry.plainLength().value_or(0));
+        const auto sink = [&](base::ByteView plain) {
+            digester.update(plain);
+            candidate.write(plain);
+        };
+        const Extraction extraction = extractBackupData(vault_, pair, *container, entry, bytes, sink);
+        if (extraction == Extraction::Cancelled) return extraction;
+        if (extraction == Extraction::Whole && digester.finish() == record.digest) return extraction;
     }
-    return Extraction::Modified;
+    return Extraction::Broken;
 }
 
-bool FileRestore::moveChanged(const std::string& path, const std::string& name, RestoreResult& result) {
-    const std::string target = vault_.configuration.folder(settings::key::kChangedFilesDirectory) + name +
-                               std::string(kChangedSuffix);
+std::string FileRestore::changedPath(const std::string& name, int number) const {
+    const std::string suffix = std::string(kChangedSuffix) + (number == 0 ? "" : std::to_string(number));
+    const std::size_t room = vault_.platform.files.nameLimit() - suffix.size();
+    std::size_t length = std::min(name.size(), room);
+    // A name that has to be cut is cut between two characters.
+    const auto isInside = [&] { return length < name.size() && (name[length] & 0xC0) == 0x80; };
+    while (length > 0 && isInside())
+        --length;
+    return vault_.configuration.folder(settings::key::kChangedFilesDirectory) + name.substr(0, length) +
+           suffix;
+}
+
+bool FileRestore::moveChanged(const std::string& path, const std::string& name, platform::Progress& progress,
+                              RestoreResult& result) {
+    SecondName second(vault_, path, progress);
     for (int number = 0; number <= kMostChangedNames; ++number) {
-        const std::string numbered = number == 0 ? target : target + std::to_string(number);
-        if (!moveTo(path, numbered)) continue;
-        result.movedTo = numbered;
+        const std::string target = changedPath(name, number);
+        const SecondName::Given given = second.give(target);
+        if (given == SecondName::Given::Cancelled) return false;
+        if (given == SecondName::Given::NameTaken) continue;
+        result.movedTo = target;
         return true;
     }
-    return false;
+    result.notes.push_back(
+        "The changed file could not be moved, as all names for it are taken, and was deleted.");
+    return true;
 }
 
 void FileRestore::putChangedBack(const std::string& path, RestoreResult& result) {
@@ -152,37 +224,6 @@ void FileRestore::putChangedBack(const std::string& path, RestoreResult& result)
     } catch (const base::FileFailure&) {
         // Then the result tells where it lies.
     }
-}
-
-bool FileRestore::moveTo(const std::string& path, const std::string& target) {
-    platform::FileSystem& files = vault_.platform.files;
-    if (files.status(target, platform::Follow::No)) return false;
-    // A second name first: the file never leaves its place before the restored one takes it. File systems
-    // that keep one name a file get a copy, as do two volumes.
-    try {
-        return files.linkNew(path, target);
-    } catch (const base::FileFailure& failure) {
-        if (failure.cause() == base::Cause::DiskFull) throw;
-    }
-    std::unique_ptr<platform::File> copy;
-    try {
-        copy = files.createNew(target);
-    } catch (const base::FileFailure& failure) {
-        if (files.isNameTaken(failure)) return false;
-        throw;
-    }
-    try {
-        const auto source = files.openShared(path);
-        platform::copyBytes(*source, *copy, source->size());
-        vault_.platform.access.copyProtection(path, *copy);
-        copy->flush();
-    } catch (...) {
-        copy.reset();
-        platform::removeQuietly(files, target);
-        throw;
-    }
-    // The file at `path` need not be removed: the restored one is renamed over it.
-    return true;
 }
 
 }  // namespace corvalence::files

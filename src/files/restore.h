@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -13,6 +14,7 @@ enum class RestoreChoice { DeleteChangedFile = 0, MoveChangedFile = 1 };
 
 struct RestoreResult {
     bool restored = false;
+    bool cancelled = false;  // everything is then as it was
     /// "<path> successfully restored.", or why not.
     std::string message;
     /// What the user has to know beside it, a sentence each.
@@ -38,14 +40,16 @@ class FileRestore {
     void backupsChanged() { index_.reset(); }
 
   private:
-    enum class Extraction { Good, Modified };
-    Extraction extract(const FileRecord& record, platform::File& candidate);
     RestoreResult restoreIn(const FileRecord& record, RestoreChoice choice,
                             const platform::PinnedFolder& folder, const std::string& name);
-    bool moveChanged(const std::string& path, const std::string& name, RestoreResult& result);
+    /// Broken where no backup has the record's digest.
+    Extraction extract(const FileRecord& record, platform::File& candidate, platform::Progress& progress);
+    /// False where the user cancelled.
+    bool moveChanged(const std::string& path, const std::string& name, platform::Progress& progress,
+                     RestoreResult& result);
+    std::string changedPath(const std::string& name, int number) const;
     /// Better the changed file in its place than none.
     void putChangedBack(const std::string& path, RestoreResult& result);
-    bool moveTo(const std::string& path, const std::string& target);
     std::string candidateRefused(const std::string& path, const base::FileFailure& failure);
 
     store::Vault& vault_;

@@ -6,30 +6,30 @@
 
 namespace corvalence::platform {
 
-void copyBytes(File& from, File& to, std::uint64_t length) {
+namespace {
+
+template <typename GoesOn>
+bool copyBlocks(File& from, File& to, std::uint64_t length, GoesOn&& goesOn) {
     base::PageBuffer buffer(static_cast<std::size_t>(std::min<std::uint64_t>(length, kBlockSize)));
     while (length > 0) {
+        if (!goesOn()) return false;
         const auto wanted = static_cast<std::size_t>(std::min<std::uint64_t>(length, buffer.size()));
         const std::size_t count = from.read(buffer.bytes().first(wanted));
         if (count == 0) throw base::FileFailure(base::Cause::EndOfFile, 0, from.path());
         to.write(buffer.bytes().first(count));
         length -= count;
     }
+    return true;
 }
 
-void copyWhole(FileSystem& files, const std::string& from, const std::string& to, const std::string& beside) {
-    const auto source = files.openShared(from);
-    auto copy = files.createNew(beside);
-    try {
-        copyBytes(*source, *copy, source->size());
-        copy->flush();
-        copy.reset();
-        files.rename(beside, to);
-    } catch (...) {
-        copy.reset();
-        removeQuietly(files, beside);
-        throw;
-    }
+}  // namespace
+
+void copyBytes(File& from, File& to, std::uint64_t length) {
+    copyBlocks(from, to, length, [] { return true; });
+}
+
+bool copyBytes(File& from, File& to, std::uint64_t length, Progress& progress) {
+    return copyBlocks(from, to, length, [&] { return !progress.cancelled(); });
 }
 
 void removeQuietly(FileSystem& files, const std::string& path) noexcept {

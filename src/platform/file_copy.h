@@ -4,6 +4,7 @@
 #include <string>
 
 #include "platform/file_system.h"
+#include "platform/user_interface.h"
 
 namespace corvalence::platform {
 
@@ -13,9 +14,8 @@ inline constexpr std::size_t kBlockSize = 256 * 1024;
 /// Copies `length` bytes from the one file's position to the other's. EndOfFile where `from` ends early.
 void copyBytes(File& from, File& to, std::uint64_t length);
 
-/// Makes `to` a byte-for-byte copy of `from`: written under `beside`, flushed, renamed over `to`. On failure
-/// `to` is as it was and `beside` is gone.
-void copyWhole(FileSystem& files, const std::string& from, const std::string& to, const std::string& beside);
+/// The same, asking for Cancel before every block: false where the user cancelled; a part is copied then.
+bool copyBytes(File& from, File& to, std::uint64_t length, Progress& progress);
 
 /// Removes a file if it is there; a failure to remove it is passed over, for clean-up on a way out that
 /// already reports its own failure.

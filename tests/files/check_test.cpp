@@ -167,14 +167,15 @@ TEST(FileContentsCheck, SealsCollectedUpdatesEveryFewSecondsAndOnCancel) {
     EXPECT_EQ(world.read(first), "now");
 }
 
-TEST(FileContentsCheck, LeavesTheBackupWhenTheFileChangesAgainBeforeItIsCopied) {
+// The record once went ahead of its backup, and the file could not be restored any more.
+TEST(FileContentsCheck, UpdatesNothingWhenTheFileChangesAgainBeforeItIsBackedUp) {
     World world;
     world.write("a", "one");
     world.create();
     world.add({"a"});
     world.write("a", "two");
     world.open();
-    // The first question after the digest is the one before the copy of the backup is made.
+    // The first question after the digest is the one before the backup is read.
     const auto before = world.machine.ui.cancelQuestions();
     world.machine.ui.meanwhile = [&] {
         if (world.machine.ui.cancelQuestions() == before + 4) world.write("a", "three");
@@ -182,9 +183,55 @@ TEST(FileContentsCheck, LeavesTheBackupWhenTheFileChangesAgainBeforeItIsCopied) 
     const CheckOutcome outcome =
         world.check({{Reaction::UpdateWithBackup}, files::RestoreChoice::DeleteChangedFile, false});
     world.machine.ui.meanwhile = nullptr;
-    ASSERT_EQ(outcome.notes.size(), 1U);
-    EXPECT_EQ(outcome.notes[0], "The backup was left as it was: The file has been changed again meanwhile.");
-    EXPECT_EQ(world.check().counts().changed, 1U);
+    ASSERT_EQ(outcome.changed.size(), 1U);
+    EXPECT_FALSE(outcome.changed[0].done);
+    EXPECT_EQ(outcome.changed[0].message, "The file has been changed again meanwhile.");
+    EXPECT_TRUE(world.restore("a").restored);
+    EXPECT_EQ(world.read("a"), "one");
+}
+
+// At any question for Cancel an update of a file that fills several blocks either comes about whole, with a
+// backup that serves, or not at all; the counters add up.
+TEST(FileContentsCheck, IsCancelledAnywhereInAnUpdateWithoutPartingRecordAndBackup) {
+    World world;
+    const std::string old(600'000, 'o');
+    world.write("a", old);
+    world.create();
+    world.add({"a"});
+    for (std::uint64_t question = 1;; ++question) {
+        SCOPED_TRACE(question);
+        world.write("a", std::string(600'000, 'n'));
+        world.open();
+        world.machine.ui.cancelAt = world.machine.ui.cancelQuestions() + question + 1;  // one to open it
+        const CheckOutcome outcome =
+            world.check({{Reaction::UpdateWithBackup}, files::RestoreChoice::DeleteChangedFile, false});
+        world.machine.ui.cancelAt.reset();
+        const bool updated = !outcome.changed.empty() && outcome.changed[0].done;
+        EXPECT_EQ(outcome.counts().checked, outcome.changed.size());
+        EXPECT_EQ(outcome.counts().identical, 0U);
+        EXPECT_EQ(world.check().counts().changed, updated ? 0U : 1U);
+        world.write("a", "spoilt");
+        EXPECT_TRUE(world.restore("a").restored);
+        EXPECT_EQ(world.read("a") == old, !updated);
+        EXPECT_TRUE(world.leftovers().empty());
+        ASSERT_LT(question, 40U);
+        if (updated) break;
+    }
+}
+
+TEST(FileContentsCheck, MakesNoFirstBackupWhereBackupsAreTurnedOff) {
+    World world;
+    world.set("Config5", "0");
+    world.write("a", "one");
+    world.create();
+    world.add({"a"});
+    world.write("a", "two");
+    const CheckOutcome outcome =
+        world.check({{Reaction::UpdateWithBackup}, files::RestoreChoice::DeleteChangedFile, false});
+    EXPECT_EQ(outcome.notes,
+              std::vector<std::string>{"No backup was made, as backups of files are turned off."});
+    EXPECT_EQ(std::filesystem::file_size(world.data("Backup Files/Backup File 1")), 0U);
+    EXPECT_EQ(world.check().counts().identical, 1U);
 }
 
 TEST(FileContentsCheck, AllowsNothingButIgnoringTheDatabaseIndex) {

@@ -187,17 +187,51 @@ TEST(FileRestore, TouchesNoFileThatBearsTheCandidatesName) {
 
 TEST(FileRestore, RestoresAFileWhoseNameLeavesNoRoomForASuffix) {
     const ShortFolder folder;
-    const std::string path = folder / std::string(245, 'n');
+    const std::string name = std::string(245, 'n') + "\xC3\xA4";
     World world;
-    writeWholeFile(path, "one");
+    writeWholeFile(folder / name, "one");
     world.create();
-    world.add({path});
-    writeWholeFile(path, "two");
+    world.add({folder / name});
     const auto record = world.records().at(0);
-    EXPECT_TRUE(files::FileRestore(world.vault(), world.context())
-                    .restoreFile(record, RestoreChoice::DeleteChangedFile)
-                    .restored);
-    EXPECT_EQ(readWholeFile(path), "one");
+    for (const char* content : {"two", "three"}) {
+        writeWholeFile(folder / name, content);
+        EXPECT_TRUE(files::FileRestore(world.vault(), world.context())
+                        .restoreFile(record, RestoreChoice::MoveChangedFile)
+                        .restored);
+        EXPECT_EQ(readWholeFile(folder / name), "one");
+    }
+    const std::string changed = world.data("Changed Files/");
+    EXPECT_EQ(readWholeFile(changed + name + ".CHANGED"), "two");
+    // Cut between two characters, never inside one.
+    EXPECT_EQ(readWholeFile(changed + std::string(245, 'n') + ".CHANGED1"), "three");
+}
+
+// At every question for Cancel: either restored, or everything as it was.
+TEST(FileRestore, IsCancelledAnywhereAndChangesNothingThen) {
+    const TempFolder other(quickFolder());
+    World world;
+    world.set("Changed Files Directory", other.path());
+    const std::string old(600'000, 'o');
+    const std::string changed(600'000, 'c');
+    world.write("a", old);
+    world.create();
+    world.add({"a"});
+    world.write("a", changed);
+    const auto record = world.records().at(0);
+    files::RestoreResult result;
+    for (std::uint64_t question = 1; !result.restored; ++question) {
+        ASSERT_LT(question, 40U);
+        EXPECT_EQ(world.read("a"), changed);
+        EXPECT_FALSE(other.has("a.CHANGED"));
+        world.machine.ui.cancelAt = world.machine.ui.cancelQuestions() + question;
+        result = files::FileRestore(world.vault(), world.context())
+                     .restoreFile(record, RestoreChoice::MoveChangedFile);
+        world.machine.ui.cancelAt.reset();
+        EXPECT_NE(result.cancelled, result.restored);
+        EXPECT_TRUE(world.leftovers().empty());
+    }
+    EXPECT_EQ(world.read("a"), old);
+    EXPECT_EQ(other.read("a.CHANGED"), changed);
 }
 
 }  // namespace

@@ -83,6 +83,17 @@ void expectBackupRestores(World& world, const std::string& name, std::string_vie
     EXPECT_EQ(world.read(name), recordedContent(name));
 }
 
+/// A record and its backup go together whatever an update was ended at, unless it was to leave the backups.
+void expectEveryBackupServes(World& world, const Scenario& scenario) {
+    if (scenario.name == "updateRecords") return;
+    for (const files::FileRecord& record : world.records()) {
+        const auto result = files::FileRestore(world.vault(), world.context())
+                                .restoreFile(record, files::RestoreChoice::DeleteChangedFile);
+        EXPECT_TRUE(result.restored) << result.message;
+    }
+    EXPECT_EQ(world.check().counts().changed, 0U);
+}
+
 void expectWorkGoesOn(World& world, std::string_view database) {
     world.write("later", "written later");
     EXPECT_EQ(world.add({"later"}, database).added, 1U);
@@ -125,6 +136,7 @@ int expectNothingLost(World& world, const Stage& stage, const Scenario& scenario
     expectFilesKept(world, stage, scenario);
     expectBackupRestores(world, "kept", "other");
     const bool isListed = store::DatabaseIndex(world.vault()).findExact(world.databasePath()).has_value();
+    if (isListed) expectEveryBackupServes(world, scenario);
     expectWorkGoesOn(world, isListed ? "db" : "other");
     expectClean(world, scenario);
     return recovered;
