@@ -51,7 +51,6 @@ std::optional<std::size_t> ChangedFilePrompt::choose(std::size_t count, std::siz
         if (number && *number >= 1 && static_cast<std::size_t>(*number) <= count)
             return static_cast<std::size_t>(*number) - 1;
     }
-    wasCancelled_ = wasCancelled_ || context_.platform.process.cancelRequested();
     return std::nullopt;
 }
 

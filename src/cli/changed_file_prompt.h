@@ -15,15 +15,10 @@ class ChangedFilePrompt : public files::ChangedFileDetailsDialog {
     std::optional<files::RestoreChoice> showRestore(const std::string& path) override;
     bool attended() const override { return true; }
 
-    /// Whether a cancel signal came in the place of an answer: the file was left as it is, and asked about
-    /// last.
-    bool wasCancelled() const noexcept { return wasCancelled_; }
-
   private:
     std::optional<std::size_t> choose(std::size_t count, std::size_t fallback);
 
     Context& context_;
-    bool wasCancelled_ = false;
 };
 
 /// The answers that the command line gave beforehand.

@@ -22,11 +22,9 @@ ExitCode runCheck(Context& context, const CheckArguments& arguments) {
 
     files::FileContentsCheck work(run->vault(), database, dialog, *report);
     report->begin(database);
-    files::CheckSummary summary = work.checkAllFiles();
-    files::CheckCounts& counts = summary.counts;
-    // Behind the last file there is no other at which the check itself would see the cancel.
-    counts.cancelled = counts.cancelled || prompt.wasCancelled();
+    const files::CheckSummary summary = work.checkAllFiles();
     report->finish(summary);
+    const files::CheckCounts& counts = summary.counts;
     if (counts.cancelled) return ExitCode::Cancelled;
     return counts.changed > 0 || counts.unchecked > 0 ? ExitCode::Differences : ExitCode::Done;
 }

@@ -12,7 +12,6 @@ namespace corvalence::files {
 
 namespace {
 
-constexpr std::size_t kStaleTailLimit = 16;
 constexpr std::uint64_t kBlock = crypto::CipherContext::kBlockSize;
 
 /// Splits one line into an entry, offset aside. Nothing where it is none.
@@ -80,7 +79,7 @@ void BackupIndex::parse(const std::string& path) {
         const std::size_t end = feed == std::string_view::npos ? text.size() : feed + 1;
         const auto entry = parseLine(text.substr(at, end - at));
         if (!entry || feed == std::string_view::npos) {
-            if (text.size() - at >= kStaleTailLimit) throw BackupDamaged(path);
+            if (!base::isStaleTail(text.size() - at)) throw BackupDamaged(path);
             break;
         }
         entries_.push_back({at, total_});

@@ -126,7 +126,6 @@ void FileContentsCheck::handleChanged(const FileRecord& then, const std::string&
     }
     const ChangedFileDetails details = describe(then, digest, now);
     const Reaction reaction = dialog_.show(details);
-    if (dialog_.attended() && progress_->cancelled()) counts_.cancelled = true;
     if (details.onlyIgnore || reaction == Reaction::Ignore) {
         observer_.changed(details, Reaction::Ignore, true, {});
     } else if (reaction == Reaction::Restore) {
@@ -134,6 +133,8 @@ void FileContentsCheck::handleChanged(const FileRecord& then, const std::string&
     } else {
         update(details, reaction);
     }
+    // Behind the last file there is no other at which a cancel in the place of an answer would be seen.
+    if (dialog_.attended() && progress_->cancelled()) counts_.cancelled = true;
 }
 
 ChangedFileDetails FileContentsCheck::describe(const FileRecord& then, const std::string& digest,
