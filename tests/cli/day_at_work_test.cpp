@@ -169,7 +169,7 @@ TEST(DayAtWork, addTellsWhatItDidNotTake) {
 TEST(DayAtWork, aCancelledAddKeepsWhatIsComplete) {
     Console console;
     for (int i = 0; i < 40; ++i)
-        console.write("f" + std::to_string(i), "plain words");
+        console.write(std::string("f").append(std::to_string(i)), "plain words");
     console.done({"init"});
     console.done({"create", "file-contents", "db"});
     console.process.cancelAt(90);

@@ -112,8 +112,8 @@ TEST(AddPipeline, WalksDepthFirstAndCountsWhatItPassesOver) {
     World world;
     for (const char* name : {"1", "b/2", "b/c/3", "d/4", "z", ".hidden", ".git/5"})
         world.write(name, name);
-    symlink("/etc/passwd", world.path("link").c_str());
-    symlink(".", world.path("loop").c_str());
+    std::filesystem::create_symlink("/etc/passwd", world.path("link"));
+    std::filesystem::create_symlink(".", world.path("loop"));
     world.create();
     const auto report = world.addAll();
     EXPECT_EQ(report.added, 5U);
