@@ -1,6 +1,6 @@
 # Installs the Debian packages that a script names and that this machine lacks. Sourced by run.sh and test.sh.
 
-build_packages=(g++ cmake ninja-build ccache libcli11-dev nlohmann-json3-dev)
+build_packages=(g++ cmake ninja-build ccache libacl1-dev libcli11-dev nlohmann-json3-dev)
 test_packages=(libgtest-dev libgmock-dev)
 # shellcheck disable=SC2034
 bench_packages=(libbenchmark-dev openssl aide time)

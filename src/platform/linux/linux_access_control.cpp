@@ -7,10 +7,10 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
-#include <optional>
 #include <string_view>
 #include <vector>
 
+#include "platform/linux/attribute_query.h"
 #include "platform/linux/descriptor.h"
 #include "platform/linux/linux_file.h"
 #include "platform/linux/pinned_path.h"
@@ -34,50 +34,19 @@ bool isNeverLost(std::string_view name) {
     return std::find(kNeverLost.begin(), kNeverLost.end(), name) != kNeverLost.end();
 }
 
-/// Repeats a call that fills a buffer until the buffer is large enough for what may grow meanwhile. Empty
-/// with errno set where the call fails.
-template <typename Call>
-std::optional<std::string> fillBuffer(Call call) {
-    for (;;) {
-        const ssize_t needed = call(nullptr, 0);
-        if (needed < 0) return std::nullopt;
-        std::string buffer(static_cast<std::size_t>(needed), '\0');
-        if (needed == 0) return buffer;
-        const ssize_t filled = call(buffer.data(), buffer.size());
-        if (filled >= 0) {
-            buffer.resize(static_cast<std::size_t>(filled));
-            return buffer;
-        }
-        if (errno != ERANGE) return std::nullopt;
-    }
-}
-
-/// The names of a file's extended attributes, its access list among them, as `call` lists them.
-template <typename Call>
-std::vector<std::string> attributeNames(Call call, const std::string& path) {
-    const auto list = fillBuffer(call);
-    if (!list) {
-        if (errno == ENOTSUP) return {};
-        throwSystemError(path);
-    }
-    std::vector<std::string> names;
-    for (std::size_t at = 0; at < list->size();) {
-        names.emplace_back(list->c_str() + at);
-        at += names.back().size() + 1;
-    }
-    return names;
-}
-
 std::vector<std::string> namesOfSource(const Descriptor& file, const std::string& path) {
     const std::string pinned = file.pinnedPath();
-    return attributeNames(
-        [&](char* buffer, std::size_t size) { return ::listxattr(pinned.c_str(), buffer, size); }, path);
+    auto names = attributeNames(
+        [&](char* buffer, std::size_t size) { return ::listxattr(pinned.c_str(), buffer, size); });
+    if (!names) throwSystemError(path);
+    return *std::move(names);
 }
 
 std::vector<std::string> namesOfTarget(const LinuxFile& file) {
-    return attributeNames(
-        [&](char* buffer, std::size_t size) { return ::flistxattr(file.descriptor(), buffer, size); },
-        file.path());
+    auto names = attributeNames(
+        [&](char* buffer, std::size_t size) { return ::flistxattr(file.descriptor(), buffer, size); });
+    if (!names) throwSystemError(file.path());
+    return *std::move(names);
 }
 
 void copyAttribute(const Descriptor& from, const std::string& fromPath, const LinuxFile& to,

@@ -7,12 +7,15 @@
 
 #include "base/path_rules.h"
 #include "platform/json_settings_store.h"
+#include "platform/linux/extended_attributes.h"
 #include "platform/linux/linux_access_control.h"
 #include "platform/linux/linux_clock.h"
 #include "platform/linux/linux_file_system.h"
 #include "platform/linux/linux_process.h"
+#include "platform/linux/linux_system_status.h"
 #include "platform/linux/linux_volumes.h"
 #include "platform/linux/mime_file_types.h"
+#include "platform/linux/posix_access_lists.h"
 
 namespace corvalence::test {
 
@@ -24,6 +27,9 @@ struct SystemBackEnd {
     platform::linux_system::LinuxProcess process;
     platform::linux_system::MimeFileTypes types;
     platform::linux_system::LinuxClock clock;
+    platform::linux_system::ExtendedAttributes streams;
+    platform::linux_system::PosixAccessLists accessLists;
+    platform::linux_system::LinuxSystemStatus status;
     base::PathRules paths{};
 };
 
