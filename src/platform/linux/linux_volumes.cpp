@@ -11,6 +11,7 @@
 #include <memory>
 #include <string_view>
 
+#include "platform/linux/descriptor.h"
 #include "platform/linux/mount_table.h"
 #include "platform/linux/status_query.h"
 
@@ -34,6 +35,20 @@ constexpr std::array kTypes = {
     TypeRow{"fuse.ceph", DriveType::Remote},  TypeRow{"fuse.curlftpfs", DriveType::Remote},
     TypeRow{"iso9660", DriveType::Optical},   TypeRow{"udf", DriveType::Optical},
 };
+
+/// File systems that show the system's own state as files, and such that only wait for others to be mounted.
+constexpr std::array<std::string_view, 23> kPseudo = {
+    "autofs", "binder",     "binfmt_misc", "bpf",       "cgroup",     "cgroup2", "configfs", "debugfs",
+    "devpts", "devtmpfs",   "efivarfs",    "fusectl",   "fuse.lxcfs", "mqueue",  "nsfs",     "proc",
+    "pstore", "rpc_pipefs", "securityfs",  "selinuxfs", "smackfs",    "sysfs",   "tracefs"};
+
+/// File systems whose files have neither owner nor mode of their own.
+constexpr std::array<std::string_view, 4> kWithoutAccessLists = {"exfat", "fuseblk", "msdos", "vfat"};
+
+template <std::size_t N>
+bool isAmong(const std::array<std::string_view, N>& types, std::string_view type) {
+    return std::find(types.begin(), types.end(), type) != types.end();
+}
 
 /// The path with every link resolved, of the nearest part that exists.
 std::string nearestExisting(std::string path) {
@@ -73,6 +88,28 @@ bool isRemovable(const std::string& device) {
     return false;
 }
 
+/// The mount that is seen at its own point; the last of several on one folder covers the others.
+const Mount* mountAt(const std::vector<Mount>& mounts, const std::string& point) {
+    const auto mount =
+        std::find_if(mounts.rbegin(), mounts.rend(), [&](const Mount& m) { return m.point == point; });
+    return mount == mounts.rend() ? nullptr : &*mount;
+}
+
+/// Whether the mount is a folder that can be reached: not covered by another one on it or on the way to it.
+bool isSeen(const Mount& mount) {
+    struct statx data {};
+    if (::statx(AT_FDCWD, mount.point.c_str(), AT_NO_AUTOMOUNT | AT_SYMLINK_NOFOLLOW | AT_STATX_DONT_SYNC,
+                STATX_TYPE | STATX_MNT_ID, &data) != 0 ||
+        !S_ISDIR(data.stx_mode)) {
+        return false;
+    }
+    return (data.stx_mask & STATX_MNT_ID) == 0 || data.stx_mnt_id == mount.id;
+}
+
+bool canBeListed(const std::string& folder) {
+    return Descriptor(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_NONBLOCK | O_CLOEXEC)).isOpen();
+}
+
 }  // namespace
 
 std::string LinuxVolumes::rootOf(const std::string& path) {
@@ -91,14 +128,31 @@ std::string LinuxVolumes::rootOf(const std::string& path) {
 
 DriveType LinuxVolumes::driveType(const std::string& root) {
     const std::vector<Mount> mounts = readMounts();
-    // The last of several on one folder covers the others.
-    const auto mount =
-        std::find_if(mounts.rbegin(), mounts.rend(), [&](const Mount& m) { return m.point == root; });
-    if (mount == mounts.rend()) return DriveType::Unknown;
+    const Mount* const mount = mountAt(mounts, root);
+    if (mount == nullptr) return DriveType::Unknown;
     const auto row = std::find_if(kTypes.begin(), kTypes.end(),
                                   [&](const TypeRow& r) { return r.fileSystem == mount->type; });
     if (row != kTypes.end()) return row->type;
     return isRemovable(deviceOf(*mount)) ? DriveType::Removable : DriveType::Fixed;
+}
+
+bool LinuxVolumes::keepsAccessLists(const std::string& root) {
+    const std::vector<Mount> mounts = readMounts();
+    const Mount* const mount = mountAt(mounts, root);
+    return mount != nullptr && !isAmong(kPseudo, mount->type) && !isAmong(kWithoutAccessLists, mount->type);
+}
+
+WalkRoots LinuxVolumes::walkRoots() {
+    const std::vector<Mount> mounts = readMounts();
+    WalkRoots walk;
+    for (const Mount& mount : mounts) {
+        if (mountAt(mounts, mount.point) != &mount || !isSeen(mount)) continue;
+        if (!isAmong(kPseudo, mount.type) && canBeListed(mount.point)) walk.roots.push_back(mount.point);
+        if (mount.point != "/") walk.barriers.push_back(mount.point);
+    }
+    std::sort(walk.roots.begin(), walk.roots.end());
+    std::sort(walk.barriers.begin(), walk.barriers.end());
+    return walk;
 }
 
 }  // namespace corvalence::platform::linux_system

@@ -9,6 +9,8 @@ class LinuxVolumes : public Volumes {
   public:
     std::string rootOf(const std::string& path) override;
     DriveType driveType(const std::string& root) override;
+    bool keepsAccessLists(const std::string& root) override;
+    WalkRoots walkRoots() override;
 };
 
 }  // namespace corvalence::platform::linux_system

@@ -8,6 +8,30 @@
 
 namespace corvalence::platform::windows_system {
 
+namespace {
+
+/// While it lives, a drive without a medium is a failure and no question to whoever sits at the machine.
+class NoMediaQuestions {
+  public:
+    NoMediaQuestions() noexcept { ::SetThreadErrorMode(SEM_FAILCRITICALERRORS, &before_); }
+    ~NoMediaQuestions() { ::SetThreadErrorMode(before_, nullptr); }
+    NoMediaQuestions(const NoMediaQuestions&) = delete;
+    NoMediaQuestions& operator=(const NoMediaQuestions&) = delete;
+
+  private:
+    DWORD before_ = 0;
+};
+
+bool canBeListed(const std::wstring& root) {
+    WIN32_FIND_DATAW data;
+    const HANDLE search = ::FindFirstFileW((root + L'*').c_str(), &data);
+    if (search == INVALID_HANDLE_VALUE) return false;
+    ::FindClose(search);
+    return true;
+}
+
+}  // namespace
+
 std::string WindowsVolumes::rootOf(const std::string& path) {
     const std::wstring wide = systemPath(path);
     std::wstring root(wide.size() + 2, L'\0');
@@ -31,6 +55,27 @@ DriveType WindowsVolumes::driveType(const std::string& root) {
         default:
             return DriveType::Unknown;
     }
+}
+
+bool WindowsVolumes::keepsAccessLists(const std::string& root) {
+    const NoMediaQuestions quiet;
+    const auto wide = toWide(root);
+    DWORD flags = 0;
+    return wide &&
+           ::GetVolumeInformationW(wide->c_str(), nullptr, 0, nullptr, nullptr, &flags, nullptr, 0) !=
+               FALSE &&
+           (flags & FILE_PERSISTENT_ACLS) != 0;
+}
+
+WalkRoots WindowsVolumes::walkRoots() {
+    const NoMediaQuestions quiet;
+    WalkRoots walk;
+    const DWORD letters = ::GetLogicalDrives();
+    for (int letter = 0; letter < 26; ++letter) {
+        const std::wstring root = {static_cast<wchar_t>(L'A' + letter), L':', L'\\'};
+        if ((letters >> letter & 1U) != 0 && canBeListed(root)) walk.roots.push_back(toUtf8(root));
+    }
+    return walk;
 }
 
 }  // namespace corvalence::platform::windows_system

@@ -4,6 +4,8 @@
 #include <sys/mount.h>
 #include <unistd.h>
 
+#include <algorithm>
+
 #include "child_process.h"
 #include "failure_of.h"
 #include "platform/file_copy.h"
@@ -86,6 +88,38 @@ TEST_F(Mounts, areTheRootsOfVolumes) {
     EXPECT_EQ(volumes.driveType(disk_), DriveType::Fixed);
     EXPECT_EQ(volumes.rootOf(disk_ + "/x"), disk_);
     ::close(device);
+}
+
+TEST_F(Mounts, withFilesAreRootsAndNoWalkGoesFromOneIntoAnother) {
+    const auto walkFrom = [this] { return world_.system.volumes.walkRoots(); };
+    const auto counts = [](const std::vector<std::string>& paths, const std::string& path) {
+        return std::count(paths.begin(), paths.end(), path);
+    };
+    world_.files.createFolder(disk_ + "/inner");
+    ASSERT_EQ(::mount("none", (disk_ + "/inner").c_str(), "tmpfs", 0, ""), 0);
+    auto walk = walkFrom();
+    EXPECT_EQ(walk.roots.front(), "/");
+    EXPECT_EQ(counts(walk.barriers, "/"), 0);
+    for (const std::string& each : {disk_, disk_ + "/inner"}) {
+        EXPECT_EQ(counts(walk.roots, each), 1) << each;
+        EXPECT_EQ(counts(walk.barriers, each), 1) << each;
+    }
+    EXPECT_EQ(counts(walk.roots, "/proc"), 0);
+    EXPECT_EQ(counts(walk.barriers, "/proc"), 1);
+    EXPECT_TRUE(world_.system.volumes.keepsAccessLists(disk_));
+    EXPECT_FALSE(world_.system.volumes.keepsAccessLists("/proc"));
+
+    // What another mount covers is no root, and two on one folder are one.
+    mountDisk();
+    walk = walkFrom();
+    EXPECT_EQ(counts(walk.roots, disk_), 1);
+    EXPECT_EQ(counts(walk.roots, disk_ + "/inner") + counts(walk.barriers, disk_ + "/inner"), 0);
+    // A mounted file is an entry of its folder.
+    const std::string file = world_.folder.write("mounted", "x");
+    ASSERT_EQ(::mount(file.c_str(), file.c_str(), nullptr, MS_BIND, nullptr), 0);
+    walk = walkFrom();
+    EXPECT_EQ(counts(walk.roots, file) + counts(walk.barriers, file), 0);
+    ::umount2(file.c_str(), MNT_DETACH);
 }
 
 TEST(MountTable, takesTheKernelsLinesAndLeavesOthersOut) {
