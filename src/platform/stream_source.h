@@ -35,13 +35,12 @@ class StreamSource {
   public:
     virtual ~StreamSource() = default;
 
-    /// Opens the streams of a file or folder, of the link itself where the path is a link. The content may be
-    /// in use elsewhere by readers. A file system that keeps no streams gives a reader without any. Throws
-    /// base::FileFailure: FileNotFound, AccessDenied, SharingViolation ...; the first failure may come from
-    /// the reader's next() instead.
+    /// Opens the streams of a file or folder, of the link itself where the path is a link. Others may have
+    /// the file open for reading and writing. A file system that keeps no streams gives a reader without any.
+    /// Throws base::FileFailure: FileNotFound, AccessDenied, SharingViolation ...; the first failure may come
+    /// from the reader's next() instead.
     virtual std::unique_ptr<StreamReader> open(const std::string& path) = 0;
-    /// Whether a failure says that this system has no means of listing streams at all, so that nothing is
-    /// known about any file's.
+    /// Whether a failure says that streams cannot be listed there at all, so that nothing is known of any.
     virtual bool isNotSupported(const base::FileFailure& failure) const noexcept = 0;
 };
 
