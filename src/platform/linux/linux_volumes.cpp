@@ -13,6 +13,7 @@
 
 #include "platform/linux/descriptor.h"
 #include "platform/linux/mount_table.h"
+#include "platform/linux/pseudo_file_system.h"
 #include "platform/linux/status_query.h"
 
 namespace corvalence::platform::linux_system {
@@ -36,11 +37,9 @@ constexpr std::array kTypes = {
     TypeRow{"iso9660", DriveType::Optical},   TypeRow{"udf", DriveType::Optical},
 };
 
-/// File systems that show the system's own state as files, and such that only wait for others to be mounted.
-constexpr std::array<std::string_view, 23> kPseudo = {
-    "autofs", "binder",     "binfmt_misc", "bpf",       "cgroup",     "cgroup2", "configfs", "debugfs",
-    "devpts", "devtmpfs",   "efivarfs",    "fusectl",   "fuse.lxcfs", "mqueue",  "nsfs",     "proc",
-    "pstore", "rpc_pipefs", "securityfs",  "selinuxfs", "smackfs",    "sysfs",   "tracefs"};
+/// Mounts that hold no files of their own though their type does not say so: places where another one comes
+/// when it is asked for, and what shows the kernel's tables to containers.
+constexpr std::array<std::string_view, 2> kWithoutFiles = {"autofs", "fuse.lxcfs"};
 
 /// File systems whose files have neither owner nor mode of their own.
 constexpr std::array<std::string_view, 4> kWithoutAccessLists = {"exfat", "fuseblk", "msdos", "vfat"};
@@ -86,6 +85,10 @@ bool isRemovable(const std::string& device) {
         if (file >> flag) return flag == '1';
     }
     return false;
+}
+
+bool holdsFiles(const Mount& mount) {
+    return !isAmong(kWithoutFiles, mount.type) && !isPseudoFileSystem(mount.point);
 }
 
 /// The mount that is seen at its own point; the last of several on one folder covers the others.
@@ -139,7 +142,7 @@ DriveType LinuxVolumes::driveType(const std::string& root) {
 bool LinuxVolumes::keepsAccessLists(const std::string& root) {
     const std::vector<Mount> mounts = readMounts();
     const Mount* const mount = mountAt(mounts, root);
-    return mount != nullptr && !isAmong(kPseudo, mount->type) && !isAmong(kWithoutAccessLists, mount->type);
+    return mount != nullptr && holdsFiles(*mount) && !isAmong(kWithoutAccessLists, mount->type);
 }
 
 WalkRoots LinuxVolumes::walkRoots() {
@@ -147,7 +150,7 @@ WalkRoots LinuxVolumes::walkRoots() {
     WalkRoots walk;
     for (const Mount& mount : mounts) {
         if (mountAt(mounts, mount.point) != &mount || !isSeen(mount)) continue;
-        if (!isAmong(kPseudo, mount.type) && canBeListed(mount.point)) walk.roots.push_back(mount.point);
+        if (holdsFiles(mount) && canBeListed(mount.point)) walk.roots.push_back(mount.point);
         if (mount.point != "/") walk.barriers.push_back(mount.point);
     }
     std::sort(walk.roots.begin(), walk.roots.end());
