@@ -2,9 +2,9 @@
 
 namespace corvalence::platform::windows_system {
 
-RegistryKey RegistryKey::open(HKEY root, const std::wstring& path, REGSAM access) {
+RegistryKey RegistryKey::open(HKEY root, const std::wstring& path, REGSAM access, DWORD options) {
     RegistryKey key;
-    if (::RegOpenKeyExW(root, path.c_str(), 0, access, &key.key_) != ERROR_SUCCESS) key.key_ = nullptr;
+    if (::RegOpenKeyExW(root, path.c_str(), options, access, &key.key_) != ERROR_SUCCESS) key.key_ = nullptr;
     return key;
 }
 

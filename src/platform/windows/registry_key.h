@@ -21,8 +21,8 @@ class RegistryKey {
         if (key_ != nullptr) ::RegCloseKey(key_);
     }
 
-    /// Not open where the key is missing or closed to the caller.
-    static RegistryKey open(HKEY root, const std::wstring& path, REGSAM access);
+    /// Not open where the key is missing or closed to the caller. `options` are those of the system's call.
+    static RegistryKey open(HKEY root, const std::wstring& path, REGSAM access, DWORD options = 0);
     /// The same, but makes what is missing of the path.
     static RegistryKey create(HKEY root, const std::wstring& path, REGSAM access);
 
