@@ -70,10 +70,9 @@ bool WindowsVolumes::keepsAccessLists(const std::string& root) {
 WalkRoots WindowsVolumes::walkRoots() {
     const NoMediaQuestions quiet;
     WalkRoots walk;
-    const DWORD letters = ::GetLogicalDrives();
-    for (int letter = 0; letter < 26; ++letter) {
-        const std::wstring root = {static_cast<wchar_t>(L'A' + letter), L':', L'\\'};
-        if ((letters >> letter & 1U) != 0 && canBeListed(root)) walk.roots.push_back(toUtf8(root));
+    for (wchar_t letter = L'A'; letter <= L'Z'; ++letter) {
+        const std::wstring root = {letter, L':', L'\\'};
+        if (canBeListed(root)) walk.roots.push_back(toUtf8(root));
     }
     return walk;
 }
