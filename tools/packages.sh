@@ -2,6 +2,9 @@
 
 build_packages=(g++ cmake ninja-build ccache libacl1-dev libcli11-dev nlohmann-json3-dev)
 test_packages=(libgtest-dev libgmock-dev)
+# For another system: the compiler, the tests' library as sources, and what runs the result.
+# shellcheck disable=SC2034
+windows_packages=(g++-mingw-w64-x86-64-posix googletest wine64)
 # shellcheck disable=SC2034
 bench_packages=(libbenchmark-dev openssl aide time)
 

@@ -72,12 +72,14 @@ TEST_F(Config, foldersAreStoredWhole) {
     std::filesystem::create_directory(console.path("changed"));
     EXPECT_EQ(set("changed-folder", "./changed/"), 0);
     EXPECT_EQ(get("Changed Files Directory"), console.path("changed/\n"));
-    std::filesystem::create_directory_symlink(console.home(), console.path("link"));
+    const bool hasLink = makeLink(console.home(), console.path("link"));
     const auto setRoot = [&](const std::string& root) {
         return console.run({"--home", console.home(), "config", "set", "data-root", root}).code;
     };
-    EXPECT_EQ(setRoot("link"), 0);
-    EXPECT_EQ(get("data-root"), console.path("link/\n"));
+    if (hasLink) {
+        EXPECT_EQ(setRoot("link"), 0);
+        EXPECT_EQ(get("data-root"), console.path("link/\n"));
+    }
     EXPECT_EQ(setRoot("changed"), 2);  // --home would not find its way back
     EXPECT_EQ(set("data-root", "changed"), 0);
 }

@@ -30,9 +30,10 @@ Outcome Console::run(std::vector<std::string> arguments) {
                          err,
                          [this](const std::optional<std::string>& given) {
                              const std::string root = given.value_or(home());
-                             return cli::Place{system.paths.withSeparator(root),
-                                               std::make_unique<SystemSettingsStore>(
-                                                   files, system.paths.join(root, "settings.json"))};
+                             return cli::Place{
+                                 system.paths.withSeparator(root),
+                                 std::make_unique<SystemSettingsStore>(
+                                     files, system.paths.join(root, "settings.json"), system.paths)};
                          }};
     Outcome outcome;
     outcome.code = static_cast<int>(cli::runProgram(host, arguments));

@@ -1,6 +1,5 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <sys/stat.h>
 
 #include <filesystem>
 
@@ -141,15 +140,21 @@ TEST(DayAtWork, addTellsWhatItDidNotTake) {
     console.write("a", "1");
     console.write(".hidden", "1");
     console.write("b", "1");
-    std::filesystem::create_symlink("a", console.path("link"));
+    const bool hasLink = makeLink("a", console.path("link"));
     console.begin();
-    ASSERT_EQ(::mkfifo(console.path("pipe").c_str(), 0600), 0);
+    const bool hasPipe = makePipe(console.path("pipe"));
     const Outcome walked = console.run({"add", "db", "--location", console.folder.path()});
-    EXPECT_EQ(walked.code, 1);
-    EXPECT_THAT(walked.err, HasSubstr("Couldn't add " + console.path("pipe") + "\nReason: InvalidFile.\n"));
-    for (const char* line :
-         {"1 could not be added.\n", "1 passed over: names that begin with a full stop.\n",
-          "1 passed over: symbolic links.\n", " passed over: the installation's own files.\n"})
+    EXPECT_EQ(walked.code, hasPipe ? 1 : 0);
+    if (hasPipe) {
+        EXPECT_THAT(walked.err,
+                    HasSubstr("Couldn't add " + console.path("pipe") + "\nReason: InvalidFile.\n"));
+        EXPECT_THAT(walked.out, HasSubstr("1 could not be added.\n"));
+    }
+    if (hasLink) {
+        EXPECT_THAT(walked.out, HasSubstr("1 passed over: symbolic links.\n"));
+    }
+    for (const char* line : {"1 passed over: names that begin with a full stop.\n",
+                             " passed over: the installation's own files.\n"})
         EXPECT_THAT(walked.out, HasSubstr(line));
     EXPECT_THAT(walked.err, Not(HasSubstr("previously listed")));
 
@@ -234,7 +239,9 @@ TEST(DayAtWork, aQuestionWithoutAUserIsAnsweredNo) {
 TEST(DayAtWork, detailsAndListsShowWhatTheRecordsHold) {
     Console console;
     console.write("big", std::string(2048, 'x'));
-    console.write("odd\x1b[31m\xFF", "1");
+    // Where names may be any bytes, they are shown so that no terminal acts on them.
+    const bool anyBytes = canBeNamed("\x1b\xFF");
+    console.write(anyBytes ? "odd\x1b[31m\xFF" : "odd", "1");
     console.begin();
     EXPECT_THAT(
         console.done({"details", "db"}).out,
@@ -244,7 +251,7 @@ TEST(DayAtWork, detailsAndListsShowWhatTheRecordsHold) {
                                  console.home("Databases/db") + "\n")));
     EXPECT_THAT(
         console.done({"files", "db"}).out,
-        HasSubstr(console.path("odd\\x1b[31m\\xff") +
+        HasSubstr(console.path("odd") + (anyBytes ? "\\x1b[31m\\xff" : "") +
                   "\t6b86b273ff34fce19d6b804eff5a3f5747ada4eaa22f1d49c01e52ddb7875b4b\t1\tArchive.\t"));
     console.done({"check", "db"});
     EXPECT_EQ(console.done({"databases"}).out, "file-contents\t" + console.home("Databases/db") +
@@ -255,8 +262,8 @@ TEST(DayAtWork, namesThatAParserCouldTakeForSomethingElse) {
     Console console;
     console.done({"init"});
     console.done({"create", "file-contents", "[db]"});
-    const std::vector<std::string> names = {"[x]",   "[]",  "{}", "%%",     "[a,b]",
-                                            "check", "add", "-x", "\x1F[y]"};
+    std::vector<std::string> names = {"[x]", "[]", "{}", "%%", "[a,b]", "check", "add", "-x", "\x1F[y]"};
+    std::erase_if(names, [](const std::string& name) { return !canBeNamed(name); });
     std::vector<std::string> arguments = {"add", "[db]", "--"};
     for (const std::string& name : names) {
         console.write(name, "1");

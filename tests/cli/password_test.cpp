@@ -61,7 +61,8 @@ TEST(Password, comesFromAFile) {
     console.done({"--password-file", console.path("password"), "databases"});
     EXPECT_EQ(console.run({"databases"}).err, "no password was given\n");
     EXPECT_EQ(console.run({"databases", "--password-file", "none"}).code, 4);
-    EXPECT_EQ(console.run({"databases", "--password-file", "."}).code, 3);  // a folder has no line
+    EXPECT_EQ(console.run({"databases", "--password-file", "."}).code,
+              canBeNamed("\n") ? 3 : 4);  // a folder has no line, or cannot be opened at all
     console.input = "from a file\n";
     console.done({"databases", "--password-file", "-"});
     // The file comes before a terminal.

@@ -106,15 +106,16 @@ TEST(Refusals, aCopyOrAMovedInstallationIsNotWorkedOn) {
                         testing::AllOf(HasSubstr("copied or moved from " + console.home()), HasSubstr(hint)));
         }
     };
-    std::filesystem::copy(console.home(), console.path("copy"), std::filesystem::copy_options::recursive);
+    copyFolder(console.home(), console.path("copy"));
     expectRefusals(console.path("copy"), "corvalencectl --home " + console.home());
     console.done({"--home", console.home(), "check", "db"});
 
-    std::filesystem::rename(console.home(), console.path("moved"));
+    std::filesystem::rename(console.folder / "home", console.path("moved"));
     expectRefusals(console.path("moved"), "a symbolic link at that place");
-    std::filesystem::create_directory_symlink(console.path("moved"), console.folder / "home");
-    console.done({"--home", console.path("moved"), "check", "db"});
-    console.done({"--home", console.home(), "check", "db"});
+    if (makeLink(console.path("moved"), console.folder / "home")) {
+        console.done({"--home", console.path("moved"), "check", "db"});
+        console.done({"--home", console.home(), "check", "db"});
+    }
 }
 
 TEST(Refusals, forAdministratorsAndOneAtATime) {

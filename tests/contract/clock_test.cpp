@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <ctime>
 
 #include "fake_clock.h"
@@ -15,15 +14,9 @@ namespace {
 /// The promises of a clock, from the system's own and from the one that tests put in its place.
 class Clocks : public testing::Test {
   protected:
-    Clocks() { ::setenv("TZ", "UTC0", 1); }
-    ~Clocks() override {
-        ::unsetenv("TZ");
-        ::tzset();
-    }
-
-    SystemBackEnd system_;
+    ZonedClock universal_{ZonedClock::utc()};
     FakeClock fake_;
-    platform::Clock* const clocks_[2] = {&system_.clock, &fake_};
+    platform::Clock* const clocks_[2] = {&universal_.clock(), &fake_};
 };
 
 TEST_F(Clocks, breakTimesDownByTheCalendar) {
@@ -40,15 +33,16 @@ TEST_F(Clocks, breakTimesDownByTheCalendar) {
     }
 }
 
-TEST_F(Clocks, ofTheMachineTellItsTimeAndTheSummerTimeOfTheMoment) {
-    EXPECT_NEAR(static_cast<double>(system_.clock.now().unixSeconds()),
+TEST(MachineClock, tellsItsTimeAndTheSummerTimeOfTheMoment) {
+    SystemBackEnd system;
+    EXPECT_NEAR(static_cast<double>(system.clock.now().unixSeconds()),
                 static_cast<double>(std::time(nullptr)), 5);
-    ::setenv("TZ", "CET-1CEST,M3.5.0,M10.5.0/3", 1);
-    SystemBackEnd elsewhere;
-    EXPECT_EQ(elsewhere.clock.local(base::FileTime::fromUnix(1704110400, 0)).hour,
-              13);  // 2024-01-01 12:00 UTC
-    EXPECT_EQ(elsewhere.clock.local(base::FileTime::fromUnix(1719835200, 0)).hour,
-              14);  // 2024-07-01 12:00 UTC
+    ZonedClock elsewhere(ZonedClock::centralEurope());
+    const auto hourAt = [&](std::int64_t seconds) {
+        return elsewhere.clock().local(base::FileTime::fromUnix(seconds, 0)).hour;
+    };
+    EXPECT_EQ(hourAt(1704110400), 13);  // 2024-01-01 12:00 UTC
+    EXPECT_EQ(hourAt(1719835200), 14);  // 2024-07-01 12:00 UTC
 }
 
 }  // namespace

@@ -18,7 +18,7 @@ TEST(Install, MakesFoldersEmptySealedFilesAndSettingsForTheirOwnerAlone) {
     World world;
     for (const char* folder :
          {"Backup Files", "Changed Files", "Checking Schedule", "Databases", "Reports"}) {
-        EXPECT_EQ(fs::status(world.data(folder)).permissions(), fs::perms::owner_all) << folder;
+        EXPECT_TRUE(isOwnersAlone(world.data(folder))) << folder;
     }
     for (const char* file :
          {"Backup Files/Database Index", "Checking Schedule/Scheduled Checking Log File",

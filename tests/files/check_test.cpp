@@ -45,7 +45,7 @@ TEST(FileContentsCheck, IgnoresWhatIsNotContent) {
     const std::string path = world.write("a.q7z", "one");
     world.create();
     world.add({"a.q7z"});
-    std::filesystem::permissions(path, std::filesystem::perms::owner_read);
+    setReadOnly(path, true);
     std::filesystem::last_write_time(path,
                                      std::filesystem::file_time_type::clock::now() - std::chrono::hours(48));
     EXPECT_EQ(world.check().counts().identical, 1U);
@@ -62,7 +62,7 @@ TEST(FileContentsCheck, CountsWhatCannotBeReadAsUncheckedAndNeverAsChanged) {
     std::filesystem::remove(world.path("gone"));
     std::filesystem::remove(world.path("folder"));
     std::filesystem::create_directory(world.path("folder"));
-    world.machine.faults.failReads("/broken");
+    world.machine.faults.failReads(native("/broken"));
 
     const CheckOutcome outcome =
         world.check({{Reaction::Restore}, files::RestoreChoice::DeleteChangedFile, true});

@@ -19,7 +19,8 @@ std::map<std::string, std::string> contentsBelow(const std::string& folder) {
     std::map<std::string, std::string> contents;
     for (const auto& entry : fs::recursive_directory_iterator(folder)) {
         if (entry.is_regular_file())
-            contents[entry.path().string().substr(folder.size())] = readWholeFile(entry.path().string());
+            contents[entry.path().generic_string().substr(folder.size())] =
+                readWholeFile(entry.path().string());
     }
     return contents;
 }
@@ -30,7 +31,7 @@ bool hasMoved(const World& world, const std::string& content) {
 }
 
 void expectClean(const World& world, const Scenario& scenario) {
-    EXPECT_EQ(readWholeFile(world.data("Working Copies")), "");
+    EXPECT_EQ(fs::file_size(world.data("Working Copies")), 0U);
     // Paths of recorded files stand in sealed files only, and so does what sealed backups hold.
     EXPECT_TRUE(world.leftovers(world.path("kept")).empty()) << world.leftovers(world.path("kept"))[0];
     if (scenario.backups == "N") {
@@ -117,13 +118,13 @@ Stage::Stage(const Scenario& scenario) {
         World world(folder_);
         prepareWorld(world, scenario);
     }
-    before_ = contentsBelow(folder_ + "files/");
-    fs::copy(folder_, kept_, fs::copy_options::recursive);
+    before_ = contentsBelow(home_ / "world/files/");
+    copyFolder(folder_, kept_);
 }
 
 void Stage::reset() const {
-    fs::remove_all(folder_);
-    fs::copy(kept_, folder_, fs::copy_options::recursive);
+    fs::remove_all(fsPath(folder_));
+    copyFolder(kept_, folder_);
 }
 
 int expectNothingLost(World& world, const Stage& stage, const Scenario& scenario) {

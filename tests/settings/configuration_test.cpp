@@ -129,9 +129,9 @@ TEST_F(ConfigurationTest, AppliesTheRulesOfTheSheetInTheirOrder) {
          "If you want to backup each database you must choose a location for the backup database."},
         {with([&](auto& f) { f.besideDatabase = false, f.backupFolder = folder; }), ""},
         {with([&](auto& f) { f.besideDatabase = false, f.backupFolder = folder + "nowhere"; }),
-         folder + "nowhere/ is not a valid location."},
+         native(folder + "nowhere/") + " is not a valid location."},
         {with([](auto& f) { f.besideDatabase = false, f.backupFolder = "*"; }),
-         "*/ is not a valid location."},
+         native("*/") + " is not a valid location."},
     };
     for (const Sheet& sheet : sheets) {
         EXPECT_EQ(

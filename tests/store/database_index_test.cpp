@@ -107,6 +107,7 @@ TEST(DatabaseIndex, TakesTheFirstLineThatBeginsWithThePath) {
     index.appendRecord(record("/db/a"));
     EXPECT_EQ(index.findRecord("/db/a")->path, "/db/a2");
     EXPECT_EQ(index.findExact("/db/a")->path, "/db/a");
+    world.platform.paths.ignoresCase = false;
     EXPECT_FALSE(index.findRecord("/DB/A"));
     world.platform.paths.ignoresCase = true;
     EXPECT_EQ(index.findRecord("/DB/A")->path, "/db/a2");

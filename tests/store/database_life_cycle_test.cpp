@@ -293,7 +293,7 @@ TEST(BackupDatabasePath, PutsTheSuffixBeforeTheLastStopOfTheFileName) {
     EXPECT_EQ(of("/a.b/db.x.y"), "/a.b/db.x~.y");
     world.set("Config4", "0");
     world.set("Config3", "/backups");
-    EXPECT_EQ(of("/a.b/db.x"), "/backups/db~.x");
+    EXPECT_EQ(of("/a.b/db.x"), paths.join("/backups", "db~.x"));
 }
 
 TEST(CompleteLocation, MakesADriveOfALetterOnWindowsOnly) {

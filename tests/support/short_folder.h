@@ -1,11 +1,12 @@
 #pragma once
 
-#include <stdlib.h>
-
 #include <filesystem>
-#include <stdexcept>
+#include <random>
 #include <string>
 #include <string_view>
+
+#include "machine.h"
+#include "temp_folder.h"
 
 namespace corvalence::test {
 
@@ -14,15 +15,16 @@ namespace corvalence::test {
 class ShortFolder {
   public:
     ShortFolder() {
-        std::string name = "/tmp/cXXXXXX";
-        if (::mkdtemp(name.data()) == nullptr) throw std::runtime_error("mkdtemp");
-        path_ = name + "/";
+        std::random_device numbers;
+        do {
+            path_ = native(shortFolder() + "c" + std::to_string(numbers() % 1'000'000) + "/");
+        } while (!std::filesystem::create_directory(fsPath(path_)));
     }
-    ~ShortFolder() { std::filesystem::remove_all(path_); }
+    ~ShortFolder() { std::filesystem::remove_all(fsPath(path_)); }
     ShortFolder(const ShortFolder&) = delete;
     ShortFolder& operator=(const ShortFolder&) = delete;
 
-    std::string operator/(std::string_view name) const { return path_ + std::string(name); }
+    std::string operator/(std::string_view name) const { return path_ + native(name); }
 
   private:
     std::string path_;

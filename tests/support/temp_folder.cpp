@@ -2,16 +2,35 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <random>
 
+#include "machine.h"
+
 namespace corvalence::test {
 
 namespace fs = std::filesystem;
 
-TempFolder::TempFolder() : TempFolder(fs::temp_directory_path().string()) {}
+std::string native(std::string_view path) {
+    std::string text(path);
+    std::replace(text.begin(), text.end(), '/', static_cast<char>(fs::path::preferred_separator));
+    return text;
+}
+
+fs::path fsPath(std::string_view path) {
+    // Some systems' libraries find no folder by a name with a separator behind it.
+    const fs::path whole = std::u8string(path.begin(), path.end());
+    return whole.has_filename() || whole == whole.root_path() ? whole : whole.parent_path();
+}
+
+void copyFolder(std::string_view from, std::string_view to) {
+    fs::copy(fsPath(from), fsPath(to), fs::copy_options::recursive);
+}
+
+TempFolder::TempFolder() : TempFolder(usualFolder()) {}
 
 TempFolder::TempFolder(const std::string& parent) {
     const fs::path base = fs::canonical(parent);
@@ -31,12 +50,12 @@ TempFolder::~TempFolder() {
             fs::permissions(at->path(), fs::perms::owner_all, fs::perm_options::add, error);
         }
     }
-    fs::remove_all(path_, error);
+    fs::remove_all(fsPath(path_), error);
 }
 
 std::string TempFolder::write(std::string_view name, std::string_view content) const {
     const std::string path = *this / name;
-    fs::create_directories(fs::path(path).parent_path());
+    fs::create_directories(fsPath(path).parent_path());
     writeWholeFile(path, content);
     return path;
 }
@@ -46,19 +65,25 @@ std::string TempFolder::read(std::string_view name) const {
 }
 
 bool TempFolder::has(std::string_view name) const {
-    return fs::exists(fs::symlink_status(*this / name));
+    return fs::exists(fs::symlink_status(fsPath(*this / name)));
 }
 
 void writeWholeFile(const std::string& path, std::string_view content) {
-    std::ofstream file(path, std::ios::binary | std::ios::trunc);
+    std::ofstream file(fsPath(path), std::ios::binary | std::ios::trunc);
     file.write(content.data(), static_cast<std::streamsize>(content.size())).flush();
     if (!file) ADD_FAILURE() << "cannot write " << path;
 }
 
-std::string readWholeFile(const std::string& path) {
-    std::ifstream file(path, std::ios::binary);
-    if (!file) ADD_FAILURE() << "cannot read " << path;
+std::optional<std::string> readIfOpen(const std::string& path) {
+    std::ifstream file(fsPath(path), std::ios::binary);
+    if (!file) return std::nullopt;
     return std::string(std::istreambuf_iterator<char>(file), {});
+}
+
+std::string readWholeFile(const std::string& path) {
+    const auto content = readIfOpen(path);
+    if (!content) ADD_FAILURE() << "cannot read " << path;
+    return content.value_or("");
 }
 
 }  // namespace corvalence::test

@@ -64,7 +64,7 @@ World::World() : platform(platformWith(machine.settings)), root_(machine.folder.
 }
 
 World::World(const std::string& folder)
-    : sharedSettings(std::in_place, machine.files, folder + "settings.json"),
+    : sharedSettings(std::in_place, machine.files, folder + "settings.json", machine.system.paths),
       platform(platformWith(*sharedSettings)),
       root_(folder) {
     std::filesystem::create_directories(root_ + "files");
@@ -80,7 +80,7 @@ core::StartResult World::start() {
 }
 
 std::string World::write(std::string_view name, std::string_view content) {
-    std::filesystem::create_directories(std::filesystem::path(path(name)).parent_path());
+    std::filesystem::create_directories(fsPath(path(name)).parent_path());
     writeWholeFile(path(name), content);
     return path(name);
 }
@@ -102,7 +102,7 @@ files::AddReport World::add(const std::vector<std::string>& names, std::string_v
     EXPECT_EQ(open(database), store::OpenResult::Opened);
     std::vector<std::string> paths;
     for (const std::string& name : names)
-        paths.push_back(name.front() == '/' ? name : path(name));
+        paths.push_back(fsPath(name).is_absolute() ? name : path(name));
     return files::AddPipeline(vault(), context()).addFiles(paths, {true, true});
 }
 
@@ -151,14 +151,14 @@ std::vector<std::string> World::leftovers(std::string_view secret) const {
     std::vector<std::string> found;
     for (const auto& entry : std::filesystem::recursive_directory_iterator(root_)) {
         if (!entry.is_regular_file()) continue;
-        const std::string file = entry.path();
-        const std::string name = entry.path().filename();
+        const std::string file = entry.path().string();
+        const std::string name = entry.path().filename().string();
         const bool marked = std::any_of(std::begin(kMarks), std::end(kMarks), [&](std::string_view mark) {
             return name.find(mark) != std::string::npos;
         });
         const bool isUsers = file.starts_with(path(""));
         const bool plain =
-            !secret.empty() && !isUsers && readWholeFile(file).find(secret) != std::string::npos;
+            !secret.empty() && !isUsers && readIfOpen(file).value_or("").find(secret) != std::string::npos;
         if (marked || plain) found.push_back(file);
     }
     return found;

@@ -97,7 +97,7 @@ class World {
     void set(std::string_view key, const std::string& text) { configuration().write(key, text); }
 
     // The user's files, by name below "files".
-    std::string path(std::string_view name) const { return root_ + "files/" + std::string(name); }
+    std::string path(std::string_view name) const { return root_ + native("files/" + std::string(name)); }
     std::string write(std::string_view name, std::string_view content);
     std::string read(std::string_view name) const { return readWholeFile(path(name)); }
 
@@ -105,7 +105,7 @@ class World {
     std::string databasePath(std::string_view name = "db") const {
         return data("Databases/") + std::string(name);
     }
-    std::string data(std::string_view name) const { return root_ + "data/" + std::string(name); }
+    std::string data(std::string_view name) const { return root_ + native("data/" + std::string(name)); }
     bool create(std::string_view name = "db", crypto::DigestCode digest = crypto::DigestCode::Sha256);
     store::OpenResult open(std::string_view name = "db");
     store::OpenDatabaseContext& context() { return *context_; }

@@ -13,7 +13,7 @@ class Handle {
     explicit Handle(HANDLE value) noexcept : value_(value) {}
     Handle(Handle&& other) noexcept : value_(std::exchange(other.value_, nullptr)) {}
     Handle& operator=(Handle&& other) noexcept {
-        std::swap(value_, other.value_);
+        Handle old(std::exchange(value_, std::exchange(other.value_, nullptr)));
         return *this;
     }
     ~Handle() {

@@ -91,18 +91,20 @@ std::string toUtf8(std::wstring_view text) {
     return bytes;
 }
 
-std::wstring systemPath(const std::string& path) {
-    if (path.empty()) throw base::FileFailure(base::Cause::FileNotFound, 0, path);
-    const auto refused = [&] { return base::FileFailure(base::Cause::BadPath, 0, path); };
+bool isSystemPath(const std::string& path) noexcept {
     const bool isShare = path.size() > 2 && kPaths.isSeparator(path[0]) && kPaths.isSeparator(path[1]);
     const bool hasDrive = path.size() > 2 && path[1] == ':' && kPaths.isSeparator(path[2]);
-    if ((!isShare && !hasDrive) || path.find('\0') != std::string::npos) throw refused();
-    std::optional<std::wstring> wide = toWide(path);
-    if (!wide) throw refused();
-    if (wide->starts_with(kPrefix)) return *wide;
-    wide = toWide(kPaths.absolute(path, {}));
-    if (isShare) return std::wstring(kSharePrefix) + wide->substr(2);
-    return std::wstring(kPrefix) + *wide;
+    return (isShare || hasDrive) && path.find('\0') == std::string::npos && toWide(path).has_value();
+}
+
+std::wstring systemPath(const std::string& path) {
+    if (path.empty()) throw base::FileFailure(base::Cause::FileNotFound, 0, path);
+    if (!isSystemPath(path)) throw base::FileFailure(base::Cause::BadPath, 0, path);
+    const std::wstring wide = toWide(path).value();
+    if (wide.starts_with(kPrefix)) return wide;
+    const std::wstring clean = toWide(kPaths.absolute(path, {})).value();
+    const bool isShare = clean.front() == L'\\';
+    return isShare ? std::wstring(kSharePrefix) + clean.substr(2) : std::wstring(kPrefix) + clean;
 }
 
 std::string plainPath(std::wstring_view path) {

@@ -20,6 +20,9 @@ std::string toUtf8(std::wstring_view text);
 /// UTF-8 or holds a NUL.
 std::wstring systemPath(const std::string& path);
 
+/// Whether systemPath() takes it.
+bool isSystemPath(const std::string& path) noexcept;
+
 /// What the system tells as a final path, as the program writes it.
 std::string plainPath(std::wstring_view path);
 

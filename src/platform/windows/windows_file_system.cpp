@@ -213,13 +213,15 @@ std::unique_ptr<File> WindowsFileSystem::createNew(const std::string& path) {
 }
 
 std::optional<FileStatus> WindowsFileSystem::status(const std::string& path, Follow follow) {
+    // At what is no path, or no name, of this system nothing stands.
+    if (!isSystemPath(path)) return std::nullopt;
     const std::wstring wide = systemPath(path);
     const DWORD flags =
         FILE_FLAG_BACKUP_SEMANTICS | (follow == Follow::No ? FILE_FLAG_OPEN_REPARSE_POINT : DWORD{0});
     const Handle handle = open(wide, FILE_READ_ATTRIBUTES, kShareAll, OPEN_EXISTING, flags);
     if (handle.isOpen()) return statusOf(handle.get(), path);
     const DWORD error = ::GetLastError();
-    if (isMissing(error)) return std::nullopt;
+    if (isMissing(error) || error == ERROR_INVALID_NAME || error == ERROR_BAD_PATHNAME) return std::nullopt;
     if (error == ERROR_SHARING_VIOLATION || error == ERROR_ACCESS_DENIED) {
         if (auto status = statusByEntry(path)) return status;
     }

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <thread>
 
 #include "platform/windows/handle.h"
 #include "platform/windows/path_style.h"
@@ -27,10 +28,10 @@ BOOL WINAPI onControlEvent(DWORD) {
     return TRUE;
 }
 
-class OwnedMutex : public InstanceLock {
+/// The mutex is there as long as somebody has it open; who made it holds the installation.
+class OpenMutex : public InstanceLock {
   public:
-    explicit OwnedMutex(Handle mutex) : mutex_(std::move(mutex)) {}
-    ~OwnedMutex() override { ::ReleaseMutex(mutex_.get()); }
+    explicit OpenMutex(Handle mutex) : mutex_(std::move(mutex)) {}
 
   private:
     Handle mutex_;
@@ -70,23 +71,19 @@ std::wstring WindowsProcess::mutexName(const std::string& folder) const {
 
 std::unique_ptr<InstanceLock> WindowsProcess::lockInstallation(const std::string& folder,
                                                                std::chrono::milliseconds wait) {
-    Handle mutex(::CreateMutexW(nullptr, FALSE, mutexName(folder).c_str()));
-    if (!mutex.isOpen()) throwSystemError(folder);
+    const std::wstring name = mutexName(folder);
     const auto deadline = std::chrono::steady_clock::now() + wait;
     for (;;) {
-        const auto left =
-            std::chrono::ceil<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now());
-        const auto pause = std::clamp(left, std::chrono::milliseconds(0), kLockPoll);
-        switch (::WaitForSingleObject(mutex.get(), static_cast<DWORD>(pause.count()))) {
-            case WAIT_OBJECT_0:
-            case WAIT_ABANDONED:  // its owner was ended by force
-                return std::make_unique<OwnedMutex>(std::move(mutex));
-            case WAIT_TIMEOUT:
-                if (cancelRequested() || left.count() <= 0) return nullptr;
-                break;
-            default:
-                throwSystemError(folder);
-        }
+        Handle mutex(::CreateMutexW(nullptr, TRUE, name.c_str()));
+        const DWORD error = ::GetLastError();
+        if (mutex.isOpen() && error != ERROR_ALREADY_EXISTS)
+            return std::make_unique<OpenMutex>(std::move(mutex));
+        // Another user's mutex is there, but closed to us.
+        if (!mutex.isOpen() && error != ERROR_ACCESS_DENIED) throw failureOf(error, folder);
+        mutex = Handle();
+        const auto now = std::chrono::steady_clock::now();
+        if (cancelRequested() || now >= deadline) return nullptr;
+        std::this_thread::sleep_until(std::min(deadline, now + kLockPoll));
     }
 }
 

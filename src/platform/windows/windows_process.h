@@ -12,7 +12,7 @@ class WindowsProcess : public Process {
     /// alone.
     explicit WindowsProcess(std::string ownFolder) : ownFolder_(std::move(ownFolder)) {}
 
-    /// The lock is a named mutex of the thread that takes it. Another folder's has a hash of the folder's
+    /// The lock is a named mutex, held by having made it. Another folder's has a hash of the folder's
     /// identity behind the name and holds for all sessions of the machine.
     std::unique_ptr<InstanceLock> lockInstallation(const std::string& folder,
                                                    std::chrono::milliseconds wait) override;

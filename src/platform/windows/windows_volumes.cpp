@@ -33,6 +33,7 @@ bool canBeListed(const std::wstring& root) {
 }  // namespace
 
 std::string WindowsVolumes::rootOf(const std::string& path) {
+    if (!isSystemPath(path)) return {};
     const std::wstring wide = systemPath(path);
     std::wstring root(wide.size() + 2, L'\0');
     if (!::GetVolumePathNameW(wide.c_str(), root.data(), static_cast<DWORD>(root.size())))

@@ -8,6 +8,7 @@ namespace corvalence::platform::windows_system {
 /// volume on it as a link, which it does not follow, so that nothing stands in its way.
 class WindowsVolumes : public Volumes {
   public:
+    /// Empty for what is no path of this system.
     std::string rootOf(const std::string& path) override;
     DriveType driveType(const std::string& root) override;
     bool keepsAccessLists(const std::string& root) override;

@@ -1,11 +1,11 @@
 #pragma once
 
-#include <unistd.h>
-
-#include <filesystem>
-#include <string>
+#include <cstdlib>
+#include <ctime>
+#include <optional>
 
 #include "base/path_rules.h"
+#include "machine.h"
 #include "platform/json_settings_store.h"
 #include "platform/linux/extended_attributes.h"
 #include "platform/linux/linux_access_control.h"
@@ -33,14 +33,29 @@ struct SystemBackEnd {
     base::PathRules paths{};
 };
 
-/// A folder whose files lie in memory, where the machine has one: for worlds that are made a thousand times
-/// over, each file of which is brought to the device.
-inline std::string quickFolder() {
-    const char* const memory = "/dev/shm";
-    return ::access(memory, W_OK) == 0 ? memory : std::filesystem::temp_directory_path().string();
-}
+/// The system's clock in a place without summer time, or in one that changes on the last Sundays of March and
+/// October. One at a time: the zone is the process's.
+class ZonedClock {
+  public:
+    static const char* utc() { return "UTC0"; }
+    static const char* centralEurope() { return "CET-1CEST,M3.5.0,M10.5.0/3"; }
+    explicit ZonedClock(const char* zone) {
+        ::setenv("TZ", zone, 1);
+        clock_.emplace();
+    }
+    ~ZonedClock() {
+        ::unsetenv("TZ");
+        ::tzset();
+    }
+    ZonedClock(const ZonedClock&) = delete;
+    ZonedClock& operator=(const ZonedClock&) = delete;
+    platform::Clock& clock() { return *clock_; }
 
-/// The settings store of this system, in a file or below a name of its own.
+  private:
+    std::optional<platform::linux_system::LinuxClock> clock_;
+};
+
+/// A settings store that is a file, as in a folder of one's own.
 using SystemSettingsStore = platform::JsonSettingsStore;
 
 }  // namespace corvalence::test

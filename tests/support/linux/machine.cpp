@@ -1,0 +1,62 @@
+#include "machine.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <filesystem>
+
+namespace corvalence::test {
+
+namespace fs = std::filesystem;
+
+bool makeLink(const std::string& target, const std::string& link) {
+    fs::create_symlink(target, link);
+    return true;
+}
+
+bool makePipe(const std::string& path) {
+    return ::mkfifo(path.c_str(), 0600) == 0;
+}
+
+void setReadOnly(const std::string& path, bool readOnly) {
+    constexpr auto kAll = fs::perms::owner_write | fs::perms::group_write | fs::perms::others_write;
+    fs::permissions(path, readOnly ? kAll : fs::perms::owner_write,
+                    readOnly ? fs::perm_options::remove : fs::perm_options::add);
+}
+
+bool isOwnersAlone(const std::string& path) {
+    const auto wanted =
+        fs::is_directory(path) ? fs::perms::owner_all : fs::perms::owner_read | fs::perms::owner_write;
+    return fs::status(path).permissions() == wanted;
+}
+
+bool canBeNamed(const std::string&) {
+    return true;
+}
+
+std::string deviceFile() {
+    return "/dev/null";
+}
+
+bool isEmulated() {
+    return false;
+}
+
+std::string usualFolder() {
+    return fs::temp_directory_path().string();
+}
+
+std::string otherVolume() {
+    return quickFolder();
+}
+
+std::string shortFolder() {
+    return "/tmp/";
+}
+
+std::string quickFolder() {
+    const char* const memory = "/dev/shm";
+    return ::access(memory, W_OK) == 0 ? memory : fs::temp_directory_path().string();
+}
+
+}  // namespace corvalence::test
