@@ -139,7 +139,6 @@ TEST_F(WorkingFilesTest, AreWipedThoughTheyCannotBeOpenedAgain) {
         plain.file().write(base::bytesOf("secret"));
         fs::create_hard_link(plain.path(), machine.folder / "plain link");
         plain.close();
-        const auto other = machine.files.openShared(machine.folder / "plain link");
         EXPECT_THROW(plain.moveTo(machine.folder / "missing/db"), base::FileFailure);
         EXPECT_THROW(machine.files.openExclusive(plain.path()), base::FileFailure);  // it is held
     }
@@ -151,7 +150,9 @@ TEST_F(WorkingFilesTest, AreKnownAfterARestartOfTheMachine) {
     auto plain = run->createPlain(machine.folder / "db", ".plain");
     plain.file().write(base::bytesOf("secret"));
     const std::string volume = std::to_string(plain.file().status().identity.volume);
-    std::string text = machine.folder.read("journal");
+    plain.abandon();
+    run.reset();
+    const std::string text = machine.folder.read("journal");
     const std::size_t at = text.find("\x7F" + volume + "\x7F");
     ASSERT_NE(at, std::string::npos);
     // The line anew, with another volume and its own sum.
@@ -159,8 +160,6 @@ TEST_F(WorkingFilesTest, AreKnownAfterARestartOfTheMachine) {
     std::string line = text.substr(begin, text.size() - begin - 9);
     line.replace(line.find("\x7F" + volume), volume.size() + 1, "\x7F" + volume + "1");
     line += base::hexText(crypto::Md5::of(base::bytesOf(line))).substr(0, 8) + "\n";
-    plain.abandon();
-    run.reset();
     machine.folder.write("journal", text.substr(0, begin) + line);
     killAndRestart();
     EXPECT_FALSE(machine.folder.has("db.plain"));

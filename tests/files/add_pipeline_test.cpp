@@ -160,11 +160,14 @@ TEST(AddPipeline, KnowsItsOwnFilesByWhateverNameTheyAreReached) {
     world.add({"a"});
     const std::string container = world.data("Backup Files/Backup File 1");
     std::filesystem::create_hard_link(container, world.path("hard"));
-    std::filesystem::create_symlink(container, world.path("soft"));
-    std::filesystem::create_symlink(world.data(""), world.path("way"));
-    const auto report = world.add({"hard", "soft", "way/Databases/db", "way/lock"});
-    EXPECT_EQ(report.failed, 4U);
-    EXPECT_TRUE(world.machine.ui.saw(couldNotAdd(world.path("soft"), "AccessDenied.")));
+    std::vector<std::string> names = {"hard"};
+    if (makeLink(container, world.path("soft")) && makeLink(world.data(""), world.path("way"))) {
+        names.insert(names.end(), {"soft", "way/Databases/db", "way/Working Copies"});
+    }
+    const auto report = world.add(names);
+    EXPECT_EQ(report.failed, names.size());
+    for (const std::string& name : names)
+        EXPECT_TRUE(world.machine.ui.saw(couldNotAdd(world.path(name), "AccessDenied."))) << name;
     EXPECT_EQ(world.addAll().ownFiles, 1U);
     EXPECT_EQ(world.records().size(), 1U);
 }

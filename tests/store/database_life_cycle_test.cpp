@@ -273,7 +273,7 @@ TEST_F(OneDatabase, TakesItsBackupUpAgainAfterATimeWithoutOne) {
 
 TEST_F(OneDatabase, IsNotWipedThroughALink) {
     fs::rename(world.databasePath(), world.path("real"));
-    fs::create_symlink(world.path("real"), world.databasePath());
+    if (!makeLink(world.path("real"), world.databasePath())) GTEST_SKIP() << "no links here";
     ASSERT_EQ(world.open(), OpenResult::Opened);
     const std::string sealed = readWholeFile(world.path("real"));
     schedule::ScheduleList schedule(world.vault());
