@@ -27,6 +27,8 @@ start() {
     (cd / && "$server" -p)
     "$loader" wineboot --init >/dev/null 2>&1
     "$loader" reg add 'HKCU\Software\Wine' /v Version /d win10 /f >/dev/null 2>&1
+    # Else files whose names begin with a full stop were hidden in listings, and only there.
+    "$loader" reg add 'HKCU\Software\Wine' /v ShowDotFiles /d Y /f >/dev/null 2>&1
     local folder
     folder=$(mktemp -d "$memory/corvalence-wine-XXXXXX")
     ln -s "$folder" "$WINEPREFIX/dosdevices/t:"

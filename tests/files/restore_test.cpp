@@ -142,7 +142,7 @@ TEST(FileRestore, TouchesNoFileThatBearsTheCandidatesName) {
 
 TEST(FileRestore, RestoresAFileWhoseNameLeavesNoRoomForASuffix) {
     const ShortFolder folder;
-    const std::string name = std::string(245, 'n') + "\xC3\xA4";
+    const std::string name = std::string(245, 'n').append("\xC3\xA4");
     World world;
     writeWholeFile(folder / name, "one");
     world.create();

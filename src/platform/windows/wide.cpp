@@ -92,9 +92,19 @@ std::string toUtf8(std::wstring_view text) {
 }
 
 bool isSystemPath(const std::string& path) noexcept {
+    constexpr std::size_t kLongestName = 255;
     const bool isShare = path.size() > 2 && kPaths.isSeparator(path[0]) && kPaths.isSeparator(path[1]);
     const bool hasDrive = path.size() > 2 && path[1] == ':' && kPaths.isSeparator(path[2]);
-    return (isShare || hasDrive) && path.find('\0') == std::string::npos && toWide(path).has_value();
+    if ((!isShare && !hasDrive) || path.find('\0') != std::string::npos) return false;
+    const auto wide = toWide(path);
+    if (!wide || wide->starts_with(kPrefix)) return wide.has_value();
+    // A colon in a name would lead to one of the streams of a file.
+    if (wide->find(L':', 2) != std::wstring::npos) return false;
+    std::size_t length = 0;
+    return std::all_of(wide->begin(), wide->end(), [&](wchar_t unit) {
+        length = unit == L'\\' || unit == L'/' ? 0 : length + 1;
+        return length <= kLongestName;
+    });
 }
 
 std::wstring systemPath(const std::string& path) {

@@ -17,7 +17,7 @@ std::string toUtf8(std::wstring_view text);
 /// "\\?\C:\folder\name",
 /// "\\?\UNC\server\share\name". Slashes, doubled and closing separators and full stops as names are cleaned
 /// away. Throws base::FileFailure: FileNotFound for the empty path, BadPath for one that is not absolute, not
-/// UTF-8 or holds a NUL.
+/// UTF-8, holds a NUL, names a stream of a file, or has a name of more than 255 units.
 std::wstring systemPath(const std::string& path);
 
 /// Whether systemPath() takes it.

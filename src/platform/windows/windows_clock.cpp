@@ -15,12 +15,15 @@ base::LocalTime WindowsClock::local(base::FileTime time) {
                           static_cast<DWORD>(time.ticks >> 32)};
     SYSTEMTIME universal{};
     SYSTEMTIME local{};
+    if (!::FileTimeToSystemTime(&wanted, &universal)) return {};
+    // The rules of summer time that held in that year.
     TIME_ZONE_INFORMATION zone{};
-    if (!::FileTimeToSystemTime(&wanted, &universal) ||
-        !::GetTimeZoneInformationForYear(universal.wYear, zone_ ? &*zone_ : nullptr, &zone) ||
-        !::SystemTimeToTzSpecificLocalTime(&zone, &universal, &local)) {
-        return {};
+    if (zone_) {
+        zone = *zone_;
+    } else if (!::GetTimeZoneInformationForYear(universal.wYear, nullptr, &zone)) {
+        ::GetTimeZoneInformation(&zone);
     }
+    if (!::SystemTimeToTzSpecificLocalTime(&zone, &universal, &local)) return {};
     return {local.wYear, local.wMonth, local.wDay, local.wHour, local.wMinute, local.wSecond};
 }
 

@@ -13,7 +13,7 @@ class WindowsClock : public Clock {
   public:
     /// Local times are those of the machine's own time zone, or of the one given.
     WindowsClock() = default;
-    explicit WindowsClock(const DYNAMIC_TIME_ZONE_INFORMATION& zone) : zone_(zone) {}
+    explicit WindowsClock(const TIME_ZONE_INFORMATION& zone) : zone_(zone) {}
 
     base::FileTime now() override;
     base::LocalTime local(base::FileTime time) override;
@@ -21,7 +21,7 @@ class WindowsClock : public Clock {
     void sleep(std::chrono::milliseconds time) override;
 
   private:
-    std::optional<DYNAMIC_TIME_ZONE_INFORMATION> zone_;
+    std::optional<TIME_ZONE_INFORMATION> zone_;
 };
 
 }  // namespace corvalence::platform::windows_system

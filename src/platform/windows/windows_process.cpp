@@ -25,8 +25,8 @@ std::atomic<bool> cancelFlag{false};
 
 BOOL WINAPI onControlEvent(DWORD event) {
     cancelFlag.store(true, std::memory_order_relaxed);
-    // When the console closes or the session ends, the process ends as soon as this returns: its own thread gets
-    // what time the system grants to end in order.
+    // When the console closes or the session ends, the process ends as soon as this returns: its own thread
+    // gets what time the system grants to end in order.
     constexpr DWORD kLongerThanTheSystemWaits = 60'000;
     if (event != CTRL_C_EVENT && event != CTRL_BREAK_EVENT) ::Sleep(kLongerThanTheSystemWaits);
     return TRUE;

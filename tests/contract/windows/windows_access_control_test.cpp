@@ -8,6 +8,7 @@
 
 #include "failure_of.h"
 #include "platform/windows/handle.h"
+#include "platform/windows/token.h"
 #include "platform/windows/wide.h"
 #include "platform/windows/windows_file_system.h"
 #include "temp_folder.h"
@@ -48,8 +49,10 @@ class Protection : public testing::Test {
 
 TEST_F(Protection, goesFromOneFileToTheOther) {
     const std::string from = folder_.write("from", "changed");
-    for (const wchar_t* list : {L"D:P(A;;FA;;;BA)(A;;FR;;;WD)", L"D:P(A;;FA;;;BA)"}) {
-        protect(from, list);
+    const std::wstring user = userSidText();
+    for (const std::wstring& list :
+         {L"D:P(A;;FA;;;" + user + L")(A;;FR;;;WD)", L"D:P(A;;FR;;;" + user + L")"}) {
+        protect(from, list.c_str());
         {
             const auto to = files_.createNew(folder_ / "to");
             ASSERT_NE(protectionOf(from), protectionOf(folder_ / "to"));

@@ -88,7 +88,7 @@ TEST_F(WindowsFiles, areRenamedWhileTheyAreHeld) {
 TEST_F(WindowsFiles, haveNamesOfAnyLengthAndLetters) {
     std::string folder = folder_.path();
     for (int depth = 0; depth < 4; ++depth)
-        folder += std::string(100, static_cast<char>('a' + depth)) + "\\";
+        folder.append(100, static_cast<char>('a' + depth)).append("\\");
     files_.createFolder(folder);
     files_.createNew(folder + kForeign)->write(base::bytesOf("text"));
     // What the system's own rules would take for a device, or cut.

@@ -27,17 +27,16 @@ struct SystemBackEnd {
 /// October.
 class ZonedClock {
   public:
-    static DYNAMIC_TIME_ZONE_INFORMATION utc() { return {}; }
-    static DYNAMIC_TIME_ZONE_INFORMATION centralEurope() {
-        DYNAMIC_TIME_ZONE_INFORMATION zone{};
+    static TIME_ZONE_INFORMATION utc() { return {}; }
+    static TIME_ZONE_INFORMATION centralEurope() {
+        TIME_ZONE_INFORMATION zone{};
         zone.Bias = -60;
         zone.DaylightBias = -60;
         zone.DaylightDate = {0, 3, 0, 5, 2, 0, 0, 0};
         zone.StandardDate = {0, 10, 0, 5, 3, 0, 0, 0};
-        zone.DynamicDaylightTimeDisabled = FALSE;
         return zone;
     }
-    explicit ZonedClock(const DYNAMIC_TIME_ZONE_INFORMATION& zone) : clock_(zone) {}
+    explicit ZonedClock(const TIME_ZONE_INFORMATION& zone) : clock_(zone) {}
     platform::Clock& clock() { return clock_; }
 
   private:
