@@ -23,12 +23,12 @@ memory=/dev/shm
 start() {
     stop
     mkdir -p "$WINEPREFIX"
-    # From a folder that stays: it keeps the one it is started in.
-    (cd / && "$server" -p)
-    "$loader" wineboot --init >/dev/null 2>&1
-    "$loader" reg add 'HKCU\Software\Wine' /v Version /d win10 /f >/dev/null 2>&1
+    # It keeps the folder that it is started in, and would keep a pipe that somebody reads to its end.
+    (cd / && "$server" -p) </dev/null >/dev/null 2>&1
+    "$loader" wineboot --init </dev/null >/dev/null 2>&1
+    "$loader" reg add 'HKCU\Software\Wine' /v Version /d win10 /f </dev/null >/dev/null 2>&1
     # Else files whose names begin with a full stop were hidden in listings, and only there.
-    "$loader" reg add 'HKCU\Software\Wine' /v ShowDotFiles /d Y /f >/dev/null 2>&1
+    "$loader" reg add 'HKCU\Software\Wine' /v ShowDotFiles /d Y /f </dev/null >/dev/null 2>&1
     local folder
     folder=$(mktemp -d "$memory/corvalence-wine-XXXXXX")
     ln -s "$folder" "$WINEPREFIX/dosdevices/t:"

@@ -4,6 +4,7 @@
 
 #include <filesystem>
 
+#include "failure_of.h"
 #include "store/backup_pair.h"
 #include "world.h"
 
@@ -164,11 +165,18 @@ TEST(AddPipeline, KnowsItsOwnFilesByWhateverNameTheyAreReached) {
     if (makeLink(container, world.path("soft")) && makeLink(world.data(""), world.path("way"))) {
         names.insert(names.end(), {"soft", "way/Databases/db", "way/Working Copies"});
     }
+    // Where the held container is closed to others, that is told first.
+    const bool isClosed = causeOf([&] {
+                              const auto held = world.machine.files.openExclusive(container);
+                              world.machine.files.openShared(world.path("hard"));
+                          }) == base::Cause::SharingViolation;
     const auto report = world.add(names);
     EXPECT_EQ(report.failed, names.size());
-    for (const std::string& name : names)
-        EXPECT_TRUE(world.machine.ui.saw(couldNotAdd(world.path(name), "AccessDenied."))) << name;
-    EXPECT_EQ(world.addAll().ownFiles, 1U);
+    for (const std::string& name : names) {
+        const char* const reason = isClosed ? "SharingViolation. " : "AccessDenied.";
+        EXPECT_TRUE(world.machine.ui.saw(couldNotAdd(world.path(name), reason))) << name;
+    }
+    EXPECT_EQ(world.addAll().ownFiles, isClosed ? 0U : 1U);
     EXPECT_EQ(world.records().size(), 1U);
 }
 

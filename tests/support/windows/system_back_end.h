@@ -8,6 +8,7 @@
 #include "platform/windows/windows_clock.h"
 #include "platform/windows/windows_file_system.h"
 #include "platform/windows/windows_process.h"
+#include "platform/windows/windows_system_status.h"
 #include "platform/windows/windows_volumes.h"
 
 namespace corvalence::test {
@@ -20,6 +21,7 @@ struct SystemBackEnd {
     platform::windows_system::WindowsProcess process{"C:\\no installation of the user's own\\"};
     platform::windows_system::RegistryFileTypes types;
     platform::windows_system::WindowsClock clock;
+    platform::windows_system::WindowsSystemStatus status;
     base::PathRules paths = platform::windows_system::kPaths;
 };
 
