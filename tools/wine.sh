@@ -20,11 +20,15 @@ server=$(command -v wineserver64 || echo /usr/lib/wine/wineserver64)
 memory=/dev/shm
 [ -w "$memory" ] || memory=/tmp
 
+# It keeps the folder that it is started in, and would keep a pipe that somebody reads to its end.
+start_server() {
+    (cd / && "$server" -p) </dev/null >/dev/null 2>&1
+}
+
 start() {
     stop
     mkdir -p "$WINEPREFIX"
-    # It keeps the folder that it is started in, and would keep a pipe that somebody reads to its end.
-    (cd / && "$server" -p) </dev/null >/dev/null 2>&1
+    start_server
     "$loader" wineboot --init </dev/null >/dev/null 2>&1
     "$loader" reg add 'HKCU\Software\Wine' /v Version /d win10 /f </dev/null >/dev/null 2>&1
     # Else files whose names begin with a full stop were hidden in listings, and only there.
@@ -32,6 +36,12 @@ start() {
     local folder
     folder=$(mktemp -d "$memory/corvalence-wine-XXXXXX")
     ln -s "$folder" "$WINEPREFIX/dosdevices/t:"
+    # Drives are looked for once, at the start.
+    "$server" -k || true
+    "$server" -w
+    start_server
+    # The system's services, too, must hold no pipe of whoever runs the first program.
+    "$loader" wineboot </dev/null >/dev/null 2>&1
 }
 
 stop() {

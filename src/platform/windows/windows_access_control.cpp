@@ -23,26 +23,30 @@ const WindowsFile& windowsFile(File& file) {
     return dynamic_cast<WindowsFile&>(file);
 }
 
+constexpr SECURITY_INFORMATION kParts =
+    OWNER_SECURITY_INFORMATION | GROUP_SECURITY_INFORMATION | DACL_SECURITY_INFORMATION;
+
 /// Owner, group and access list of a file.
 struct Protection {
     PSID owner = nullptr;
     PSID group = nullptr;
-    PACL list = nullptr;
-    bool isProtected = false;  // the list takes nothing from the folder above
-    LocalMemory<PSECURITY_DESCRIPTOR> memory;
+    LocalMemory<PSECURITY_DESCRIPTOR> descriptor;
 };
 
 void readProtection(HANDLE handle, const std::string& path, Protection& protection) {
-    constexpr SECURITY_INFORMATION kParts =
-        OWNER_SECURITY_INFORMATION | GROUP_SECURITY_INFORMATION | DACL_SECURITY_INFORMATION;
-    const DWORD error =
-        ::GetSecurityInfo(handle, SE_FILE_OBJECT, kParts, &protection.owner, &protection.group,
-                          &protection.list, nullptr, protection.memory.out());
+    const DWORD error = ::GetSecurityInfo(handle, SE_FILE_OBJECT, kParts, &protection.owner,
+                                          &protection.group, nullptr, nullptr, protection.descriptor.out());
     if (error != ERROR_SUCCESS) throw failureOf(error, path);
+}
+
+/// Lets a list that was handed down by the folder above count as one when it is given to another file.
+void keepInheritance(PSECURITY_DESCRIPTOR descriptor) {
     SECURITY_DESCRIPTOR_CONTROL control = 0;
     DWORD revision = 0;
-    if (!::GetSecurityDescriptorControl(protection.memory.get(), &control, &revision)) throwSystemError(path);
-    protection.isProtected = (control & SE_DACL_PROTECTED) != 0;
+    if (::GetSecurityDescriptorControl(descriptor, &control, &revision) &&
+        (control & SE_DACL_AUTO_INHERITED) != 0) {
+        ::SetSecurityDescriptorControl(descriptor, SE_DACL_AUTO_INHERIT_REQ, SE_DACL_AUTO_INHERIT_REQ);
+    }
 }
 
 }  // namespace
@@ -65,14 +69,13 @@ void WindowsAccessControl::copyProtection(const std::string& from, File& to) {
 
     // Administrators may give a file to another owner by this privilege alone.
     const Privilege restore(SE_RESTORE_NAME);
-    SECURITY_INFORMATION parts =
-        DACL_SECURITY_INFORMATION |
-        (wanted.isProtected ? PROTECTED_DACL_SECURITY_INFORMATION : UNPROTECTED_DACL_SECURITY_INFORMATION);
+    SECURITY_INFORMATION parts = DACL_SECURITY_INFORMATION;
     if (!::EqualSid(wanted.owner, present.owner)) parts |= OWNER_SECURITY_INFORMATION;
     if (!::EqualSid(wanted.group, present.group)) parts |= GROUP_SECURITY_INFORMATION;
-    const DWORD error = ::SetSecurityInfo(target.handle(), SE_FILE_OBJECT, parts, wanted.owner, wanted.group,
-                                          wanted.list, nullptr);
-    if (error != ERROR_SUCCESS) throw failureOf(error, target.path());
+    keepInheritance(wanted.descriptor.get());
+    // Exactly this list: other calls would mix in what the folder hands down.
+    if (!::SetKernelObjectSecurity(target.handle(), parts, wanted.descriptor.get()))
+        throwSystemError(target.path());
 }
 
 void WindowsAccessControl::setAttributes(File& file, std::uint32_t attributes) {
