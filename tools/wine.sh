@@ -11,6 +11,8 @@ build=$(realpath -m -- "$2")
 shift 2
 export WINEPREFIX=$build/wine
 export WINEDEBUG=-all
+# What tests throw away goes with the system, and not into the desktop's bin.
+export XDG_DATA_HOME=$WINEPREFIX/data
 # Nothing asks whether to fetch what Wine comes without, and a program that crashes ends.
 export WINEDLLOVERRIDES='mscoree,mshtml,winedbg.exe,winemenubuilder.exe='
 unset DISPLAY WAYLAND_DISPLAY
@@ -27,7 +29,7 @@ start_server() {
 
 start() {
     stop
-    mkdir -p "$WINEPREFIX"
+    mkdir -p "$XDG_DATA_HOME"
     start_server
     "$loader" wineboot --init </dev/null >/dev/null 2>&1
     "$loader" reg add 'HKCU\Software\Wine' /v Version /d win10 /f </dev/null >/dev/null 2>&1

@@ -2,9 +2,11 @@
 
 #include "machine.h"
 #include "platform/json_settings_store.h"
+#include "platform/windows/backup_streams.h"
 #include "platform/windows/path_style.h"
 #include "platform/windows/registry_file_types.h"
 #include "platform/windows/windows_access_control.h"
+#include "platform/windows/windows_access_lists.h"
 #include "platform/windows/windows_clock.h"
 #include "platform/windows/windows_file_system.h"
 #include "platform/windows/windows_process.h"
@@ -21,6 +23,8 @@ struct SystemBackEnd {
     platform::windows_system::WindowsProcess process{"C:\\no installation of the user's own\\"};
     platform::windows_system::RegistryFileTypes types;
     platform::windows_system::WindowsClock clock;
+    platform::windows_system::BackupStreams streams;
+    platform::windows_system::WindowsAccessLists accessLists;
     platform::windows_system::WindowsSystemStatus status;
     base::PathRules paths = platform::windows_system::kPaths;
 };
