@@ -43,7 +43,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
         working.clearLeftovers();
         for (const crypto::PendingSave& save : working.pendingSaves())
             fuzz::require(save.beside.empty() || files.entries.contains(save.beside), "a save lies there");
-        working.pendingSavesSettled();
+        working.pendingSettled();
         fuzz::require(files.entries.at("journal").file->bytes.empty(), "the journal ends empty");
     } catch (const base::FileFailure&) {
         // The start tells it and goes no further.

@@ -25,6 +25,7 @@ ExitCode runCheck(Context& context, const CheckArguments& arguments) {
     const files::CheckSummary summary = work.checkAllFiles();
     report->finish(summary);
     const files::CheckCounts& counts = summary.counts;
+    if (!summary.backupFailure.empty()) return ExitCode::Failed;
     if (counts.cancelled) return ExitCode::Cancelled;
     return counts.changed > 0 || counts.unchecked > 0 ? ExitCode::Differences : ExitCode::Done;
 }

@@ -48,6 +48,11 @@ class CheckText : public CheckReport {
 
     void finish(const files::CheckSummary& summary) override {
         const files::CheckCounts& counts = summary.counts;
+        if (counts.cancelled) {
+            write("\nThe check was cancelled: " + std::to_string(counts.checked + counts.unchecked) + " of " +
+                  std::to_string(counts.listed) + " files were looked at.\n");
+            return;
+        }
         write("\nChecking Summary.\nDatabase: " + shown(summary.database) + "\nChecked: " +
               summary.checkedAt + "\nTotal number of files listed: " + std::to_string(counts.listed) +
               "\nFiles Checked: " + std::to_string(counts.checked) + "\nFiles Unchecked: " +

@@ -15,7 +15,8 @@ ExitCode runDelete(Context& context, const DatabaseArguments& arguments) {
     }
     // Without opening it: one that was changed or is gone is to be deleted as well.
     schedule::ScheduleList schedule(run->vault());
-    const bool deleted = store::deleteDatabase(run->vault(), store::OpenDatabaseContext{*record}, schedule);
+    const auto result = store::deleteDatabase(run->vault(), store::OpenDatabaseContext{*record}, schedule);
+    const bool deleted = result != store::DeletionResult::Declined;
     if (context.options.json) {
         JsonWriter& json = context.json;
         json.beginObject();
@@ -24,6 +25,7 @@ ExitCode runDelete(Context& context, const DatabaseArguments& arguments) {
     } else if (!deleted) {
         context.out << "Nothing was deleted.\n";
     }
+    if (result == store::DeletionResult::Incomplete) return ExitCode::Failed;
     const bool isCancelled = context.platform.process.cancelRequested() || context.ui.wasUnanswered();
     return !deleted && isCancelled ? ExitCode::Cancelled : ExitCode::Done;
 }

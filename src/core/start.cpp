@@ -58,7 +58,7 @@ StartResult Run::start(platform::Platform& platform, PasswordDialog& dialog, std
     if (password != PasswordResult::Proved) return StartResult::PasswordRefused;
     started->vault_.emplace(
         store::Vault{platform, started->configuration_, started->working_, *started->session_});
-    store::DatabaseOpening(started->vault()).settlePendingSaves();
+    store::DatabaseOpening(started->vault()).settlePending();
     run = std::move(started);
     return StartResult::Ready;
 }

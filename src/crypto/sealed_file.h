@@ -34,7 +34,6 @@ class RequiredFileMissing : public base::FileFailure {
 };
 
 /// Suffixes of working files, behind the sealed file's name.
-inline constexpr std::string_view kDatabaseCopySuffix = ".123456789z";
 inline constexpr std::string_view kSealedBesideSuffix = "123456789s";
 
 /// Unseals the file at `source` into `destination`, from its start. Throws RequiredFileMissing, or

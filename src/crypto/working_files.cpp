@@ -25,6 +25,8 @@ constexpr std::string_view kMove = "move";  // to be renamed once the moves are 
 constexpr std::string_view kCommit = "commit";
 constexpr std::string_view kDone = "done";
 
+constexpr std::string_view kWipe = "wipe";      // goes with a database's index record, overwritten first
+constexpr std::string_view kRemove = "remove";  // goes with it
 constexpr std::string_view kSaveSuffix = ".123456789s";
 constexpr std::size_t kJournalLineLimit = 16384;
 
@@ -147,6 +149,18 @@ std::string WorkingFiles::temporaryName(const std::string& path, std::string_vie
 
 std::string WorkingFiles::savePath(const std::string& database) const {
     return temporaryName(database, kSaveSuffix);
+}
+
+std::string WorkingFiles::copyPath(const std::string& database) const {
+    return temporaryName(database, kDatabaseCopySuffix);
+}
+
+void WorkingFiles::noteDeletion(const std::string& database, const std::string& file, bool wipes) {
+    const auto status = files_.status(file, platform::Follow::No);
+    if (!status) return;
+    recordMade(wipes ? kWipe : kRemove, file, status->identity, database);
+    ++live_;
+    journal_->flush();
 }
 
 TemporaryFile WorkingFiles::createPlain(const std::string& path, std::string_view suffix,
@@ -298,20 +312,22 @@ void WorkingFiles::clearLeftovers() {
             uncleared_.push_back(failure.what());
         }
     }
-    if (pendingSaves_.empty() && uncleared_.empty()) {
+    const bool isPending = !pendingSaves_.empty() || !pendingDeletions_.empty();
+    if (!isPending && uncleared_.empty()) {
         journal_->resize(0);
         journal_->seek(0);
         return;
     }
     // What is not settled stays in the journal, as if it were a temporary of this run.
     journal_->seek(journal_->size());
-    if (!pendingSaves_.empty()) ++live_;
+    if (isPending) ++live_;
     if (!uncleared_.empty()) ++live_;
 }
 
-void WorkingFiles::pendingSavesSettled() noexcept {
-    if (pendingSaves_.empty()) return;
+void WorkingFiles::pendingSettled() noexcept {
+    if (pendingSaves_.empty() && pendingDeletions_.empty()) return;
     pendingSaves_.clear();
+    pendingDeletions_.clear();
     finished({});
 }
 
@@ -328,7 +344,9 @@ void WorkingFiles::clear(const Leftover& leftover, bool committed) {
         return;
     }
     if (!isSameFile(status->identity, leftover.identity)) return;
-    if (leftover.kind == kMove && committed) {
+    if (leftover.kind == kWipe || leftover.kind == kRemove) {
+        pendingDeletions_.push_back({leftover.path, leftover.target, leftover.kind == kWipe});
+    } else if (leftover.kind == kMove && committed) {
         files_.rename(leftover.path, leftover.target);
     } else if (leftover.kind == kPlain) {
         wipeFile(files_, leftover.path);

@@ -13,6 +13,9 @@ namespace corvalence::crypto {
 
 class WorkingFiles;
 
+/// Suffix of the plain working copy of a database, behind its name.
+inline constexpr std::string_view kDatabaseCopySuffix = ".123456789z";
+
 /// A file of somebody else stands where a temporary has to go. It is never touched.
 class NameTaken : public base::FileFailure {
   public:
@@ -63,6 +66,13 @@ struct PendingSave {
     std::string database;
 };
 
+/// A file of a database whose deletion a run that was ended by force had begun.
+struct PendingDeletion {
+    std::string file;
+    std::string database;
+    bool wipes = false;
+};
+
 /// Makes the temporaries of an installation and remembers them in a journal, so that the next start can clear
 /// away what a killed run left, and nothing else: a file is touched only if it is the very file that was made
 /// (by path, number and birth), never by its name alone.
@@ -83,8 +93,10 @@ class WorkingFiles {
     /// What clearLeftovers() had to leave, with the reason; the next start tries again.
     const std::vector<std::string>& uncleared() const noexcept { return uncleared_; }
     const std::vector<PendingSave>& pendingSaves() const noexcept { return pendingSaves_; }
-    /// All pending saves have been carried on or removed.
-    void pendingSavesSettled() noexcept;
+    /// To be carried out where the index no longer lists the database.
+    const std::vector<PendingDeletion>& pendingDeletions() const noexcept { return pendingDeletions_; }
+    /// All that was pending has been carried on or dropped.
+    void pendingSettled() noexcept;
 
     /// A new file at `path` + `suffix` for plain data. A name too long for the file system is shortened to
     /// one that is the same every time. Throws NameTaken where something stands at that name. `via`, where
@@ -98,6 +110,14 @@ class WorkingFiles {
     TemporaryFile createDatabase(const std::string& database);
     /// The name that createSave gives it.
     std::string savePath(const std::string& database) const;
+    /// The name that a database's plain working copy gets.
+    std::string copyPath(const std::string& database) const;
+
+    /// Notes files that end together with a database's index record, before that record goes. Where a run is
+    /// ended in between, the next start finds them in pendingDeletions(). `wipes`: to be overwritten first.
+    void noteDeletion(const std::string& database, const std::string& file, bool wipes);
+    /// The file is gone, or is to stay after all.
+    void deletionDone(const std::string& file) noexcept { finished(file); }
 
     /// Renames every file over its target such that after a crash either none or all of them are renamed, the
     /// latest at the next start. Where a rename fails, those that are left are carried on before the next
@@ -126,6 +146,7 @@ class WorkingFiles {
     std::unique_ptr<platform::File> journal_;
     std::size_t live_ = 0;
     std::vector<PendingSave> pendingSaves_;
+    std::vector<PendingDeletion> pendingDeletions_;
     std::vector<std::string> uncleared_;
     std::vector<std::pair<std::string, std::string>> unfinishedMoves_;  // path, target
 };

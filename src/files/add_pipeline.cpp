@@ -1,10 +1,8 @@
 #include "files/add_pipeline.h"
 
-#include <algorithm>
-
 #include "base/record_text.h"
 #include "files/file_record.h"
-#include "store/backup_database.h"
+#include "files/own_files.h"
 #include "store/database_saving.h"
 
 namespace corvalence::files {
@@ -62,7 +60,8 @@ class AddPipeline::Command {
             appender_ =
                 std::make_unique<BackupAppender>(vault, context, vault.configuration.encryptsBackups());
         }
-        noteOwnFiles();
+        // What would be changed at the next check; noted behind the container, which may just have been made.
+        own_.emplace(OwnFiles::ofDatabase(vault, context));
     }
 
     /// False once the user has cancelled.
@@ -70,7 +69,7 @@ class AddPipeline::Command {
         progress_->file(path, 0);
         if (progress_->cancelled()) return cancel();
         const std::string key = vault_.platform.paths.comparisonKey(path);
-        if (ownFiles_.contains(key)) return refuseOwn(path, named);
+        if (own_->hasPath(path)) return refuseOwn(path, named);
         if (listed_.contains(key)) {
             ++report_.listed;
             if (options_.notifyListed) message(platform::Icon::Information, path + " previously listed.");
@@ -116,23 +115,6 @@ class AddPipeline::Command {
         copy_.file().seek(reader.offset());
     }
 
-    /// What this installation itself writes while a database is open would be changed at the next check, and
-    /// a container that is copied into itself would never end. By identity as well: a link or a mount leads
-    /// to the same file by another name.
-    void noteOwnFiles() {
-        const base::PathRules& paths = vault_.platform.paths;
-        const std::string root = vault_.configuration.folder(settings::key::kInstallDirectory);
-        const store::BackupPair pair = store::backupPair(vault_.configuration, context_.backupNumber());
-        for (const std::string& path :
-             {context_.path(), vault_.working.savePath(context_.path()), copy_.path(),
-              store::backupDatabasePath(context_.path(), vault_.configuration, paths), pair.file, pair.index,
-              root + "lock", root + "Working Copies"}) {
-            ownFiles_.insert(paths.comparisonKey(path));
-            if (const auto status = vault_.platform.files.status(path, platform::Follow::Yes))
-                ownIdentities_.push_back(status->identity);
-        }
-    }
-
     bool refuseOwn(const std::string& path, bool named) {
         if (named) {
             refuse(path, base::Cause::AccessDenied);
@@ -149,9 +131,7 @@ class AddPipeline::Command {
         try {
             const auto source = vault_.platform.files.openShared(path);
             status = source->status();
-            if (std::find(ownIdentities_.begin(), ownIdentities_.end(), status.identity) !=
-                ownIdentities_.end())
-                return refuseOwn(path, named);
+            if (own_->has(status.identity)) return refuseOwn(path, named);
             if (appender_) appender_->begin();
             begun = true;
             file = digester_.digest(*source, bytes_, sink());
@@ -216,8 +196,7 @@ class AddPipeline::Command {
     FileDigester digester_;
     std::unique_ptr<BackupAppender> appender_;
     std::unordered_set<std::string> listed_;
-    std::unordered_set<std::string> ownFiles_;
-    std::vector<platform::FileIdentity> ownIdentities_;
+    std::optional<OwnFiles> own_;
     std::string lines_;  // records on their way into the working copy
     AddReport report_;
 };

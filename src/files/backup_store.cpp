@@ -35,6 +35,8 @@ BackupAppender::BackupAppender(store::Vault& vault, const store::OpenDatabaseCon
     if (!repairBackupPair(vault, pair_)) {
         vault.platform.ui.message(platform::Icon::Warning, std::string(kBackupFileMissing));
     }
+    setOrphanAside(context);
+    own_.emplace(OwnFiles::ofDatabase(vault, context));
     container_ = vault.platform.files.openExclusive(pair_.file);
     if (container_->size() != end_) container_->resize(end_);
     container_->seek(end_);
@@ -50,26 +52,46 @@ BackupAppender::~BackupAppender() {
 
 std::optional<std::string> BackupAppender::add(const std::string& path, const std::string& digest,
                                                FileDigester& digester, ByteProgress& progress) {
-    std::optional<DigestedFile> file;
+    std::optional<std::string> failure;
     try {
-        const auto source = vault_.platform.files.openShared(path);
-        begin();
-        file = digester.digest(*source, progress, [this](base::ByteView bytes) { write(bytes); });
-    } catch (const base::FileFailure& failure) {
-        if (failure.path() != path) throw;  // the container's own failure ends the command
-        if (fileIsOpen_) drop();
-        return std::string(failure.reason());
+        failure = append(path, digest, digester, progress);
+    } catch (const base::FileFailure& thrown) {
+        failure = thrown.path() == path ? std::string(thrown.reason()) : thrown.what();
     }
-    if (!file) {
-        drop();
-        return std::nullopt;
-    }
-    if (file->digest != digest) {
-        drop();
-        return "The file has been changed again meanwhile.";
-    }
+    if (fileIsOpen_) drop();
+    return failure;
+}
+
+std::optional<std::string> BackupAppender::append(const std::string& path, const std::string& digest,
+                                                  FileDigester& digester, ByteProgress& progress) {
+    const auto source = vault_.platform.files.openShared(path);
+    if (own_->has(source->status().identity)) return std::string(base::reasonText(base::Cause::AccessDenied));
+    begin();
+    const auto file = digester.digest(*source, progress, [this](base::ByteView bytes) { write(bytes); });
+    if (!file) return std::nullopt;
+    if (file->digest != digest) return "The file has been changed again meanwhile.";
     end(path, file->bytes);
     return std::string();
+}
+
+void BackupAppender::setOrphanAside(const store::OpenDatabaseContext& context) {
+    platform::FileSystem& files = vault_.platform.files;
+    const auto size = [&](const std::string& path) {
+        const auto status = files.status(path, platform::Follow::Yes);
+        return status ? status->size : 0;
+    };
+    // An add that was killed leaves the same, but then the database lists nothing either.
+    if (index_.storedTotal() > 0 || size(pair_.file) == 0 || size(context.path()) == 0) return;
+    std::string aside;
+    int number = 0;
+    do {
+        aside = pair_.file + ".old" + (number == 0 ? "" : std::to_string(number));
+        ++number;
+    } while (!files.renameNew(pair_.file, aside));
+    vault_.platform.ui.message(platform::Icon::Warning, pair_.index + " lists no backups, but " + pair_.file +
+                                                            " holds some. They are kept as " + aside +
+                                                            ", and new ones begin anew.");
+    files.createNew(pair_.file);
 }
 
 void BackupAppender::begin() {

@@ -8,6 +8,7 @@
 #include "crypto/sealed_stream.h"
 #include "files/backup_index.h"
 #include "files/file_digest.h"
+#include "files/own_files.h"
 #include "store/open_database.h"
 
 namespace corvalence::files {
@@ -26,14 +27,16 @@ class BackupAppender {
   public:
     /// Brings the container to the sum of the stored lengths: a longer one was left by a run that was ended
     /// by force, a shorter one is damaged and filled with zeros, which the digests of its files will tell. A
-    /// missing container shows its message and is made anew. Throws base::FileFailure, BackupDamaged.
+    /// missing container shows its message and is made anew; one that has lost its list is set aside and
+    /// told. Throws base::FileFailure, BackupDamaged.
     BackupAppender(store::Vault& vault, const store::OpenDatabaseContext& context, bool sealed);
     ~BackupAppender();
     BackupAppender(const BackupAppender&) = delete;
     BackupAppender& operator=(const BackupAppender&) = delete;
 
     /// The present content of a file, if it still has this digest. An empty text on success, else why nothing
-    /// was added; nothing at all where the user cancelled.
+    /// was added; nothing at all where the user cancelled. Throws base::FileFailure where the container
+    /// cannot even be brought back to where it was.
     std::optional<std::string> add(const std::string& path, const std::string& digest, FileDigester& digester,
                                    ByteProgress& progress);
 
@@ -52,11 +55,16 @@ class BackupAppender {
     std::size_t firstNew() const noexcept { return index_.size(); }
 
   private:
+    std::optional<std::string> append(const std::string& path, const std::string& digest,
+                                      FileDigester& digester, ByteProgress& progress);
+    void setOrphanAside(const store::OpenDatabaseContext& context);
+
     store::Vault& vault_;
     store::BackupPair pair_;
     bool sealed_;
     BackupIndex index_;
     crypto::ChainValue chain_;
+    std::optional<OwnFiles> own_;
     std::unique_ptr<platform::File> container_;
     std::unique_ptr<crypto::SealWriter> writer_;  // none where stretches are plain
     bool fileIsOpen_ = false;

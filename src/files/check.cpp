@@ -51,30 +51,38 @@ CheckSummary FileContentsCheck::checkAllFiles() {
     platform::Platform& system = vault_.platform;
     const Totals totals = countRecords();
     counts_.listed = totals.records;
-    std::uint64_t remaining = totals.records;
-    std::uint32_t judged = 0;
     {
         const auto progress = system.ui.openProgress("Checking all files in Database: " + context_.path());
         progress_ = progress.get();
         ByteProgress bytes(*progress, totals.bytes);
         savedAt_ = system.clock.elapsed();
-        RecordReader reader = copy_.records();
-        for (std::string_view line; !counts_.cancelled && reader.next(line); ++line_) {
-            progress->file(std::string(pathOfLine(line)), --remaining);
-            if (checkRecord(line, bytes)) ++judged;
-            saveIfDue();
+        try {
+            walk(totals.records, bytes);
+        } catch (const base::FileFailure&) {
+            // What was told as updated is saved, or told as lost, on this way out as well.
+            if (!saveFailed_) saveUpdates();
+            throw;
         }
-        saveUpdates();
         compactBackups();
         if (!counts_.cancelled) bytes.finish();
         progress_ = nullptr;
     }
     copy_.discard();
-    counts_.checked = judged - counts_.unchecked;
+    counts_.checked = judged_ - counts_.unchecked;
     counts_.identical = counts_.checked - counts_.changed;
     const base::FileTime now = system.clock.now();
     store::DatabaseIndex(vault_).stampChecked(context_.path(), now);
-    return {context_.path(), platform::formatFileTime(system.clock, now), counts_};
+    return {context_.path(), platform::formatFileTime(system.clock, now), counts_, backupFailure_};
+}
+
+void FileContentsCheck::walk(std::uint64_t remaining, ByteProgress& progress) {
+    RecordReader reader = copy_.records();
+    for (std::string_view line; !counts_.cancelled && reader.next(line); ++line_) {
+        progress_->file(std::string(pathOfLine(line)), --remaining);
+        if (checkRecord(line, progress)) ++judged_;
+        saveIfDue();
+    }
+    saveUpdates();
 }
 
 bool FileContentsCheck::checkRecord(std::string_view line, ByteProgress& progress) {
@@ -196,8 +204,9 @@ void FileContentsCheck::update(const ChangedFileDetails& details, Reaction react
         saveUpdates();
         appender_.reset();
     }
-    observer_.changed(details, reaction, true, {});
-    if (backsUp && !backup.made) {
+    const bool keepsBackup = backsUp && !backup.made;
+    observer_.changed(details, keepsBackup ? Reaction::UpdateKeepBackup : reaction, true, {});
+    if (keepsBackup) {
         observer_.note(details.now.path, "No backup was made, as backups of files are turned off.");
     }
 }
@@ -205,8 +214,12 @@ void FileContentsCheck::update(const ChangedFileDetails& details, Reaction react
 FileContentsCheck::NewBackup FileContentsCheck::backUp(const ChangedFileDetails& details) {
     const std::string& path = details.now.path;
     if (!appender_) {
-        appender_ =
-            std::make_unique<BackupAppender>(vault_, context_, vault_.configuration.encryptsBackups());
+        try {
+            appender_ =
+                std::make_unique<BackupAppender>(vault_, context_, vault_.configuration.encryptsBackups());
+        } catch (const base::FileFailure& failure) {
+            return {false, failure.what()};
+        }
     }
     // Without an old backup there is none to be replaced, and none is wanted.
     if (!vault_.configuration.isOn(settings::key::kBackupFiles) && !appender_->hasEntry(path)) return {};
@@ -233,13 +246,19 @@ void FileContentsCheck::saveUpdates() {
     try {
         sealUpdates();
     } catch (const base::FileFailure& failure) {
-        // What failed may be no more than the copy to the backup database.
-        if (context_.record.fileDigest == digestBefore) {
-            copy_.readAppended(saved_, [&](std::string_view line) {
-                observer_.note(std::string(pathOfLine(line)),
-                               std::string("The update was not saved: ").append(failure.reason()));
-            });
+        // What failed may be no more than the copy to the backup database: the records are saved then, and
+        // the check goes on.
+        if (context_.record.fileDigest != digestBefore) {
+            if (backupFailure_.empty()) vault_.platform.ui.message(platform::Icon::Warning, failure.what());
+            backupFailure_ = failure.what();
+            saved_ = copy_.appended();
+            return;
         }
+        saveFailed_ = true;
+        copy_.readAppended(saved_, [&](std::string_view line) {
+            observer_.note(std::string(pathOfLine(line)),
+                           std::string("The update was not saved: ").append(failure.reason()));
+        });
         throw;
     }
 }
@@ -268,8 +287,12 @@ void FileContentsCheck::compactBackups() {
         const auto progress = vault_.platform.ui.openProgress("Reconstructing Backup Files");
         const store::BackupPair pair = store::backupPair(vault_.configuration, context_.backupNumber());
         const BackupIndex index(vault_, pair);
-        if (index.size() > *firstNewBackup_) {
-            rewriteBackups(vault_, pair, index, orderWithReplacements(index, *firstNewBackup_), *progress);
+        if (index.size() > *firstNewBackup_ &&
+            !rewriteBackups(vault_, pair, index, orderWithReplacements(index, *firstNewBackup_), *progress)) {
+            counts_.cancelled = true;
+            vault_.platform.ui.message(
+                platform::Icon::Information,
+                "The old backups of updated files still take their room beside the new ones.");
         }
     } catch (const base::FileFailure& failure) {
         // The new backups stand behind the old ones and serve as they are.

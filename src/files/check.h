@@ -28,6 +28,8 @@ struct CheckSummary {
     std::string database;
     std::string checkedAt;  // local time
     CheckCounts counts;
+    /// Why the backup database is not up to date; empty where it is, or where there is none to be.
+    std::string backupFailure;
 };
 
 /// Asked about every changed file.
@@ -89,6 +91,7 @@ class FileContentsCheck {
     };
     /// Appends the file's present content to the backups.
     NewBackup backUp(const ChangedFileDetails& details);
+    void walk(std::uint64_t remaining, ByteProgress& progress);
     void saveIfDue();
     void saveUpdates();
     void sealUpdates();
@@ -106,6 +109,8 @@ class FileContentsCheck {
     std::string warningFile_;
     platform::Progress* progress_ = nullptr;
     CheckCounts counts_;
+    std::uint32_t judged_ = 0;
+    std::string backupFailure_;
 
     // Updates: the new records stand behind the text of the working copy, and the lines that they replace, by
     // their numbers, are left out wherever the database is sealed from it. A new backup is appended and its
@@ -113,6 +118,7 @@ class FileContentsCheck {
     std::size_t line_ = 0;
     std::vector<bool> updated_;
     std::uint64_t saved_ = 0;  // bytes of the appended records that are sealed
+    bool saveFailed_ = false;
     std::unique_ptr<BackupAppender> appender_;
     std::optional<std::size_t> firstNewBackup_;
     std::chrono::milliseconds savedAt_{0};

@@ -111,7 +111,10 @@ class FileSystem {
     /// devices, its own settings) and that stores nothing. False where there is no telling, and on Windows.
     virtual bool isPseudo(const std::string& folder) = 0;
 
-    /// Renames, replacing a file at `to`, and brings the change to the device.
+    // A failure of the next three means that nothing was done. They bring the change to the device as far as
+    // it takes it.
+
+    /// Renames, replacing a file at `to`.
     virtual void rename(const std::string& from, const std::string& to) = 0;
     /// Renames unless something stands at `to`: false then. Cause Generic across file systems;
     /// isOtherVolume() tells.

@@ -29,10 +29,11 @@ std::string backupDatabasePath(const std::string& database, const settings::Conf
 std::optional<std::string> findClaimant(const Vault& vault, const std::vector<IndexRecord>& records,
                                         const std::string& database, const std::string& path);
 
-/// Whether the file at `path` holds sealed data of `database`, of whatever age: its beginning unseals to text
-/// under the session's key and the database's chain value. An empty file holds nobody's data and counts as
-/// the database's. False for anything but a regular file. Throws base::FileFailure.
-bool holdsDataOf(const Vault& vault, const std::string& database, const std::string& path);
+/// Whether the file at `path` holds sealed data of the record's database, of whatever age: it has the digest
+/// of the record, or its beginning unseals to fields of records under the session's key. An empty file holds
+/// nobody's data and counts as the database's. False for anything but a regular file. Throws
+/// base::FileFailure.
+bool holdsDataOf(const Vault& vault, const IndexRecord& record, const std::string& path);
 
 /// With Config2 at 1, copies the database over its backup database: beside it, flushed, renamed. Throws
 /// BackupPlaceTaken where another database or a foreign file is there, base::FileFailure; what is there is

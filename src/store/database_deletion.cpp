@@ -1,5 +1,7 @@
 #include "store/database_deletion.h"
 
+#include <vector>
+
 #include "crypto/wipe.h"
 #include "store/backup_database.h"
 #include "store/backup_pair.h"
@@ -9,47 +11,112 @@ namespace corvalence::store {
 
 namespace {
 
-/// Ends one file of a database that is being deleted. A link goes, what it leads to stays; so does a file
-/// that holds something else.
-void endFile(Vault& vault, const std::string& database, const std::string& file) {
-    platform::Platform& system = vault.platform;
-    const auto status = system.files.status(file, platform::Follow::No);
-    if (!status) return;
-    if (status->kind == platform::FileKind::Link) {
-        system.files.remove(file);
-        system.ui.message(platform::Icon::Warning,
-                          file + " was a link. It is removed; the file that it led to is left as it was.");
-    } else if (holdsDataOf(vault, database, file)) {
-        crypto::wipeFile(system.files, file);
-    } else {
-        system.ui.message(platform::Icon::Warning,
-                          file + " does not hold what this database wrote there, and is left as it is.");
+/// One deletion, step by step; a step that fails is told and does not keep the others from being done.
+class Deletion {
+  public:
+    Deletion(Vault& vault, const IndexRecord& record) : vault_(vault), record_(record) {}
+
+    void run(DeletionListener& listener) {
+        const std::string backup =
+            backupDatabasePath(record_.path, vault_.configuration, vault_.platform.paths);
+        DatabaseIndex index(vault_);
+        const bool hasBackup = !vault_.platform.paths.equal(record_.path, backup) &&
+                               !findClaimant(vault_, index.records(), record_.path, backup);
+        take(record_.path);
+        if (hasBackup) take(backup);
+        const BackupPair pair = backupPair(vault_.configuration, record_.number);
+        if (record_.kind == DatabaseKind::Numbered)
+            files_.insert(files_.end(), {{pair.index, false}, {pair.file, false}});
+        for (const File& file : files_)
+            vault_.working.noteDeletion(record_.path, file.path, file.wipes);
+        removeRecord(index);
+        step([&] { listener.databaseDeleted(record_.path); });
+        for (const File& file : files_)
+            step([&] { end(file); });
     }
-}
+
+    bool isComplete() const noexcept { return isComplete_; }
+
+  private:
+    struct File {
+        std::string path;
+        bool wipes = false;
+    };
+
+    /// A link goes, what it leads to stays; so does a file that holds something else.
+    void take(const std::string& path) {
+        platform::Platform& system = vault_.platform;
+        const auto status = system.files.status(path, platform::Follow::No);
+        if (!status) return;
+        if (status->kind == platform::FileKind::Link) {
+            files_.push_back({path, false});
+            tell(path + " was a link. It is removed; the file that it led to is left as it was.");
+        } else if (holdsDataOf(vault_, record_, path)) {
+            files_.push_back({path, true});
+        } else {
+            tell(path + " does not hold what this database wrote there, and is left as it is.");
+        }
+    }
+
+    void removeRecord(DatabaseIndex& index) {
+        try {
+            index.removeRecord(record_.path);
+        } catch (const base::FileFailure&) {
+            for (const File& file : files_)
+                vault_.working.deletionDone(file.path);
+            throw;
+        }
+    }
+
+    void end(const File& file) {
+        platform::FileSystem& files = vault_.platform.files;
+        if (files.status(file.path, platform::Follow::No)) {
+            if (file.wipes) {
+                crypto::wipeFile(files, file.path);
+            } else {
+                files.remove(file.path);
+            }
+            vault_.working.deletionDone(file.path);
+        }
+    }
+
+    template <typename Step>
+    void step(Step&& step) {
+        try {
+            step();
+        } catch (const base::FileFailure& failure) {
+            tell(std::string("Not everything of the database could be deleted: ") + failure.what());
+        }
+    }
+
+    void tell(const std::string& text) {
+        isComplete_ = false;
+        vault_.platform.ui.message(platform::Icon::Warning, text);
+    }
+
+    Vault& vault_;
+    const IndexRecord& record_;
+    std::vector<File> files_;
+    bool isComplete_ = true;
+};
 
 }  // namespace
 
-bool deleteDatabase(Vault& vault, const OpenDatabaseContext& context, DeletionListener& listener) {
+DeletionResult deleteDatabase(Vault& vault, const OpenDatabaseContext& context, DeletionListener& listener) {
     platform::Platform& system = vault.platform;
     if (!system.ui.ask(
             platform::Icon::Warning,
             "Are you sure you would like to delete this database, its backup, and the backups of the "
             "files listed within it?")) {
-        return false;
+        return DeletionResult::Declined;
     }
-    const std::string& path = context.path();
-    const std::string backup = backupDatabasePath(path, vault.configuration, system.paths);
-    DatabaseIndex index(vault);
-    const bool backupIsAnothers = findClaimant(vault, index.records(), path, backup).has_value();
-    index.removeRecord(path);
-    removeBackupPair(vault, context.backupNumber());
-    listener.databaseDeleted(path);
-    endFile(vault, path, path);
-    if (!backupIsAnothers && !system.paths.equal(path, backup)) endFile(vault, path, backup);
+    Deletion deletion(vault, context.record);
+    deletion.run(listener);
+    if (!deletion.isComplete()) return DeletionResult::Incomplete;
     system.ui.message(
         platform::Icon::Information,
-        path + ", its backup, and the backups of the files listed within it successfully deleted.");
-    return true;
+        context.path() + ", its backup, and the backups of the files listed within it successfully deleted.");
+    return DeletionResult::Deleted;
 }
 
 }  // namespace corvalence::store

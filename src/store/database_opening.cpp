@@ -1,39 +1,11 @@
 #include "store/database_opening.h"
 
-#include "base/hex_text.h"
-#include "base/page_buffer.h"
-#include "crypto/md5.h"
+#include "crypto/wipe.h"
 #include "platform/file_copy.h"
 #include "store/backup_database.h"
+#include "store/database_digest.h"
 
 namespace corvalence::store {
-
-namespace {
-
-/// The part of the progress bar that a digest covers, moved in steps of whole blocks.
-std::uint32_t barPosition(std::uint64_t done, std::uint64_t size) noexcept {
-    return size == 0 ? platform::Progress::kSteps
-                     : static_cast<std::uint32_t>(static_cast<double>(done) / static_cast<double>(size) *
-                                                  platform::Progress::kSteps);
-}
-
-}  // namespace
-
-std::string digestFile(platform::FileSystem& files, const std::string& path, platform::Progress* progress) {
-    const auto file = files.openShared(path);
-    const std::uint64_t size = file->size();
-    base::PageBuffer block(platform::kBlockSize);
-    crypto::Md5 md5;
-    std::uint64_t done = 0;
-    while (const std::size_t count = file->read(block.bytes())) {
-        md5.update(block.bytes().first(count));
-        done += count;
-        if (progress == nullptr) continue;
-        if (progress->cancelled()) return {};
-        progress->bar(barPosition(std::min(done, size), size));
-    }
-    return base::hexText(md5.finish());
-}
 
 OpenResult DatabaseOpening::openWithRecovery(const std::string& path,
                                              std::optional<OpenDatabaseContext>& context) {
@@ -105,9 +77,28 @@ void DatabaseOpening::completeSave(const IndexRecord& record, const std::string&
     if (digestFile(files, beside) == record.fileDigest) files.rename(beside, record.path);
 }
 
+void DatabaseOpening::settlePending() {
+    settlePendingSaves();
+    for (const crypto::PendingDeletion& deletion : vault_.working.pendingDeletions()) {
+        if (index_.findExact(deletion.database)) continue;
+        try {
+            if (deletion.wipes) {
+                crypto::wipeFile(vault_.platform.files, deletion.file);
+            } else {
+                vault_.platform.files.remove(deletion.file);
+            }
+        } catch (const base::FileFailure& failure) {
+            // It belongs to nothing any more; that it stays must not keep every command out.
+            vault_.platform.ui.message(
+                platform::Icon::Warning,
+                "A file of a deleted database could not be removed: " + std::string(failure.what()));
+        }
+    }
+    vault_.working.pendingSettled();
+}
+
 void DatabaseOpening::settlePendingSaves() {
     platform::FileSystem& files = vault_.platform.files;
-    if (vault_.working.pendingSaves().empty()) return;
     for (const crypto::PendingSave& save : vault_.working.pendingSaves()) {
         const auto record = index_.findExact(save.database);
         if (!save.beside.empty()) {
@@ -130,7 +121,6 @@ void DatabaseOpening::settlePendingSaves() {
             vault_.platform.ui.message(platform::Icon::Warning, failure.what());
         }
     }
-    vault_.working.pendingSavesSettled();
 }
 
 }  // namespace corvalence::store

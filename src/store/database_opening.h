@@ -9,11 +9,6 @@
 
 namespace corvalence::store {
 
-/// MD5 of a file's raw bytes (RFC 1321) as 32 lower-case hexadecimal characters. Reads in large blocks.
-/// Throws base::FileFailure; Cancelled by the progress gives an empty text.
-std::string digestFile(platform::FileSystem& files, const std::string& path,
-                       platform::Progress* progress = nullptr);
-
 enum class OpenResult {
     Opened,
     Restored,   // opened after the backup database was copied over it
@@ -37,11 +32,12 @@ class DatabaseOpening {
     enum class State { Ok, Changed, Missing };
     State state(const IndexRecord& record);
 
-    /// Carries on or removes what WorkingFiles::pendingSaves() names. To be called once, after the password
-    /// is proved.
-    void settlePendingSaves();
+    /// Carries on or drops the saves and deletions that WorkingFiles names as pending. To be called once,
+    /// after the password is proved.
+    void settlePending();
 
   private:
+    void settlePendingSaves();
     void completeSave(const IndexRecord& record, const std::string& beside);
     OpenResult recover(const IndexRecord& record, const std::string& reason);
 

@@ -81,7 +81,7 @@ TEST_F(WorkingFilesTest, AreClearedAwayAfterAKillAndNothingElseIs) {
     { auto other = run->createSealed(machine.folder / "x", ".sealed"); }
     killAndRestart();
     EXPECT_EQ(run->pendingSaves().size(), 1U);
-    run->pendingSavesSettled();
+    run->pendingSettled();
     EXPECT_EQ(fs::file_size(journal), 0U);
     for (auto* file : {&plain, &sealed, &gone, &save})
         file->abandon();

@@ -235,6 +235,22 @@ TEST(BackupStore, RefusesADamagedListAndTouchesNothing) {
     }
 }
 
+// An emptied list once cost the whole container without a word.
+TEST(BackupStore, SetsAsideWhatALostListNoLongerTells) {
+    World world;
+    world.write("a", "one");
+    world.write("b", "two");
+    world.create();
+    world.add({"a"});
+    const std::string before = readWholeFile(container(world));
+    writeWholeFile(list(world), "");
+    world.add({"b"});
+    EXPECT_EQ(readWholeFile(container(world) + ".old"), before);
+    EXPECT_NE(world.machine.ui.transcript().find("They are kept as "), std::string::npos);
+    world.write("b", "changed");
+    EXPECT_TRUE(world.restore("b").restored);
+}
+
 TEST(BackupStore, MakesAMissingPairAnewAndSaysSo) {
     World world;
     world.write("a", "one");

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 
 #include "stale_tail.h"
@@ -216,6 +217,69 @@ TEST(FileContentsCheck, IsCancelledAnywhereInAnUpdateWithoutPartingRecordAndBack
         EXPECT_TRUE(world.leftovers().empty());
         ASSERT_LT(question, 40U);
         if (updated) break;
+    }
+}
+
+// A listed file that became a link to the container was once copied into it until the disk was full, or
+// restored over it.
+TEST(FileContentsCheck, NeitherBacksUpNorRestoresOverItsOwnFiles) {
+    World world;
+    world.write("a", std::string(100'000, 'a'));
+    world.write("b", "two");
+    world.create();
+    world.add({"a", "b"});
+    const std::string container = world.data("Backup Files/Backup File 1");
+    for (const std::string& own : {container, world.data("Backup Files/Database Index")}) {
+        std::filesystem::remove(world.path("b"));
+        std::filesystem::create_symlink(own, world.path("b"));
+        for (const Reaction reaction : {Reaction::UpdateWithBackup, Reaction::Restore}) {
+            const CheckOutcome outcome =
+                world.check({{reaction}, files::RestoreChoice::DeleteChangedFile, false});
+            ASSERT_EQ(outcome.changed.size(), 1U);
+            if (own == container || reaction == Reaction::Restore) {
+                EXPECT_FALSE(outcome.changed[0].done);
+                EXPECT_NE(outcome.changed[0].message.find("AccessDenied."), std::string::npos);
+            }
+        }
+    }
+    std::filesystem::remove(world.path("b"));
+    world.write("a", "spoilt");
+    EXPECT_TRUE(world.restore("a").restored);
+    EXPECT_EQ(world.read("a").size(), 100'000U);
+}
+
+// Whatever fails on the way: what was told as updated is, and what was not is told.
+TEST(FileContentsCheck, TellsOfNoUpdateThatIsNotThere) {
+    for (std::uint64_t at = 1;; ++at) {
+        SCOPED_TRACE(at);
+        World world;
+        for (const char* name : {"a", "b"})
+            world.write(name, "then");
+        world.create();
+        world.add({"a", "b"});
+        for (const char* name : {"a", "b"})
+            world.write(name, "now");
+        world.machine.faults.failAt(at, base::Cause::DiskFull, FaultPlan::Lasts::Once);
+        CheckOutcome outcome;
+        try {
+            outcome =
+                world.check({{Reaction::UpdateWithBackup}, files::RestoreChoice::DeleteChangedFile, false});
+        } catch (const base::FileFailure&) {
+            ASSERT_LT(at, 100U);
+            continue;
+        }
+        const bool struck = world.machine.faults.hasStruck();
+        world.machine.faults.clear();
+        world.start();
+        const auto told = std::count_if(outcome.changed.begin(), outcome.changed.end(),
+                                        [](const Finding& finding) { return finding.done; });
+        EXPECT_EQ(outcome.changed.size(), 2U);
+        EXPECT_EQ(world.check().counts().changed, 2U - static_cast<std::size_t>(told));
+        for (const char* name : {"a", "b"}) {
+            world.write(name, "spoilt");
+            EXPECT_TRUE(world.restore(name).restored);
+        }
+        if (!struck) break;
     }
 }
 

@@ -120,7 +120,8 @@ bool isLostOneBack(World& world) {
 Claim deleteDatabase(World& world) {
     world.open();
     schedule::ScheduleList schedule(world.vault());
-    return claimOf(world, store::deleteDatabase(world.vault(), world.context(), schedule));
+    return claimOf(world, store::deleteDatabase(world.vault(), world.context(), schedule) ==
+                              store::DeletionResult::Deleted);
 }
 bool isDeleted(World& world) {
     return !store::DatabaseIndex(world.vault()).findExact(world.databasePath()) &&

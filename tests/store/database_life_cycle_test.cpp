@@ -14,6 +14,7 @@
 namespace corvalence::test {
 namespace {
 
+using store::DeletionResult;
 using store::OpenResult;
 namespace fs = std::filesystem;
 
@@ -104,9 +105,9 @@ TEST_F(OneDatabase, GoesWithItsBackupItsPairAndItsScheduleLines) {
                      session.key, session.chains.ScheduleIV);
     world.open();
     world.platform.paths.ignoresCase = true;
-    EXPECT_FALSE(store::deleteDatabase(world.vault(), world.context(), schedule));
+    EXPECT_EQ(store::deleteDatabase(world.vault(), world.context(), schedule), DeletionResult::Declined);
     world.machine.ui.answers = {true};
-    EXPECT_TRUE(store::deleteDatabase(world.vault(), world.context(), schedule));
+    EXPECT_EQ(store::deleteDatabase(world.vault(), world.context(), schedule), DeletionResult::Deleted);
     for (const char* gone :
          {"Databases/db", "Databases/db~", "Backup Files/Backup File 1", "Backup Files/Backup Index 1"}) {
         EXPECT_FALSE(fs::exists(world.data(gone))) << gone;
@@ -217,7 +218,7 @@ TEST_F(OneDatabase, KeepsItsBackupOffWhatBelongsToAnotherDatabase) {
     schedule::ScheduleList schedule(world.vault());
     world.machine.ui.answers = {true};
     world.open();
-    EXPECT_TRUE(store::deleteDatabase(world.vault(), world.context(), schedule));
+    EXPECT_EQ(store::deleteDatabase(world.vault(), world.context(), schedule), DeletionResult::Deleted);
     EXPECT_EQ(readWholeFile(world.databasePath("dbx")), other);
     // Nor is a database made where the backup of another one will lie.
     EXPECT_FALSE(world.create("dbxx"));
@@ -241,23 +242,74 @@ TEST_F(OneDatabase, SharesItsBackupWithNoNamesake) {
 
 TEST_F(OneDatabase, WritesAndWipesNoForeignFileInThePlaceOfItsBackup) {
     world.set("Config1", "x");
-    for (const std::string& mine : {std::string("the user's own"), std::string(4096, 'm')}) {
+    for (const std::string& mine :
+         {std::string("the user's own"), std::string(16, 'm'), std::string(4096, 'm')}) {
         writeWholeFile(world.databasePath("dbx"), mine);
         const std::string name = std::to_string(mine.size());
         world.write(name, "new");
         EXPECT_THROW(world.add({name}), store::BackupPlaceTaken);
         EXPECT_EQ(readWholeFile(world.databasePath("dbx")), mine);
+        // A check goes on to its end, and its updates are saved.
         world.write("a", mine);
-        EXPECT_THROW(world.check({.reactions = {files::Reaction::UpdateKeepBackup}}),
-                     store::BackupPlaceTaken);
+        const CheckOutcome outcome = world.check({.reactions = {files::Reaction::UpdateKeepBackup}});
+        EXPECT_NE(outcome.summary.backupFailure.find("is no backup of this database"), std::string::npos);
+        EXPECT_EQ(world.check().counts().identical, world.records().size());
     }
     schedule::ScheduleList schedule(world.vault());
     world.machine.ui.answers = {true};
     world.open();
-    EXPECT_TRUE(store::deleteDatabase(world.vault(), world.context(), schedule));
+    EXPECT_EQ(store::deleteDatabase(world.vault(), world.context(), schedule), DeletionResult::Incomplete);
     EXPECT_EQ(readWholeFile(world.databasePath("dbx")), std::string(4096, 'm'));
     EXPECT_TRUE(world.machine.ui.saw(world.databasePath("dbx") +
                                      " does not hold what this database wrote there, and is left as it is."));
+}
+
+// Whoever may name a file in a watched folder could once keep every later backup from being written.
+TEST_F(OneDatabase, KnowsItsBackupWhateverItsFilesAreCalled) {
+    world.create("odd");
+    for (const char* name : {"1", "2", "3"}) {
+        const std::string odd = std::string(100, '\x01') + name;
+        world.write(odd, "x");
+        EXPECT_EQ(world.add({odd}, "odd").added, 1U);
+    }
+    EXPECT_EQ(readWholeFile(world.databasePath("odd")), readWholeFile(world.databasePath("odd~")));
+}
+
+// What fails in the middle of a deletion, or is left by a kill, once could be deleted by nobody.
+TEST_F(OneDatabase, IsDeletedPastWhatFailsAndTheRestAtTheNextStart) {
+    const std::string schedule = schedule::ScheduleList(world.vault()).path();
+    const auto deleteOpen = [&] {
+        schedule::ScheduleList listener(world.vault());
+        return store::deleteDatabase(world.vault(), world.context(), listener);
+    };
+    writeWholeFile(schedule, "no sealed list");
+    world.open();
+    world.machine.ui.answers = {true};
+    EXPECT_EQ(deleteOpen(), DeletionResult::Incomplete);
+    EXPECT_FALSE(fs::exists(world.databasePath()));
+    EXPECT_FALSE(fs::exists(world.data("Backup Files/Backup File 1")));
+
+    writeWholeFile(schedule, "");
+    world.create("next");
+    world.write("b", "two");
+    world.add({"b"}, "next");
+    for (std::uint64_t at = 1;; ++at) {
+        ASSERT_LT(at, 100U);
+        if (world.open("next") != OpenResult::Opened) break;
+        world.machine.ui.answers = {true};
+        world.machine.faults.failAt(at, base::Cause::AccessDenied, FaultPlan::Lasts::Once);
+        try {
+            deleteOpen();
+        } catch (const base::FileFailure&) {
+            // Then nothing was deleted.
+        }
+        world.machine.faults.clear();
+        ASSERT_EQ(world.start(), core::StartResult::Ready);
+    }
+    for (const char* name : {"next", "next~"})
+        EXPECT_FALSE(fs::exists(world.databasePath(name))) << name;
+    EXPECT_FALSE(fs::exists(world.data("Backup Files/Backup File 2")));
+    EXPECT_EQ(readWholeFile(world.data("Working Copies")), "");
 }
 
 // An older copy of its own is no foreign file.
@@ -278,7 +330,7 @@ TEST_F(OneDatabase, IsNotWipedThroughALink) {
     const std::string sealed = readWholeFile(world.path("real"));
     schedule::ScheduleList schedule(world.vault());
     world.machine.ui.answers = {true};
-    EXPECT_TRUE(store::deleteDatabase(world.vault(), world.context(), schedule));
+    EXPECT_EQ(store::deleteDatabase(world.vault(), world.context(), schedule), DeletionResult::Incomplete);
     EXPECT_FALSE(fs::is_symlink(world.databasePath()));
     EXPECT_EQ(readWholeFile(world.path("real")), sealed);
 }

@@ -61,23 +61,20 @@ void lockAlone(const Descriptor& descriptor, const std::string& path) {
 /// descriptors is told while nothing has happened yet.
 class FolderSync {
   public:
-    explicit FolderSync(const std::string& folder) : folder_(folder) {
+    explicit FolderSync(const std::string& folder) {
         descriptor_ = Descriptor(::open(systemPath(folder), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
         // A folder that the caller may write but not read cannot be opened; everything is synchronised then.
         if (!descriptor_.isOpen() && errno != EACCES) throwSystemError(folder);
     }
 
-    void bringToDevice() {
-        if (!descriptor_.isOpen()) {
-            ::sync();
-        } else if (::fsync(descriptor_.number()) != 0 && errno != EINVAL) {
-            // EINVAL: a file system that writes its folders through and knows no such call.
-            throwSystemError(folder_);
-        }
+    /// The change itself is done and everybody sees it: told as a failure, its caller would undo what stands,
+    /// or wipe what has become a user's file. A device that does not take it says so at the next flush of
+    /// data. Some file systems write folders through and know no such call.
+    void bringToDevice() noexcept {
+        if (!descriptor_.isOpen() || ::fsync(descriptor_.number()) != 0) ::sync();
     }
 
   private:
-    std::string folder_;
     Descriptor descriptor_;
 };
 
