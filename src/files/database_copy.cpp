@@ -43,8 +43,10 @@ void DatabaseCopy::writeAppended(crypto::SealWriter& writer) {
 void DatabaseCopy::readAppended(std::uint64_t first,
                                 const std::function<void(std::string_view line)>& visit) {
     if (first >= appended_) return;
+    // A write that failed may have left a part of a line behind them.
+    const std::uint64_t end = end_ + kDivider.size() + appended_;
     platform::LineReader reader(copy_.file(), base::kLineLimit, end_ + kDivider.size() + first);
-    for (std::string_view line; reader.next(line);)
+    for (std::string_view line; reader.offset() < end && reader.next(line);)
         visit(line);
 }
 
