@@ -266,6 +266,7 @@ TEST_F(OneDatabase, WritesAndWipesNoForeignFileInThePlaceOfItsBackup) {
 
 // Whoever may name a file in a watched folder could once keep every later backup from being written.
 TEST_F(OneDatabase, KnowsItsBackupWhateverItsFilesAreCalled) {
+    if (world.platform.paths.separator == '\\') GTEST_SKIP() << "names hold no control bytes here";
     world.create("odd");
     for (const char* name : {"1", "2", "3"}) {
         const std::string odd = std::string(100, '\x01') + name;
@@ -309,7 +310,7 @@ TEST_F(OneDatabase, IsDeletedPastWhatFailsAndTheRestAtTheNextStart) {
     for (const char* name : {"next", "next~"})
         EXPECT_FALSE(fs::exists(world.databasePath(name))) << name;
     EXPECT_FALSE(fs::exists(world.data("Backup Files/Backup File 2")));
-    EXPECT_EQ(readWholeFile(world.data("Working Copies")), "");
+    EXPECT_EQ(fs::file_size(world.data("Working Copies")), 0U);
 }
 
 // An older copy of its own is no foreign file.
