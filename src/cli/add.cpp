@@ -94,8 +94,14 @@ ExitCode runAdd(Context& context, const AddArguments& arguments) {
     if (arguments.paths.empty() && !arguments.location) {
         throw CommandEnd(ExitCode::Usage, "`add` takes the files' paths, or --location with a folder.");
     }
-    const std::string location = arguments.location ? absolutePath(context, *arguments.location) : "";
-    if (arguments.location) requireFolder(context, location);
+    if (arguments.criteria.any() && !arguments.location)
+        throw CommandEnd(ExitCode::Usage, "Criteria go with --location.");
+    const files::Criteria criteria = parseCriteria(arguments.criteria);
+    const bool isAnywhere = arguments.location == files::kAnyLocation;
+    const std::string location = !arguments.location ? ""
+                                 : isAnywhere        ? *arguments.location
+                                                     : absolutePath(context, *arguments.location);
+    if (arguments.location && !isAnywhere) requireFolder(context, location);
     const auto run = startRun(context);
     auto database = openFileDatabase(context, *run, arguments.database);
     files::AddPipeline pipeline(run->vault(), database);
@@ -113,7 +119,7 @@ ExitCode runAdd(Context& context, const AddArguments& arguments) {
         outcome.take(std::move(report));
     }
     if (arguments.location && !outcome.isCancelled) {
-        files::AddReport report = pipeline.addLocation(location, options);
+        files::AddReport report = pipeline.addLocation(location, criteria, options);
         reports += reportLine(report);
         outcome.take(std::move(report));
     }

@@ -51,6 +51,7 @@ class Commands {
         onDatabase("details", "What is known of a database", runDetails);
         onDatabase("files", "The files that a database lists", runFiles);
         add();
+        remove();
         check();
         restore();
         onDatabase("delete", "Delete a database, its backup and the backups of its files", runDelete);
@@ -130,15 +131,47 @@ class Commands {
         call(command, arguments, runCreate);
     }
 
+    static void criteria(CLI::App* command, CriteriaTexts& texts) {
+        text(*command, "--size", texts.size, "larger:N, smaller:N, equal:N or between:N:N bytes");
+        text(*command, "--created", texts.created,
+             "before:T, after:T, at:T or between:T:T, T as 2024-02-29T12:30:05");
+        text(*command, "--modified", texts.modified, "The same of the last modification");
+        text(*command, "--type", texts.type, "Extension; empty for files without one, * for any");
+        text(
+            *command, "--attributes", texts.attributes,
+            "List of read-only, hidden, system, archive, compressed, encrypted, each with + where others may "
+            "be set as well; any; none");
+        text(*command, "--contents", texts.contents, "Text that the file holds");
+        command->add_flag("--match-case", texts.matchCase, "Letters of --contents in this case only");
+        command->add_flag("--whole-word", texts.wholeWord, "--contents between blanks or the file's ends");
+        command->add_flag("--text-only", texts.textOnly,
+                          "Search no further than the first byte that is no text");
+        text(*command, "--abilities", texts.abilities, "List of network, system, cookies: any of them");
+    }
+
     void add() {
         CLI::App* command = declare(app_, "add", "Add files to a database");
         const auto arguments = std::make_shared<AddArguments>();
         database(command, arguments->database);
         text(*command, "PATH", arguments->paths, "Files by name");
-        text(*command, "--location", arguments->location, "Folder: add all files below it");
+        text(*command, "--location", arguments->location,
+             "Folder: add the files below it, all or those that meet the criteria; * for every drive");
+        criteria(command, arguments->criteria);
         command->add_flag("--notify-listed", arguments->notifyListed,
                           "Tell each file that is listed already");
         call(command, arguments, runAdd);
+    }
+
+    void remove() {
+        CLI::App* command = declare(app_, "remove", "Take files out of a database, with their backups");
+        const auto arguments = std::make_shared<RemoveArguments>();
+        database(command, arguments->database);
+        text(*command, "PATH", arguments->paths, "Listed files by name");
+        command->add_flag("--all", arguments->all, "Every listed file");
+        text(*command, "--location", arguments->location,
+             "Folder: the listed files below it, all or those that meet the criteria; * for any");
+        criteria(command, arguments->criteria);
+        call(command, arguments, runRemove);
     }
 
     void check() {

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "cli/context.h"
+#include "cli/criteria_options.h"
 #include "crypto/digest_code.h"
 #include "files/changed_file_details.h"
 
@@ -27,8 +28,17 @@ struct DatabaseArguments {
 struct AddArguments {
     std::string database;
     std::vector<std::string> paths;
-    std::optional<std::string> location;
+    std::optional<std::string> location;  // "*": every drive
+    CriteriaTexts criteria;
     bool notifyListed = false;
+};
+
+struct RemoveArguments {
+    std::string database;
+    std::vector<std::string> paths;
+    bool all = false;
+    std::optional<std::string> location;  // "*": any
+    CriteriaTexts criteria;
 };
 
 struct CheckArguments {
@@ -54,6 +64,7 @@ ExitCode runDatabases(Context& context);
 ExitCode runDetails(Context& context, const DatabaseArguments& arguments);
 ExitCode runFiles(Context& context, const DatabaseArguments& arguments);
 ExitCode runAdd(Context& context, const AddArguments& arguments);
+ExitCode runRemove(Context& context, const RemoveArguments& arguments);
 ExitCode runCheck(Context& context, const CheckArguments& arguments);
 ExitCode runRestore(Context& context, const RestoreArguments& arguments);
 ExitCode runDelete(Context& context, const DatabaseArguments& arguments);

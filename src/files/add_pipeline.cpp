@@ -46,22 +46,29 @@ std::string addReportText(std::uint64_t added, std::uint64_t listed, const std::
 /// One add command from the working copy to the sealed database.
 class AddPipeline::Command {
   public:
-    Command(store::Vault& vault, store::OpenDatabaseContext& context, const AddOptions& options,
-            std::uint64_t totalBytes)
+    Command(store::Vault& vault, store::OpenDatabaseContext& context, const AddOptions& options)
         : vault_(vault),
           context_(context),
           options_(options),
-          progress_(vault.platform.ui.openProgress("Adding files to: " + context.path())),
-          bytes_(*progress_, totalBytes),
           copy_(vault, context),
           digester_(context.digest()) {
         readListed();
-        if (vault.configuration.isOn(settings::key::kBackupFiles)) {
+    }
+
+    bool isListed(const std::string& path) const {
+        return listed_.contains(vault_.platform.paths.comparisonKey(path));
+    }
+
+    /// To be called before the first add().
+    void begin(std::uint64_t totalBytes) {
+        progress_ = vault_.platform.ui.openProgress("Adding files to: " + context_.path());
+        bytes_.emplace(*progress_, totalBytes);
+        if (vault_.configuration.isOn(settings::key::kBackupFiles)) {
             appender_ =
-                std::make_unique<BackupAppender>(vault, context, vault.configuration.encryptsBackups());
+                std::make_unique<BackupAppender>(vault_, context_, vault_.configuration.encryptsBackups());
         }
         // What would be changed at the next check; noted behind the container, which may just have been made.
-        own_.emplace(OwnFiles::ofDatabase(vault, context));
+        own_.emplace(OwnFiles::ofDatabase(vault_, context_));
     }
 
     /// False once the user has cancelled.
@@ -100,7 +107,7 @@ class AddPipeline::Command {
             report_.added = 0;
         }
         copy_.discard();
-        if (!report_.cancelled) bytes_.finish();
+        if (!report_.cancelled) bytes_->finish();
         return std::move(report_);
     }
 
@@ -134,7 +141,7 @@ class AddPipeline::Command {
             if (own_->has(status.identity)) return refuseOwn(path, named);
             if (appender_) appender_->begin();
             begun = true;
-            file = digester_.digest(*source, bytes_, sink());
+            file = digester_.digest(*source, *bytes_, sink());
         } catch (const base::FileFailure& failure) {
             if (failure.path() != path) throw;  // the container's own failure ends the command
             if (begun && appender_) appender_->drop();
@@ -191,7 +198,7 @@ class AddPipeline::Command {
     store::OpenDatabaseContext& context_;
     const AddOptions& options_;
     std::unique_ptr<platform::Progress> progress_;
-    ByteProgress bytes_;
+    std::optional<ByteProgress> bytes_;
     DatabaseCopy copy_;
     FileDigester digester_;
     std::unique_ptr<BackupAppender> appender_;
@@ -207,7 +214,8 @@ AddReport AddPipeline::addFiles(const std::vector<std::string>& paths, const Add
         if (const auto status = vault_.platform.files.status(path, platform::Follow::Yes))
             total += status->size;
     }
-    Command command(vault_, context_, options, total);
+    Command command(vault_, context_, options);
+    command.begin(total);
     for (const std::string& path : paths) {
         if (!command.add(path, true)) break;
     }
@@ -216,37 +224,31 @@ AddReport AddPipeline::addFiles(const std::vector<std::string>& paths, const Add
     return report;
 }
 
-AddReport AddPipeline::addLocation(const std::string& location, const AddOptions& options) {
-    const auto folder = vault_.platform.files.status(location, platform::Follow::Yes);
-    if (!folder || folder->kind != platform::FileKind::Folder) {
-        vault_.platform.ui.message(platform::Icon::Stop, location + "  is not a valid location.");
-        AddReport refused;
-        refused.failed = 1;
-        return refused;
-    }
-    const bool complete = vault_.configuration.isOn(settings::key::kCompleteWalk);
-    std::uint64_t total = 0;
-    {
-        const auto progress = vault_.platform.ui.openProgress("Adding files to: " + context_.path());
-        FolderWalk measure(vault_.platform.files, vault_.platform.paths, complete);
-        bool cancelled = false;
-        measure.run(location, [&](const std::string&, const platform::FileStatus& status) {
-            total += status.size;
-            cancelled = progress->cancelled();
-            return !cancelled;
-        });
-        if (cancelled) {
-            AddReport report;
-            report.cancelled = true;
-            return report;
+AddReport AddPipeline::addLocation(const std::string& location, const Criteria& criteria,
+                                   const AddOptions& options) {
+    if (location != kAnyLocation) {
+        const auto folder = vault_.platform.files.status(location, platform::Follow::Yes);
+        if (!folder || folder->kind != platform::FileKind::Folder) {
+            vault_.platform.ui.message(platform::Icon::Stop, location + "  is not a valid location.");
+            AddReport refused;
+            refused.failed = 1;
+            return refused;
         }
     }
-    Command command(vault_, context_, options, total);
-    FolderWalk walk(vault_.platform.files, vault_.platform.paths, complete);
-    walk.run(location,
-             [&](const std::string& path, const platform::FileStatus&) { return command.add(path, false); });
-    AddReport report = command.finish();
-    report.passedOver = walk.passedOver();
+    Command command(vault_, context_, options);
+    AddScan scan = scanForFiles(vault_, location, {criteria, options.notifyListed, options.notifyFailed},
+                                [&](const std::string& path) { return command.isListed(path); });
+    AddReport report;
+    report.cancelled = scan.cancelled;
+    if (!scan.cancelled && !scan.paths.empty()) {
+        command.begin(scan.bytes);
+        for (const std::string& path : scan.paths) {
+            if (!command.add(path, false)) break;
+        }
+        report = command.finish();
+    }
+    report.listed += scan.listed;
+    report.passedOver = std::move(scan.passedOver);
     // "Only empty folders" would not be true of a walk that did not come to its end.
     if (!report.cancelled || report.added > 0) {
         report.text = addReportText(report.added, report.listed, location);

@@ -7,9 +7,9 @@
 #include <unordered_set>
 #include <vector>
 
+#include "files/add_scan.h"
 #include "files/backup_store.h"
 #include "files/database_copy.h"
-#include "files/folder_walk.h"
 #include "store/open_database.h"
 
 namespace corvalence::files {
@@ -40,8 +40,9 @@ class AddPipeline {
 
     /// Adds files by name, in the order given. Throws base::FileFailure, DatabaseChanged, BackupDamaged.
     AddReport addFiles(const std::vector<std::string>& paths, const AddOptions& options);
-    /// Adds all files below a folder.
-    AddReport addLocation(const std::string& location, const AddOptions& options);
+    /// Adds the files below a folder, or on every drive for "*", that meet the criteria. They are searched
+    /// for first, so that a user who cancels the search has changed nothing.
+    AddReport addLocation(const std::string& location, const Criteria& criteria, const AddOptions& options);
 
   private:
     class Command;

@@ -1,5 +1,6 @@
 #include "files/folder_walk.h"
 
+#include <algorithm>
 #include <array>
 
 namespace corvalence::files {
@@ -78,6 +79,10 @@ bool FolderWalk::walkFolder(const Folder& folder, const Visit& visit) {
 }
 
 void FolderWalk::enterLater(Folder folder, std::uint64_t volumeAbove) {
+    if (!barriers_.empty()) {
+        const std::string_view bare = std::string_view(folder.path).substr(0, folder.path.size() - 1);
+        if (std::binary_search(barriers_.begin(), barriers_.end(), bare)) return;
+    }
     // Only where a volume begins is there anything to ask.
     if (folder.volume != volumeAbove && files_.isPseudo(folder.path)) {
         ++passedOver_.pseudoFileSystems;

@@ -36,6 +36,10 @@ class FolderWalk {
     FolderWalk(platform::FileSystem& files, const base::PathRules& paths, bool complete)
         : files_(files), paths_(paths), complete_(complete) {}
 
+    /// Folders that the walk does not enter where it meets them on its way, because it begins there as well
+    /// or is not to come there; sorted by the bytes of their paths, without a closing separator.
+    void keepOutOf(std::vector<std::string> folders) { barriers_ = std::move(folders); }
+
     /// Hands every entry that is neither folder nor link to `visit`, by its full path, until it says false.
     /// What cannot be read is noted and the walk goes on.
     using Visit = std::function<bool(const std::string& path, const platform::FileStatus& status)>;
@@ -57,6 +61,7 @@ class FolderWalk {
     const base::PathRules& paths_;
     bool complete_;
     std::vector<Folder> waiting_;
+    std::vector<std::string> barriers_;
     PassedOver passedOver_;
 };
 

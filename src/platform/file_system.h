@@ -22,6 +22,7 @@ namespace corvalence::platform {
 namespace attribute {
 inline constexpr std::uint32_t kReadOnly = 0x01;
 inline constexpr std::uint32_t kHidden = 0x02;
+inline constexpr std::uint32_t kSystem = 0x04;
 inline constexpr std::uint32_t kFolder = 0x10;
 inline constexpr std::uint32_t kArchive = 0x20;
 inline constexpr std::uint32_t kCompressed = 0x800;

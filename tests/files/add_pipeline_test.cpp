@@ -135,7 +135,8 @@ TEST(AddPipeline, LeavesOutTheInstallationsOwnWorkingFilesButNotTheIndex) {
     World world;
     world.create();
     world.open();
-    const auto report = files::AddPipeline(world.vault(), world.context()).addLocation(world.data(""), {});
+    const auto report =
+        files::AddPipeline(world.vault(), world.context()).addLocation(world.data(""), {}, {});
     std::vector<std::string> paths;
     for (const auto& record : world.records())
         paths.push_back(record.path);
@@ -178,6 +179,37 @@ TEST(AddPipeline, KnowsItsOwnFilesByWhateverNameTheyAreReached) {
     }
     EXPECT_EQ(world.addAll().ownFiles, isClosed ? 0U : 1U);
     EXPECT_EQ(world.records().size(), 1U);
+}
+
+TEST(AddPipeline, AddsWhatMeetsAllCriteria) {
+    World world;
+    world.write("a.txt", "a needle");
+    world.write("b.txt", "a Needle, and more of it");
+    world.write("sub/c.txt", "nothing");
+    world.write("sub/d.bin", "a needle");
+    world.create();
+    world.add({"a.txt"});
+    world.open();
+    files::Criteria criteria;
+    criteria.type = files::TypeCriterion{"txt"};
+    criteria.contents = files::ContentsCriterion{"needle", false, false, false};
+    files::AddPipeline pipeline(world.vault(), world.context());
+    const std::string folder = world.path("");
+    const auto report = pipeline.addLocation(folder, criteria, {});
+    EXPECT_EQ(report.added, 1U);
+    EXPECT_EQ(report.listed, 1U);
+    EXPECT_EQ(report.text, "1 File located in " + folder +
+                               " successfully added to the database.\n\n1 File listed previously.");
+    criteria.size = files::SizeCriterion{files::SizeCriterion::Relation::LargerThan, 1000, 0};
+    EXPECT_EQ(pipeline.addLocation(folder, criteria, {}).added, 0U);
+
+    // What cannot be read is told, never silently passed over.
+    world.machine.faults.failReads("c.txt");
+    criteria.size.reset();
+    const auto unreadable = pipeline.addLocation(folder, criteria, {});
+    ASSERT_EQ(unreadable.passedOver.unreadable.size(), 1U);
+    EXPECT_EQ(unreadable.passedOver.unreadable[0].path, world.path("sub/c.txt"));
+    EXPECT_TRUE(world.machine.ui.saw("Couldn't check " + world.path("sub/c.txt") + "\nReason: Generic."));
 }
 
 class Cancelling : public testing::TestWithParam<bool> {};

@@ -108,7 +108,7 @@ files::AddReport World::add(const std::vector<std::string>& names, std::string_v
 
 files::AddReport World::addAll(std::string_view database) {
     EXPECT_EQ(open(database), store::OpenResult::Opened);
-    return files::AddPipeline(vault(), context()).addLocation(path(""), {});
+    return files::AddPipeline(vault(), context()).addLocation(path(""), {}, {});
 }
 
 CheckOutcome World::check(const Answers& answers, std::string_view database) {

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "files/content_test.h"
+#include "files/folder_walk.h"
+#include "store/vault.h"
+
+namespace corvalence::files {
+
+/// Location that stands for every drive.
+inline constexpr std::string_view kAnyLocation = "*";
+
+/// What a search for files to be added came to.
+struct AddScan {
+    std::vector<std::string>
+        paths;                 // of the files that pass and are not listed yet, in the order of the walk
+    std::uint64_t bytes = 0;   // their sizes
+    std::uint64_t listed = 0;  // files that pass and are listed
+    PassedOver passedOver;
+    bool cancelled = false;
+};
+
+struct AddScanOptions {
+    Criteria criteria;
+    bool notifyListed = false;  // a message for each file that is listed already
+    bool notifyFailed = true;   // a message for each file whose content cannot be tested
+};
+
+/// Walks all that lies below a folder, or every root of the machine for "*", and tests each file. `isListed`
+/// tells a path of the database. A file whose content cannot be read fails the test and is noted among what
+/// was passed over.
+AddScan scanForFiles(store::Vault& vault, const std::string& location, const AddScanOptions& options,
+                     const std::function<bool(const std::string& path)>& isListed);
+
+}  // namespace corvalence::files
