@@ -5,8 +5,8 @@
 
 namespace corvalence::platform::linux_system {
 
-/// A desktop entry in the user's folder for programs that begin with the session (Desktop Application
-/// Autostart Specification). Switched off it is gone.
+/// A desktop entry in the folder of programs that the user's desktop starts with the session. Switched off it
+/// is gone.
 class DesktopAutoStart : public AutoStart {
   public:
     /// `folder`: "autostart" in the user's configuration folder; need not exist.
