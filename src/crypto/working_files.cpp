@@ -155,12 +155,13 @@ std::string WorkingFiles::copyPath(const std::string& database) const {
     return temporaryName(database, kDatabaseCopySuffix);
 }
 
-void WorkingFiles::noteDeletion(const std::string& database, const std::string& file, bool wipes) {
+bool WorkingFiles::noteDeletion(const std::string& database, const std::string& file, bool wipes) {
     const auto status = files_.status(file, platform::Follow::No);
-    if (!status) return;
+    if (!status) return false;
     recordMade(wipes ? kWipe : kRemove, file, status->identity, database);
     ++live_;
     journal_->flush();
+    return true;
 }
 
 TemporaryFile WorkingFiles::createPlain(const std::string& path, std::string_view suffix,

@@ -115,7 +115,8 @@ class WorkingFiles {
 
     /// Notes files that end together with a database's index record, before that record goes. Where a run is
     /// ended in between, the next start finds them in pendingDeletions(). `wipes`: to be overwritten first.
-    void noteDeletion(const std::string& database, const std::string& file, bool wipes);
+    /// False where there is no such file, and nothing was noted.
+    bool noteDeletion(const std::string& database, const std::string& file, bool wipes);
     /// The file is gone, or is to stay after all.
     void deletionDone(const std::string& file) noexcept { finished(file); }
 

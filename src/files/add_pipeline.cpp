@@ -76,7 +76,7 @@ class AddPipeline::Command {
         progress_->file(path, 0);
         if (progress_->cancelled()) return cancel();
         const std::string key = vault_.platform.paths.comparisonKey(path);
-        if (own_->hasPath(path)) return refuseOwn(path, named);
+        if (own_->hasKey(key)) return refuseOwn(path, named);
         if (listed_.contains(key)) {
             ++report_.listed;
             if (options_.notifyListed) message(platform::Icon::Information, path + " previously listed.");

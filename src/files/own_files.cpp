@@ -37,10 +37,6 @@ void OwnFiles::note(const std::string& path) {
         identities_.push_back(status->identity);
 }
 
-bool OwnFiles::hasPath(const std::string& path) const {
-    return keys_.contains(paths_.comparisonKey(path));
-}
-
 bool OwnFiles::has(const platform::FileIdentity& identity) const {
     return std::find(identities_.begin(), identities_.end(), identity) != identities_.end();
 }

@@ -22,7 +22,8 @@ class OwnFiles {
     /// they cannot be listed.
     static OwnFiles ofInstallation(store::Vault& vault, const store::OpenDatabaseContext& context);
 
-    bool hasPath(const std::string& path) const;
+    /// By the path's comparison key.
+    bool hasKey(const std::string& key) const { return keys_.contains(key); }
     bool has(const platform::FileIdentity& identity) const;
 
   private:

@@ -121,7 +121,8 @@ RestoreResult FileRestore::restoreIn(const FileRecord& record, RestoreChoice cho
         // A folder or a pipe that took the file's place is not ours to move or replace.
         throw base::FileFailure(base::Cause::InvalidFile, 0, record.path);
     }
-    if (present && OwnFiles::ofInstallation(vault_, context_).has(present->identity)) {
+    if (!own_) own_.emplace(OwnFiles::ofInstallation(vault_, context_));
+    if (present && own_->has(present->identity)) {
         // Reached by a link: to write there would cost all backups, or the index.
         throw base::FileFailure(base::Cause::AccessDenied, 0, record.path);
     }

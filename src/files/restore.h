@@ -37,7 +37,10 @@ class FileRestore {
     RestoreResult restoreFile(const FileRecord& record, RestoreChoice choice);
 
     /// The list of backups is to be read anew: entries were added or replaced.
-    void backupsChanged() { index_.reset(); }
+    void backupsChanged() {
+        index_.reset();
+        own_.reset();
+    }
 
   private:
     RestoreResult restoreIn(const FileRecord& record, RestoreChoice choice,
@@ -55,6 +58,7 @@ class FileRestore {
     store::Vault& vault_;
     const store::OpenDatabaseContext& context_;
     std::optional<BackupIndex> index_;
+    std::optional<OwnFiles> own_;  // listed once for all files that are restored
 };
 
 }  // namespace corvalence::files

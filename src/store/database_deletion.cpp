@@ -27,8 +27,9 @@ class Deletion {
         const BackupPair pair = backupPair(vault_.configuration, record_.number);
         if (record_.kind == DatabaseKind::Numbered)
             files_.insert(files_.end(), {{pair.index, false}, {pair.file, false}});
-        for (const File& file : files_)
-            vault_.working.noteDeletion(record_.path, file.path, file.wipes);
+        std::erase_if(files_, [&](const File& file) {
+            return !vault_.working.noteDeletion(record_.path, file.path, file.wipes);
+        });
         removeRecord(index);
         step([&] { listener.databaseDeleted(record_.path); });
         for (const File& file : files_)
@@ -70,14 +71,12 @@ class Deletion {
 
     void end(const File& file) {
         platform::FileSystem& files = vault_.platform.files;
-        if (files.status(file.path, platform::Follow::No)) {
-            if (file.wipes) {
-                crypto::wipeFile(files, file.path);
-            } else {
-                files.remove(file.path);
-            }
-            vault_.working.deletionDone(file.path);
+        if (file.wipes) {
+            crypto::wipeFile(files, file.path);
+        } else {
+            files.remove(file.path);
         }
+        vault_.working.deletionDone(file.path);
     }
 
     template <typename Step>
