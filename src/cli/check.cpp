@@ -12,7 +12,7 @@ ExitCode runCheck(Context& context, const CheckArguments& arguments) {
     auto database = openFileDatabase(context, *run, arguments.database);
 
     const bool asks = !arguments.reaction && context.terminal.isInteractive();
-    ChangedFilePrompt prompt(context);
+    ChangedFilePrompt prompt(context, run->vault(), database);
     FixedReaction fixed(arguments.reaction.value_or(files::Reaction::Ignore), arguments.changedFile);
     files::ChangedFileDetailsDialog& dialog =
         asks ? static_cast<files::ChangedFileDetailsDialog&>(prompt) : fixed;

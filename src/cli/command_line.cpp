@@ -54,6 +54,7 @@ class Commands {
         remove();
         check();
         restore();
+        analyse();
         onDatabase("delete", "Delete a database, its backup and the backups of its files", runDelete);
         config();
         plain("reset", "After a forgotten password: empty index, schedule and logs", runReset);
@@ -87,6 +88,10 @@ class Commands {
     static void database(CLI::App* command, std::string& value) {
         text(*command, "DATABASE", value, "Full path, or file name where only one database has it")
             ->required();
+    }
+
+    static void listedFile(CLI::App* command, std::string& value) {
+        text(*command, "FILE", value, "Path of the listed file")->required();
     }
 
     static void changedFile(CLI::App* command, files::RestoreChoice& value) {
@@ -198,9 +203,18 @@ class Commands {
         CLI::App* command = declare(app_, "restore", "Put one file back from its backup");
         const auto arguments = std::make_shared<RestoreArguments>();
         database(command, arguments->database);
-        text(*command, "FILE", arguments->file, "Path of the listed file")->required();
+        listedFile(command, arguments->file);
         changedFile(command, arguments->changedFile);
         call(command, arguments, runRestore);
+    }
+
+    void analyse() {
+        CLI::App* command = declare(app_, "analyse", "Show where a file differs from its backup");
+        const auto arguments = std::make_shared<AnalyseArguments>();
+        database(command, arguments->database);
+        listedFile(command, arguments->file);
+        command->add_flag("--hex", arguments->hex, "Rows of 32 bytes in hexadecimal, not of 128 as text");
+        call(command, arguments, runAnalyse);
     }
 
     void config() {

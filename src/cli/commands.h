@@ -53,6 +53,12 @@ struct RestoreArguments {
     files::RestoreChoice changedFile = files::RestoreChoice::MoveChangedFile;
 };
 
+struct AnalyseArguments {
+    std::string database;
+    std::string file;
+    bool hex = false;
+};
+
 struct ConfigArguments {
     std::string key;
     std::string text;
@@ -67,6 +73,7 @@ ExitCode runAdd(Context& context, const AddArguments& arguments);
 ExitCode runRemove(Context& context, const RemoveArguments& arguments);
 ExitCode runCheck(Context& context, const CheckArguments& arguments);
 ExitCode runRestore(Context& context, const RestoreArguments& arguments);
+ExitCode runAnalyse(Context& context, const AnalyseArguments& arguments);
 ExitCode runDelete(Context& context, const DatabaseArguments& arguments);
 ExitCode runConfigList(Context& context);
 ExitCode runConfigGet(Context& context, const ConfigArguments& arguments);

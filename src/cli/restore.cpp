@@ -4,23 +4,10 @@
 #include "cli/console_text.h"
 #include "cli/json_writer.h"
 #include "cli/session.h"
-#include "files/database_copy.h"
 
 namespace corvalence::cli {
 
 namespace {
-
-files::FileRecord findRecord(Context& context, core::Run& run, const store::OpenDatabaseContext& database,
-                             const std::string& path) {
-    files::DatabaseCopy copy(run.vault(), database);
-    files::RecordReader records = copy.records();
-    for (std::string_view line; records.next(line);) {
-        if (!context.platform.paths.equal(files::pathOfLine(line), path)) continue;
-        auto record = files::FileRecord::parse(line, crypto::digestKind(database.digest()).width);
-        if (record) return std::move(*record);
-    }
-    throw CommandEnd(ExitCode::Failed, path + " is not listed in " + database.path() + ".");
-}
 
 void writeText(Context& context, const files::RestoreResult& result) {
     std::string text = result.message + "\n";
@@ -50,7 +37,7 @@ void writeJson(Context& context, const std::string& database, const std::string&
 ExitCode runRestore(Context& context, const RestoreArguments& arguments) {
     const auto run = startRun(context);
     const auto database = openFileDatabase(context, *run, arguments.database);
-    const auto record = findRecord(context, *run, database, absolutePath(context, arguments.file));
+    const auto record = findRecord(context, *run, database, arguments.file);
     const auto result = files::FileRestore(run->vault(), database).restoreFile(record, arguments.changedFile);
     if (!result.restored) context.ui.message(platform::Icon::Stop, result.message);
     if (context.options.json) {

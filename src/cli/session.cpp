@@ -6,6 +6,7 @@
 
 #include "cli/password_prompt.h"
 #include "core/installation.h"
+#include "files/database_copy.h"
 #include "store/database_opening.h"
 
 namespace corvalence::cli {
@@ -141,6 +142,19 @@ store::OpenDatabaseContext openFileDatabase(Context& context, core::Run& run, co
         throw CommandEnd(ExitCode::Usage, database.path() + " does not list files.");
     }
     return database;
+}
+
+files::FileRecord findRecord(Context& context, core::Run& run, const store::OpenDatabaseContext& database,
+                             const std::string& file) {
+    const std::string path = absolutePath(context, file);
+    files::DatabaseCopy copy(run.vault(), database);
+    files::RecordReader records = copy.records();
+    for (std::string_view line; records.next(line);) {
+        if (!context.platform.paths.equal(files::pathOfLine(line), path)) continue;
+        auto record = files::FileRecord::parse(line, crypto::digestKind(database.digest()).width);
+        if (record) return std::move(*record);
+    }
+    throw CommandEnd(ExitCode::Failed, path + " is not listed in " + database.path() + ".");
 }
 
 std::string_view kindName(store::DatabaseKind kind) {

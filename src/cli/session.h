@@ -5,6 +5,7 @@
 
 #include "cli/context.h"
 #include "core/start.h"
+#include "files/file_record.h"
 #include "store/database_index.h"
 #include "store/open_database.h"
 
@@ -35,6 +36,10 @@ store::OpenDatabaseContext openDatabase(Context& context, core::Run& run, const 
 
 /// The same for a database that lists files.
 store::OpenDatabaseContext openFileDatabase(Context& context, core::Run& run, const std::string& argument);
+
+/// The record of a FILE argument; the command fails where the database does not list it.
+files::FileRecord findRecord(Context& context, core::Run& run, const store::OpenDatabaseContext& database,
+                             const std::string& file);
 
 /// The kind of a database as `create` takes it: "file-contents".
 std::string_view kindName(store::DatabaseKind kind);

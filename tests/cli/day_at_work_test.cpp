@@ -59,6 +59,83 @@ TEST(DayAtWork, fromTheFirstCommandToTheLast) {
     EXPECT_THAT(console.leftovers(), IsEmpty());
 }
 
+TEST(DayAtWork, analyseShowsTheRowsThatDiffer) {
+    Console console;
+    const std::string old = std::string(128, 'a') + "port\t22\n" + std::string(130, 'b') + "\x1b[31m";
+    console.write("same", old);
+    console.write("conf", old);
+    console.begin();
+    EXPECT_EQ(console.done({"analyse", "db", "same"}).out, "0 of 3 rows differ.\n");
+    std::string text = old + std::string(128, 'c');
+    text[133] = '8';
+    console.write("conf", text);
+
+    const Outcome found = console.run({"analyse", "db", "conf"});
+    EXPECT_EQ(found.code, 1);
+    EXPECT_EQ(found.err, "");
+    const std::string tail = std::string(120, 'b') + "\n";
+    const std::string odd = std::string(10, 'b') + ".[31m";
+    EXPECT_EQ(found.out, "now\t128\tport.82." + tail + "backup\t128\tport.22." + tail + "now\t256\t" + odd +
+                             std::string(113, 'c') + "\nbackup\t256\t" + odd + "\nnow only\t384\t" +
+                             std::string(15, 'c') + "\n3 of 4 rows differ.\n");
+    const std::string hex = console.run({"analyse", "db", "conf", "--hex"}).out;
+    for (const char* line :
+         {"now\t80\t70 6F 72 74 09 38 32 0A 62 ", "backup\t80\t70 6F 72 74 09 32 32 0A 62 ",
+          " 62\tport.82.bbb", "now only\t120\t63 ", "6 of 13 rows differ.\n"})
+        EXPECT_THAT(hex, HasSubstr(line));
+
+    const auto json = console.run({"analyse", "db", "conf", "--json"}).json();
+    EXPECT_EQ(json.at("rows")[0].at("offset"), 128);
+    EXPECT_THAT(json.at("rows")[0].at("now").get<std::string>(), testing::StartsWith("706f7274093832"));
+    EXPECT_EQ(json.at("rows")[2].at("backup"), nullptr);
+    for (const auto& [name, value] : {std::pair("size_now", 399),
+                                      {"size_backup", 271},
+                                      {"row_width", 128},
+                                      {"differing", 3},
+                                      {"total", 4}})
+        EXPECT_EQ(json.at(name), value) << name;
+
+    bool wasCancelled = false;
+    int code = 5;
+    for (std::uint64_t question = 1; code == 5; ++question) {
+        console.process.cancelAt(question);
+        const Outcome outcome = console.run({"analyse", "db", "conf", "--json"});
+        code = outcome.code;
+        wasCancelled |= outcome.json().value("cancelled", false);
+    }
+    EXPECT_EQ(code, 1);
+    EXPECT_TRUE(wasCancelled);
+}
+
+TEST(DayAtWork, analyseSaysWhatItCannotCompare) {
+    Console console;
+    console.write("gone", "1");
+    console.begin();
+    console.done({"config", "set", "backup-files", "0"});
+    console.write("late", "1");
+    console.done({"add", "db", "late"});
+    std::filesystem::remove(console.path("gone"));
+    const Outcome gone = console.run({"analyse", "db", "gone"});
+    EXPECT_EQ(gone.code, 1);
+    EXPECT_EQ(gone.err, "Couldn't open " + console.path("gone") + "\nReason: FileNotFound.\n");
+    EXPECT_EQ(gone.out, "backup only\t0\t1\n1 of 1 rows differ.\n");
+    EXPECT_EQ(console.run({"analyse", "db", "gone", "--json"}).json().at("size_now"), nullptr);
+    const std::string container = console.home("Backup Files/Backup File 1");
+    for (const auto& [file, words] :
+         {std::pair("late",
+                    "late: File was not backed up.\nTo enable comparison in future, change your "
+                    "settings with the 'Configuration' menu.\n"),
+          {"other", "other is not listed in "},
+          {"gone", "The backup file associated with this database does not exist!"}}) {
+        if (file[0] == 'g') std::filesystem::remove(container);
+        const Outcome outcome = console.run({"analyse", "db", file});
+        EXPECT_EQ(outcome.code, 4);
+        EXPECT_EQ(outcome.out, "");
+        EXPECT_THAT(outcome.err, HasSubstr(words));
+    }
+    EXPECT_FALSE(std::filesystem::exists(container));
+}
+
 struct ReactionCase {
     std::vector<std::string> options;
     std::string action;

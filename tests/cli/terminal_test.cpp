@@ -50,6 +50,19 @@ TEST_F(AtATerminal, everyChangedFileIsAskedAbout) {
     EXPECT_EQ(run({"check", "db"}, {}).code, 0);
 }
 
+TEST_F(AtATerminal, aChangedFileIsAnalysedBeforeTheChoice) {
+    console.write("b", std::string(128 * 20, 'n'));
+    const Outcome outcome = run({"check", "db"}, {"t", "h", "1", "t", "1"});
+    EXPECT_EQ(console.terminal.prompts,
+              "Password: Choice [1]: Choice [1]: Choice [1]: Choice [1]: Choice [1]: ");
+    for (const char* text : {"  t  Further analysis [Text Display]\n  h  Further analysis [Hex Display]\n",
+                             "now\t0\tnew\nbackup\t0\told\n1 of 1 rows differ.\n",
+                             "now\t0\t6E 65 77\tnew\nbackup\t0\t6F 6C 64\told\n1 of 1 rows differ.\n",
+                             "now only\t1152\t", "n\nMore rows differ. All of them are shown by:"})
+        EXPECT_THAT(outcome.err, HasSubstr(text));
+    EXPECT_THAT(outcome.err, Not(HasSubstr("now only\t1280\t")));
+}
+
 TEST_F(AtATerminal, resultsInAFileAreWhole) {
     console.terminal.showsOutput = false;
     const Outcome outcome = run({"check", "db"}, {"", "1"});

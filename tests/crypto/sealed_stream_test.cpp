@@ -5,6 +5,7 @@
 #include <random>
 
 #include "base/hex_text.h"
+#include "crypto/random_unsealer.h"
 #include "crypto/sealed_file.h"
 #include "memory_file.h"
 
@@ -90,6 +91,28 @@ TEST_F(SealedStream, SealsByTheBookHoweverItIsWrittenAndComesBackExactly) {
         EXPECT_TRUE(unsealed(expected, EndRule::exactLength(size)) == plain) << size;
         EXPECT_TRUE(unsealed(expected, EndRule::exactLength(size), 13) == plain) << size;
     }
+}
+
+TEST_F(SealedStream, UnsealsAnyBlocksOfAStretch) {
+    const Bytes plain = randomBytes(640);
+    MemoryFile file;
+    file.bytes = randomBytes(5);  // what stands in front of the stretch
+    const Bytes stretch = sealed(plain);
+    file.bytes.insert(file.bytes.end(), stretch.begin(), stretch.end());
+    crypto::RandomUnsealer reader(file, 5, 640, key_, chain_);
+    Bytes block(100);
+    // Ahead, directly behind, back, to the first block, beyond the end.
+    for (const std::size_t at : {320U, 416U, 512U, 608U, 624U, 16U, 0U, 96U, 0U, 640U, 656U}) {
+        const std::size_t size = at < 640 ? std::min<std::size_t>(96, 640 - at) : 0;
+        ASSERT_EQ(reader.read(at, block), size) << at;
+        EXPECT_TRUE(std::equal(block.begin(), block.begin() + static_cast<std::ptrdiff_t>(size),
+                               plain.begin() + static_cast<std::ptrdiff_t>(at)))
+            << at;
+    }
+    file.bytes.resize(640);
+    EXPECT_EQ(reader.read(496, block), 96U);
+    EXPECT_THROW(reader.read(592, block), base::FileFailure);
+    EXPECT_THROW(crypto::RandomUnsealer(file, 0, 639, key_, chain_), base::FileFailure);
 }
 
 TEST_F(SealedStream, EndsATextInItsLastBlockByTheRule) {
