@@ -14,6 +14,7 @@
 #include "platform/linux/linux_clock.h"
 #include "platform/linux/linux_file_system.h"
 #include "platform/linux/linux_process.h"
+#include "platform/linux/linux_system_status.h"
 #include "platform/linux/linux_terminal.h"
 #include "platform/linux/linux_volumes.h"
 #include "platform/linux/mime_file_types.h"
@@ -80,6 +81,7 @@ int main(int argc, char** argv) {
     LinuxFileSystem files;
     LinuxAccessControl access;
     LinuxVolumes volumes;
+    LinuxSystemStatus status;
     LinuxProcess process;
     MimeFileTypes types;
     LinuxClock clock;
@@ -87,11 +89,18 @@ int main(int argc, char** argv) {
     const base::PathRules paths;
     process.catchCancelSignals();
     const cli::Host host{
-        files,     access,
-        volumes,   process,
-        types,     clock,
-        terminal,  paths,
-        std::cin,  std::cout,
-        std::cerr, [&](const std::optional<std::string>& home) { return openPlace(files, paths, home); }};
+        files,
+        access,
+        volumes,
+        status,
+        process,
+        types,
+        clock,
+        terminal,
+        paths,
+        std::cin,
+        std::cout,
+        std::cerr,
+        [&](const std::optional<std::string>& home) { return openPlace(files, paths, home); }};
     return static_cast<int>(cli::runProgram(host, std::vector<std::string>(argv + 1, argv + argc)));
 }

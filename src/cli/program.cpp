@@ -28,8 +28,9 @@ ExitCode runCommand(const Host& host, const Invocation& invocation, ConsoleUserI
     if (home && home->empty()) throw CommandEnd(ExitCode::Usage, "--home takes a folder.");
     const Place place = host.openPlace(home);
     TerminalBell bell(host.err, !options.quiet && host.terminal.errorIsTerminal());
-    platform::Platform platform{host.files, host.access,     host.volumes, host.process, host.types,
-                                host.clock, *place.settings, bell,         ui,           host.paths};
+    platform::Platform platform{host.files,   host.access, host.volumes, host.status,
+                                host.process, host.types,  host.clock,   *place.settings,
+                                bell,         ui,          host.paths};
     Context context{platform, host.terminal, ui, options, place.dataRoot, host.in, host.out, host.err, json};
     return invocation.command(context);
 }

@@ -25,6 +25,7 @@ struct Host {
     platform::FileSystem& files;
     platform::AccessControl& access;
     platform::Volumes& volumes;
+    platform::SystemStatus& status;
     platform::Process& process;
     platform::FileTypes& types;
     platform::Clock& clock;

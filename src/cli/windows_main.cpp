@@ -19,6 +19,7 @@
 #include "platform/windows/windows_clock.h"
 #include "platform/windows/windows_file_system.h"
 #include "platform/windows/windows_process.h"
+#include "platform/windows/windows_system_status.h"
 #include "platform/windows/windows_terminal.h"
 #include "platform/windows/windows_volumes.h"
 
@@ -66,18 +67,25 @@ int wmain(int argc, wchar_t** argv) {
     WindowsFileSystem files;
     WindowsAccessControl access;
     WindowsVolumes volumes;
+    WindowsSystemStatus status;
     WindowsProcess process(own);
     RegistryFileTypes types;
     WindowsClock clock;
     WindowsTerminal terminal(process);
     process.catchCancelSignals();
-    const cli::Host host{
-        files,     access,
-        volumes,   process,
-        types,     clock,
-        terminal,  kPaths,
-        std::cin,  std::cout,
-        std::cerr, [&](const std::optional<std::string>& home) { return openPlace(files, own, home); }};
+    const cli::Host host{files,
+                         access,
+                         volumes,
+                         status,
+                         process,
+                         types,
+                         clock,
+                         terminal,
+                         kPaths,
+                         std::cin,
+                         std::cout,
+                         std::cerr,
+                         [&](const std::optional<std::string>& home) { return openPlace(files, own, home); }};
     std::vector<std::string> arguments;
     for (int i = 1; i < argc; ++i)
         arguments.push_back(toUtf8(argv[i]));

@@ -8,6 +8,7 @@
 #include "platform/process.h"
 #include "platform/settings_store.h"
 #include "platform/sound.h"
+#include "platform/system_status.h"
 #include "platform/user_interface.h"
 #include "platform/volumes.h"
 
@@ -19,6 +20,7 @@ struct Platform {
     FileSystem& files;
     AccessControl& access;
     Volumes& volumes;
+    SystemStatus& status;
     Process& process;
     FileTypes& types;
     Clock& clock;

@@ -29,6 +29,9 @@ class Volumes {
     virtual DriveType driveType(const std::string& root) = 0;
     /// Whether the volume at a root keeps an access list with each file. False for what is no root.
     virtual bool keepsAccessLists(const std::string& root) = 0;
+    /// Whether the volume at a root has a FAT file system with 32-bit file sizes, which also lists a folder
+    /// in no stable order. False for what is no root.
+    virtual bool isFat(const std::string& root) = 0;
     /// As the machine is at this moment. A drive without a medium is left out without a word or a question.
     virtual WalkRoots walkRoots() = 0;
 };

@@ -20,6 +20,7 @@ Outcome Console::run(std::vector<std::string> arguments) {
     const cli::Host host{files,
                          access,
                          system.volumes,
+                         status,
                          process,
                          system.types,
                          clock,

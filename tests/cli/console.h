@@ -10,6 +10,7 @@
 #include "cli/program.h"
 #include "fake_clock.h"
 #include "faulty_file_system.h"
+#include "small_disk.h"
 #include "system_back_end.h"
 #include "temp_folder.h"
 
@@ -115,6 +116,7 @@ class Console {
     FaultyFileSystem files{system.files, faults};
     FaultyAccessControl access{system.access, faults};
     FakeClock clock;
+    SmallDisk status{system.status};
     SignalledProcess process{system.process};
     ScriptedTerminal terminal;
     std::string input = "secret\n";

@@ -23,6 +23,8 @@ TEST(Volumes, areWalkedFromRootsThatCanBeListed) {
     EXPECT_TRUE(std::is_sorted(walk.barriers.begin(), walk.barriers.end()));
     EXPECT_TRUE(system.volumes.keepsAccessLists(here));
     EXPECT_FALSE(system.volumes.keepsAccessLists(folder / "none"));
+    EXPECT_FALSE(system.volumes.isFat(here));
+    EXPECT_FALSE(system.volumes.isFat(folder / "none"));
 }
 
 }  // namespace

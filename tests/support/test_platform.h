@@ -6,6 +6,7 @@
 #include "platform/platform.h"
 #include "recording_sound.h"
 #include "scripted_user_interface.h"
+#include "small_disk.h"
 #include "system_back_end.h"
 #include "temp_folder.h"
 
@@ -24,13 +25,15 @@ class TestPlatform {
     FaultPlan faults;
     FaultyFileSystem files{system.files, faults};
     FaultyAccessControl access{system.access, faults};
+    SmallVolumes volumes{system.volumes};
+    SmallDisk status{system.status};
     FakeClock clock;
     MapSettingsStore settings;
     RecordingSound sound;
     ScriptedUserInterface ui;
 
-    platform::Platform platform{files, access, system.volumes, system.process, system.types, clock, settings,
-                                sound, ui,     system.paths};
+    platform::Platform platform{files, access,   volumes, status, system.process, system.types,
+                                clock, settings, sound,   ui,     system.paths};
 };
 
 }  // namespace corvalence::test

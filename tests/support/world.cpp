@@ -44,15 +44,8 @@ class OutcomeObserver : public files::CheckObserver {
 }  // namespace
 
 platform::Platform World::platformWith(platform::SettingsStore& settings) {
-    return {machine.files,
-            machine.access,
-            machine.platform.volumes,
-            process,
-            machine.platform.types,
-            machine.clock,
-            settings,
-            machine.sound,
-            machine.ui,
+    return {machine.files,          machine.access, machine.volumes, machine.status, process,
+            machine.platform.types, machine.clock,  settings,        machine.sound,  machine.ui,
             machine.platform.paths};
 }
 

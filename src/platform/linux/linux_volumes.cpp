@@ -41,6 +41,8 @@ constexpr std::array kTypes = {
 /// when it is asked for, and what shows the kernel's tables to containers.
 constexpr std::array<std::string_view, 2> kWithoutFiles = {"autofs", "fuse.lxcfs"};
 
+constexpr std::array<std::string_view, 2> kFat = {"msdos", "vfat"};
+
 /// File systems whose files have neither owner nor mode of their own.
 constexpr std::array<std::string_view, 4> kWithoutAccessLists = {"exfat", "fuseblk", "msdos", "vfat"};
 
@@ -143,6 +145,12 @@ bool LinuxVolumes::keepsAccessLists(const std::string& root) {
     const std::vector<Mount> mounts = readMounts();
     const Mount* const mount = mountAt(mounts, root);
     return mount != nullptr && holdsFiles(*mount) && !isAmong(kWithoutAccessLists, mount->type);
+}
+
+bool LinuxVolumes::isFat(const std::string& root) {
+    const std::vector<Mount> mounts = readMounts();
+    const Mount* const mount = mountAt(mounts, root);
+    return mount != nullptr && isAmong(kFat, mount->type);
 }
 
 WalkRoots LinuxVolumes::walkRoots() {

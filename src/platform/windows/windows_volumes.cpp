@@ -2,6 +2,9 @@
 
 #include <windows.h>
 
+#include <array>
+#include <string_view>
+
 #include "platform/windows/path_style.h"
 #include "platform/windows/system_error.h"
 #include "platform/windows/wide.h"
@@ -66,6 +69,18 @@ bool WindowsVolumes::keepsAccessLists(const std::string& root) {
            ::GetVolumeInformationW(wide->c_str(), nullptr, 0, nullptr, nullptr, &flags, nullptr, 0) !=
                FALSE &&
            (flags & FILE_PERSISTENT_ACLS) != 0;
+}
+
+bool WindowsVolumes::isFat(const std::string& root) {
+    const NoMediaQuestions quiet;
+    const auto wide = toWide(root);
+    std::array<wchar_t, MAX_PATH + 1> system{};
+    if (!wide || !::GetVolumeInformationW(wide->c_str(), nullptr, 0, nullptr, nullptr, nullptr, system.data(),
+                                          static_cast<DWORD>(system.size()))) {
+        return false;
+    }
+    const std::wstring_view name(system.data());
+    return name == L"FAT" || name == L"FAT32";
 }
 
 WalkRoots WindowsVolumes::walkRoots() {

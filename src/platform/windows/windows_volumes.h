@@ -12,6 +12,7 @@ class WindowsVolumes : public Volumes {
     std::string rootOf(const std::string& path) override;
     DriveType driveType(const std::string& root) override;
     bool keepsAccessLists(const std::string& root) override;
+    bool isFat(const std::string& root) override;
     WalkRoots walkRoots() override;
 };
 
