@@ -16,6 +16,7 @@ struct Outcome {
     std::uint64_t failed = 0;
     std::uint64_t ownFiles = 0;
     files::PassedOver passedOver;
+    bool isRefused = false;
     bool isCancelled = false;
     bool isKept = true;
 
@@ -25,6 +26,7 @@ struct Outcome {
         failed += report.failed;
         ownFiles += report.ownFiles;
         passedOver = std::move(report.passedOver);
+        isRefused = report.refused;
         isCancelled = report.cancelled;
         isKept = report.kept;
     }
@@ -78,10 +80,26 @@ void writeJson(Context& context, const std::string& database, const Outcome& out
     json.flag("kept", outcome.isKept);
 }
 
-void requireFolder(Context& context, const std::string& location) {
-    const auto status = context.platform.files.status(location, platform::Follow::Yes);
-    if (status && status->kind == platform::FileKind::Folder) return;
-    throw CommandEnd(ExitCode::Usage, location + "  is not a valid location.");
+/// The folder that --location means, or "*". Wrong usage where nothing can be added from it, so that nobody
+/// types a password for nothing.
+std::string locationOf(Context& context, const std::string& argument) {
+    if (argument == files::kAnyLocation) return argument;
+    std::string location = absolutePath(context, argument);
+    const std::string refusal = files::locationRefusal(context.platform, location);
+    if (!refusal.empty()) throw CommandEnd(ExitCode::Usage, refusal);
+    return location;
+}
+
+files::AddOptions addOptions(Context& context, const AddArguments& arguments) {
+    files::AddOptions options;
+    options.notifyListed = arguments.notifyListed || !arguments.location;
+    options.notifyFailed = !arguments.ignoreFailed;
+    options.backups = arguments.backups;
+    options.proceed = [&context](const files::AddSearch& found) {
+        context.ui.message(platform::Icon::Information, files::foundText(found.files, found.bytes));
+        return true;
+    };
+    return options;
 }
 
 std::string reportLine(const files::AddReport& report) {
@@ -97,16 +115,11 @@ ExitCode runAdd(Context& context, const AddArguments& arguments) {
     if (arguments.criteria.any() && !arguments.location)
         throw CommandEnd(ExitCode::Usage, "Criteria go with --location.");
     const files::Criteria criteria = parseCriteria(arguments.criteria);
-    const bool isAnywhere = arguments.location == files::kAnyLocation;
-    const std::string location = !arguments.location ? ""
-                                 : isAnywhere        ? *arguments.location
-                                                     : absolutePath(context, *arguments.location);
-    if (arguments.location && !isAnywhere) requireFolder(context, location);
+    const std::string location = arguments.location ? locationOf(context, *arguments.location) : "";
     const auto run = startRun(context);
     auto database = openFileDatabase(context, *run, arguments.database);
     files::AddPipeline pipeline(run->vault(), database);
-    files::AddOptions options;
-    options.notifyListed = arguments.notifyListed || !arguments.location;
+    const files::AddOptions options = addOptions(context, arguments);
 
     Outcome outcome;
     std::string reports;
@@ -126,6 +139,7 @@ ExitCode runAdd(Context& context, const AddArguments& arguments) {
     context.options.json ? writeJson(context, database.path(), outcome)
                          : writeText(context, outcome, reports);
     if (outcome.isCancelled) return ExitCode::Cancelled;
+    if (outcome.isRefused) return ExitCode::Failed;
     const bool isComplete = outcome.failed == 0 && outcome.passedOver.unreadable.empty();
     return isComplete ? ExitCode::Done : ExitCode::Differences;
 }

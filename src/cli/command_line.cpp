@@ -12,6 +12,14 @@ namespace {
 constexpr std::string_view kAsk = "ask";
 constexpr std::array<std::string_view, 2> kChangedFileNames = {"delete", "move"};  // by RestoreChoice
 
+struct BackupsRow {
+    std::string_view name;
+    files::AddBackups backups;
+};
+constexpr std::array<BackupsRow, 3> kBackups = {{{"none", files::AddBackups::None},
+                                                 {"plain", files::AddBackups::Plain},
+                                                 {"sealed", files::AddBackups::Sealed}}};
+
 /// A name out of a list, told with the list where it is none of them.
 CLI::Validator oneOf(std::vector<std::string> names) {
     return CLI::Validator(
@@ -164,6 +172,20 @@ class Commands {
         criteria(command, arguments->criteria);
         command->add_flag("--notify-listed", arguments->notifyListed,
                           "Tell each file that is listed already");
+        command->add_flag("--ignore-failed", arguments->ignoreFailed,
+                          "Count the files that cannot be added, but do not tell each one");
+        std::vector<std::string> backups;
+        for (const BackupsRow& row : kBackups)
+            backups.emplace_back(row.name);
+        command
+            ->add_option_function<std::string>(
+                "--backups",
+                [&choice = arguments->backups](const std::string& name) {
+                    for (const BackupsRow& row : kBackups)
+                        if (row.name == name) choice = row.backups;
+                },
+                "Backups that this command makes, whatever the settings say")
+            ->check(oneOf(backups));
         call(command, arguments, runAdd);
     }
 

@@ -7,6 +7,7 @@
 #include "cli/context.h"
 #include "cli/criteria_options.h"
 #include "crypto/digest_code.h"
+#include "files/add_pipeline.h"
 #include "files/changed_file_details.h"
 
 namespace corvalence::cli {
@@ -31,6 +32,8 @@ struct AddArguments {
     std::optional<std::string> location;  // "*": every drive
     CriteriaTexts criteria;
     bool notifyListed = false;
+    bool ignoreFailed = false;
+    files::AddBackups backups = files::AddBackups::Configured;
 };
 
 struct RemoveArguments {

@@ -1,5 +1,7 @@
 #include "cli/console_user_interface.h"
 
+#include <algorithm>
+
 #include "cli/console_text.h"
 
 namespace corvalence::cli {
@@ -38,6 +40,7 @@ class LineProgress : public platform::Progress {
     }
     void label(const std::string& text) override {
         label_ = text;
+        std::replace(label_.begin(), label_.end(), '\n', ' ');
         drawIfDue();
     }
     void file(const std::string& path, std::uint64_t) override {
@@ -48,7 +51,7 @@ class LineProgress : public platform::Progress {
   private:
     void drawIfDue() {
         if (!line_.isDue()) return;
-        std::string text = std::to_string(percent_) + "%  ";
+        std::string text = percent_ ? std::to_string(*percent_) + "%  " : "";
         if (!label_.empty()) text += label_ + "  ";
         line_.draw(text + lastCharacters(shown(subject_), kLineWidth - std::min(text.size(), kLineWidth)));
     }
@@ -57,7 +60,7 @@ class LineProgress : public platform::Progress {
     ProgressLine& line_;
     std::string subject_;
     std::string label_;
-    std::uint32_t percent_ = 0;
+    std::optional<std::uint32_t> percent_;  // none for work of which nobody knows how much it is
 };
 
 bool isYes(const std::optional<std::string>& answer) {

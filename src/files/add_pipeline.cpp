@@ -1,6 +1,7 @@
 #include "files/add_pipeline.h"
 
 #include "base/record_text.h"
+#include "files/backup_room.h"
 #include "files/file_record.h"
 #include "files/own_files.h"
 #include "store/database_saving.h"
@@ -30,6 +31,19 @@ std::string onOneLine(const std::string& path) {
     return text;
 }
 
+/// The listed paths as they are compared; the reader is then behind the last record.
+std::unordered_set<std::string> listedKeys(RecordReader& reader, const base::PathRules& paths) {
+    std::unordered_set<std::string> keys;
+    for (std::string_view line; reader.next(line);)
+        keys.insert(paths.comparisonKey(pathOfLine(line)));
+    return keys;
+}
+
+bool makesBackups(const store::Vault& vault, const AddOptions& options) {
+    return options.backups == AddBackups::Configured ? vault.configuration.isOn(settings::key::kBackupFiles)
+                                                     : options.backups != AddBackups::None;
+}
+
 }  // namespace
 
 std::string addReportText(std::uint64_t added, std::uint64_t listed, const std::string& location) {
@@ -46,31 +60,36 @@ std::string addReportText(std::uint64_t added, std::uint64_t listed, const std::
 /// One add command from the working copy to the sealed database.
 class AddPipeline::Command {
   public:
-    Command(store::Vault& vault, store::OpenDatabaseContext& context, const AddOptions& options)
+    Command(store::Vault& vault, store::OpenDatabaseContext& context, const AddOptions& options,
+            std::uint64_t totalBytes)
         : vault_(vault),
           context_(context),
           options_(options),
+          progress_(vault.platform.ui.openProgress("Adding files to: " + context.path())),
+          bytes_(*progress_, totalBytes),
           copy_(vault, context),
           digester_(context.digest()) {
         readListed();
-    }
-
-    bool isListed(const std::string& path) const {
-        return listed_.contains(vault_.platform.paths.comparisonKey(path));
-    }
-
-    /// To be called before the first add().
-    void begin(std::uint64_t totalBytes) {
-        progress_ = vault_.platform.ui.openProgress("Adding files to: " + context_.path());
-        bytes_.emplace(*progress_, totalBytes);
-        if (vault_.configuration.isOn(settings::key::kBackupFiles)) {
-            appender_ =
-                std::make_unique<BackupAppender>(vault_, context_, vault_.configuration.encryptsBackups());
+        if (makesBackups(vault_, options_)) {
+            const bool isSealed = options_.backups == AddBackups::Configured
+                                      ? vault_.configuration.encryptsBackups()
+                                      : options_.backups == AddBackups::Sealed;
+            appender_ = std::make_unique<BackupAppender>(vault_, context_, isSealed);
         }
         // What would be changed at the next check; noted behind the container, which may just have been made.
         own_.emplace(OwnFiles::ofDatabase(vault_, context_));
     }
 
+    /// Adds the files, seals everything and gives the report without its text. `named`: the user gave each by
+    /// its name.
+    AddReport run(const std::vector<std::string>& paths, bool named) {
+        for (const std::string& path : paths) {
+            if (!add(path, named)) break;
+        }
+        return finish();
+    }
+
+  private:
     /// False once the user has cancelled.
     bool add(const std::string& path, bool named) {
         progress_->file(path, 0);
@@ -89,7 +108,6 @@ class AddPipeline::Command {
         return addNew(path, key, named);
     }
 
-    /// Seals everything and gives the report without its text.
     AddReport finish() {
         if (report_.cancelled && report_.added > 0) {
             report_.kept = vault_.platform.ui.ask(
@@ -107,16 +125,13 @@ class AddPipeline::Command {
             report_.added = 0;
         }
         copy_.discard();
-        if (!report_.cancelled) bytes_->finish();
+        if (!report_.cancelled) bytes_.finish();
         return std::move(report_);
     }
 
-  private:
     void readListed() {
         RecordReader reader = copy_.records();
-        for (std::string_view line; reader.next(line);) {
-            listed_.insert(vault_.platform.paths.comparisonKey(pathOfLine(line)));
-        }
+        listed_ = listedKeys(reader, vault_.platform.paths);
         // What the last sealed block left behind the last record must not come before the next one.
         copy_.file().resize(reader.offset());
         copy_.file().seek(reader.offset());
@@ -141,7 +156,7 @@ class AddPipeline::Command {
             if (own_->has(status.identity)) return refuseOwn(path, named);
             if (appender_) appender_->begin();
             begun = true;
-            file = digester_.digest(*source, *bytes_, sink());
+            file = digester_.digest(*source, bytes_, sink());
         } catch (const base::FileFailure& failure) {
             if (failure.path() != path) throw;  // the container's own failure ends the command
             if (begun && appender_) appender_->drop();
@@ -198,7 +213,7 @@ class AddPipeline::Command {
     store::OpenDatabaseContext& context_;
     const AddOptions& options_;
     std::unique_ptr<platform::Progress> progress_;
-    std::optional<ByteProgress> bytes_;
+    ByteProgress bytes_;
     DatabaseCopy copy_;
     FileDigester digester_;
     std::unique_ptr<BackupAppender> appender_;
@@ -214,46 +229,55 @@ AddReport AddPipeline::addFiles(const std::vector<std::string>& paths, const Add
         if (const auto status = vault_.platform.files.status(path, platform::Follow::Yes))
             total += status->size;
     }
-    Command command(vault_, context_, options);
-    command.begin(total);
-    for (const std::string& path : paths) {
-        if (!command.add(path, true)) break;
-    }
-    AddReport report = command.finish();
+    AddReport report = Command(vault_, context_, options, total).run(paths, true);
     if (report.added > 0 || report.listed > 0) report.text = addReportText(report.added, report.listed, "*");
     return report;
 }
 
+bool AddPipeline::hasRoom(const AddScan& scan, const AddOptions& options) const {
+    const BackupRoom room =
+        makesBackups(vault_, options) ? backupRoom(vault_, scan.bytes) : BackupRoom::Enough;
+    if (room == BackupRoom::Enough) return true;
+    vault_.platform.ui.message(platform::Icon::Stop, std::string(refusalText(room)));
+    return false;
+}
+
 AddReport AddPipeline::addLocation(const std::string& location, const Criteria& criteria,
                                    const AddOptions& options) {
-    if (location != kAnyLocation) {
-        const auto folder = vault_.platform.files.status(location, platform::Follow::Yes);
-        if (!folder || folder->kind != platform::FileKind::Folder) {
-            vault_.platform.ui.message(platform::Icon::Stop, location + "  is not a valid location.");
-            AddReport refused;
-            refused.failed = 1;
-            return refused;
-        }
-    }
-    Command command(vault_, context_, options);
-    AddScan scan = scanForFiles(vault_, location, {criteria, options.notifyListed, options.notifyFailed},
-                                [&](const std::string& path) { return command.isListed(path); });
     AddReport report;
+    if (const std::string text = locationRefusal(vault_.platform, location); !text.empty()) {
+        vault_.platform.ui.message(platform::Icon::Stop, text);
+        report.refused = true;
+        return report;
+    }
+    AddScan scan = search(location, criteria, options);
     report.cancelled = scan.cancelled;
     if (!scan.cancelled && !scan.paths.empty()) {
-        command.begin(scan.bytes);
-        for (const std::string& path : scan.paths) {
-            if (!command.add(path, false)) break;
-        }
-        report = command.finish();
+        report.refused = !hasRoom(scan, options);
+        report.declined = !options.proceed({scan.paths.size(), scan.bytes, !report.refused});
+        if (!report.refused && !report.declined)
+            report = Command(vault_, context_, options, scan.bytes).run(scan.paths, false);
     }
     report.listed += scan.listed;
     report.passedOver = std::move(scan.passedOver);
     // "Only empty folders" would not be true of a walk that did not come to its end.
-    if (!report.cancelled || report.added > 0) {
-        report.text = addReportText(report.added, report.listed, location);
-    }
+    const bool isWhole = !report.cancelled && !report.refused && !report.declined;
+    if (isWhole || report.added > 0) report.text = addReportText(report.added, report.listed, location);
     return report;
+}
+
+AddScan AddPipeline::search(const std::string& location, const Criteria& criteria,
+                            const AddOptions& options) {
+    std::unordered_set<std::string> listed;
+    {
+        // No plain copy stays while the user thinks about what was found.
+        DatabaseCopy copy(vault_, context_);
+        RecordReader reader = copy.records();
+        listed = listedKeys(reader, vault_.platform.paths);
+    }
+    return scanForFiles(
+        vault_, location, {criteria, options.notifyListed, options.notifyFailed},
+        [&](const std::string& path) { return listed.contains(vault_.platform.paths.comparisonKey(path)); });
 }
 
 }  // namespace corvalence::files

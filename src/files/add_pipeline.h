@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -14,9 +15,27 @@
 
 namespace corvalence::files {
 
+/// Which backups an add command makes.
+enum class AddBackups {
+    Configured,  // as the settings say
+    None,
+    Plain,
+    Sealed,
+};
+
+/// What a search for files found; to be shown before anything is added.
+struct AddSearch {
+    std::uint64_t files = 0;
+    std::uint64_t bytes = 0;
+    bool canProceed = true;  // there is room for the backups
+};
+
 struct AddOptions {
     bool notifyListed = false;  // a message for each file that is listed already
     bool notifyFailed = true;   // a message for each file that cannot be added
+    AddBackups backups = AddBackups::Configured;
+    /// Asked once the files of a location have been found; false adds none of them.
+    std::function<bool(const AddSearch& found)> proceed = [](const AddSearch&) { return true; };
 };
 
 struct AddReport {
@@ -25,6 +44,8 @@ struct AddReport {
     std::uint64_t failed = 0;
     std::uint64_t ownFiles = 0;  // the installation's own files, which a walk leaves out
     PassedOver passedOver;
+    bool refused = false;   // the location, or for lack of room; it has been told, and nothing was added
+    bool declined = false;  // by the user, after the search
     bool cancelled = false;
     bool kept = true;  // after Cancel: whether the files added before were kept
     std::string text;  // the report for the user
@@ -41,11 +62,16 @@ class AddPipeline {
     /// Adds files by name, in the order given. Throws base::FileFailure, DatabaseChanged, BackupDamaged.
     AddReport addFiles(const std::vector<std::string>& paths, const AddOptions& options);
     /// Adds the files below a folder, or on every drive for "*", that meet the criteria. They are searched
-    /// for first, so that a user who cancels the search has changed nothing.
+    /// for first, so that a user who cancels the search has changed nothing, and nothing is added where there
+    /// is no room for their backups.
     AddReport addLocation(const std::string& location, const Criteria& criteria, const AddOptions& options);
 
   private:
     class Command;
+
+    AddScan search(const std::string& location, const Criteria& criteria, const AddOptions& options);
+    /// Told where there is none.
+    bool hasRoom(const AddScan& scan, const AddOptions& options) const;
 
     store::Vault& vault_;
     store::OpenDatabaseContext& context_;

@@ -1,8 +1,12 @@
 #include "files/add_scan.h"
 
+#include "files/file_texts.h"
+
 namespace corvalence::files {
 
 namespace {
+
+constexpr std::size_t kLabelStride = 64;  // files between two drawings of the count
 
 /// One search, from file to file.
 class Search {
@@ -66,6 +70,8 @@ class Search {
         }
         scan_.paths.push_back(path);
         scan_.bytes += status.size;
+        if (scan_.paths.size() % kLabelStride == 0)
+            progress_->label(foundText(scan_.paths.size(), scan_.bytes));
         return true;
     }
 
@@ -98,6 +104,11 @@ class Search {
 };
 
 }  // namespace
+
+std::string foundText(std::uint64_t files, std::uint64_t bytes) {
+    return "Number of files to be added: " + std::to_string(files) +
+           "\nTotal size of files to be added: " + foundSizeText(bytes);
+}
 
 AddScan scanForFiles(store::Vault& vault, const std::string& location, const AddScanOptions& options,
                      const std::function<bool(const std::string& path)>& isListed) {

@@ -87,6 +87,10 @@ std::string remainingText(std::uint64_t bytes) {
     return std::to_string(bytes) + " Bytes." + bracket(bytes);
 }
 
+std::string foundSizeText(std::uint64_t bytes) {
+    return std::to_string(bytes) + " Bytes" + bracket(bytes);
+}
+
 std::string describeFileType(std::string_view path, const base::PathRules& paths,
                              platform::FileTypes& types) {
     const std::string_view name = paths.fileName(path);

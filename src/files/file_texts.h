@@ -22,6 +22,9 @@ std::string formatSizeText(std::uint64_t bytes);
 /// end.
 std::string remainingText(std::uint64_t bytes);
 
+/// What a search found: "2048 Bytes [2.00 KB]".
+std::string foundSizeText(std::uint64_t bytes);
+
 /// The type of a file by its name alone: the registered text of its extension, else the extension and "
 /// File", its first four characters as capitals; "No file extension." without one.
 std::string describeFileType(std::string_view path, const base::PathRules& paths, platform::FileTypes& types);

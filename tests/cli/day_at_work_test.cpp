@@ -246,6 +246,17 @@ TEST(DayAtWork, addTellsWhatItDidNotTake) {
     // Neither a file nor nothing is a folder; the paths beside it are not added either.
     for (const char* none : {"a", "none", ""})
         EXPECT_EQ(console.run({"add", "db", "a", "--location", none}).code, 2) << none;
+    EXPECT_THAT(console.run({"add", "db", "none", "--ignore-failed"}).err, Not(HasSubstr("Couldn't add")));
+
+    // What was found is shown before it is added, and nothing is where its backups have no room.
+    console.write("late", "12345");
+    console.status.room = 4;
+    const Outcome refused = console.run({"add", "db", "--location", "."});
+    EXPECT_EQ(refused.code, 4);
+    EXPECT_THAT(refused.err, HasSubstr("You do not have enough free disk space to add the files.\n"));
+    const Outcome found = console.run({"add", "db", "--location", ".", "--backups", "none"});
+    EXPECT_THAT(found.err, HasSubstr("Number of files to be added: "));
+    EXPECT_THAT(found.err, HasSubstr("\nTotal size of files to be added: 5 Bytes\n"));
 }
 
 TEST(DayAtWork, aCancelledAddKeepsWhatIsComplete) {

@@ -5,6 +5,7 @@
 #include <filesystem>
 
 #include "failure_of.h"
+#include "files/backup_room.h"
 #include "store/backup_pair.h"
 #include "world.h"
 
@@ -210,6 +211,95 @@ TEST(AddPipeline, AddsWhatMeetsAllCriteria) {
     ASSERT_EQ(unreadable.passedOver.unreadable.size(), 1U);
     EXPECT_EQ(unreadable.passedOver.unreadable[0].path, world.path("sub/c.txt"));
     EXPECT_TRUE(world.machine.ui.saw("Couldn't check " + world.path("sub/c.txt") + "\nReason: Generic."));
+}
+
+TEST(AddPipeline, AddsNothingWhereTheBackupsHaveNoRoomAndSaysSo) {
+    using files::backupRoom;
+    using files::BackupRoom;
+    EXPECT_EQ(backupRoom(100, 100, false), BackupRoom::Enough);
+    EXPECT_EQ(backupRoom(101, 100, true), BackupRoom::DiskTooSmall);
+    EXPECT_EQ(backupRoom(4'096'000'000, UINT64_MAX, true), BackupRoom::Enough);
+    EXPECT_EQ(backupRoom(4'096'000'001, UINT64_MAX, true), BackupRoom::FileTooLarge);
+    EXPECT_EQ(backupRoom(4'096'000'001, UINT64_MAX, false), BackupRoom::Enough);
+
+    World world;
+    world.write("a", std::string(1000, 'a'));
+    world.write("b", std::string(1000, 'b'));
+    world.create();
+    world.open();
+    const std::string sealedBefore = readWholeFile(world.databasePath());
+    files::AddPipeline pipeline(world.vault(), world.context());
+    std::vector<files::AddSearch> searches;
+    files::AddOptions options;
+    options.proceed = [&](const files::AddSearch& found) {
+        EXPECT_TRUE(world.leftovers().empty());  // nothing plain while the user thinks about it
+        searches.push_back(found);
+        return true;
+    };
+    world.machine.status.room = 1999;
+    const auto refused = pipeline.addLocation(world.path(""), {}, options);
+    EXPECT_TRUE(refused.refused);
+    EXPECT_EQ(refused.added, 0U);
+    EXPECT_EQ(readWholeFile(world.databasePath()), sealedBefore);
+    EXPECT_TRUE(world.machine.ui.saw(std::string(files::refusalText(BackupRoom::DiskTooSmall))));
+    // Without backups there is enough room.
+    options.backups = files::AddBackups::None;
+    EXPECT_EQ(pipeline.addLocation(world.path(""), {}, options).added, 2U);
+    ASSERT_EQ(searches.size(), 2U);
+    EXPECT_EQ(searches[0].bytes, 2000U);
+    EXPECT_FALSE(searches[0].canProceed);
+    EXPECT_TRUE(searches[1].canProceed);
+    EXPECT_EQ(files::foundText(searches[1].files, searches[1].bytes),
+              "Number of files to be added: 2\nTotal size of files to be added: 2000 Bytes [1.95 KB]");
+}
+
+TEST(AddPipeline, MakesTheBackupsThatOneCommandAsksFor) {
+    World world;
+    for (const char* name : {"none", "plain", "sealed"})
+        world.write(name, "needle");
+    world.create();
+    world.open();
+    files::AddPipeline pipeline(world.vault(), world.context());
+    files::AddOptions options;
+    const auto container = [&] { return readWholeFile(world.data("Backup Files/Backup File 1")); };
+    options.backups = files::AddBackups::None;
+    pipeline.addFiles({world.path("none")}, options);
+    EXPECT_EQ(container(), "");
+    world.set("Config5", "0");
+    options.backups = files::AddBackups::Sealed;
+    pipeline.addFiles({world.path("sealed")}, options);
+    EXPECT_EQ(container().size(), 16U);
+    EXPECT_EQ(container().find("needle"), std::string::npos);
+    options.backups = files::AddBackups::Plain;
+    pipeline.addFiles({world.path("plain")}, options);
+    EXPECT_EQ(container().substr(16), "needle");
+    for (const char* name : {"plain", "sealed"}) {
+        world.write(name, "changed");
+        EXPECT_TRUE(world.restore(name).restored) << name;
+        EXPECT_EQ(world.read(name), "needle");
+    }
+}
+
+TEST(AddPipeline, SaysWhyALocationCannotBeUsed) {
+    TestPlatform machine;
+    const std::string missing = machine.folder / "missing";
+    EXPECT_EQ(files::locationRefusal(machine.platform, missing), missing + "  is not a valid location.");
+    EXPECT_EQ(files::locationRefusal(machine.platform, machine.folder.path()), "");
+    EXPECT_EQ(files::locationRefusal(machine.platform, "*"), "");
+    // A drive that does not answer.
+    const std::string root = machine.folder / "drive";
+    machine.volumes.everywhere = root;
+    const std::vector<std::pair<platform::DriveType, std::string>> texts = {
+        {platform::DriveType::Removable, "There is no media in " + root},
+        {platform::DriveType::Optical, "There is no disc in " + root},
+        {platform::DriveType::Remote,
+         root + " is an unaccessable network drive.\nMake sure you are connected to " + root +
+             " and that you have access rights."},
+        {platform::DriveType::Fixed, missing + "  is not a valid location."}};
+    for (const auto& [type, text] : texts) {
+        machine.volumes.type = type;
+        EXPECT_EQ(files::locationRefusal(machine.platform, missing), text);
+    }
 }
 
 class Cancelling : public testing::TestWithParam<bool> {};
