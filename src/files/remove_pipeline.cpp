@@ -1,5 +1,6 @@
 #include "files/remove_pipeline.h"
 
+#include <optional>
 #include <unordered_set>
 
 #include "base/record_text.h"
@@ -42,12 +43,12 @@ class RemovePipeline::Command {
     Command(store::Vault& vault, store::OpenDatabaseContext& context)
         : vault_(vault),
           context_(context),
-          progress_(vault.platform.ui.openProgress("Removing files from: " + context.path())),
-          copy_(vault, context) {}
+          progress_(vault.platform.ui.openProgress("Removing files from: " + context.path())) {}
 
     /// Finds the records that go. False where the user cancelled: nothing is removed then.
     bool select(const Selection& selection) {
-        RecordReader reader = copy_.records();
+        DatabaseCopy copy(vault_, context_);  // none stays while the user is asked
+        RecordReader reader = copy.records();
         for (std::string_view line; reader.next(line); ++records_) {
             if (progress_->cancelled()) return false;
             const Verdict verdict = selection(line, *progress_);
@@ -64,23 +65,34 @@ class RemovePipeline::Command {
     RemoveReport remove() {
         RemoveReport report;
         std::unordered_set<std::string> gone;
-        takeUntilCancelled(report, gone);
+        const std::optional<BackupIndex> backups = readBackups();
+        DatabaseCopy copy(vault_, context_);
+        takeUntilCancelled(copy, report, gone);
         if (report.removed == 0) return report;
-        store::saveDatabase(vault_, context_, [this](crypto::SealWriter& writer) {
-            RecordReader reader = copy_.records();
+        store::saveDatabase(vault_, context_, [&](crypto::SealWriter& writer) {
+            RecordReader reader = copy.records();
             std::size_t number = 0;
             for (std::string_view line; reader.next(line); ++number)
                 if (!goes_[number]) writer.write(base::bytesOf(line));
         });
-        copy_.discard();
-        if (vault_.configuration.isOn(settings::key::kBackupFiles)) removeBackups(gone);
+        copy.discard();
+        if (backups) removeBackups(*backups, gone);
         progress_->bar(platform::Progress::kSteps);
         return report;
     }
 
   private:
-    void takeUntilCancelled(RemoveReport& report, std::unordered_set<std::string>& gone) {
-        RecordReader reader = copy_.records();
+    /// The list of backups; a damaged one is told before anything is changed. None where backups are turned
+    /// off.
+    std::optional<BackupIndex> readBackups() {
+        if (!vault_.configuration.isOn(settings::key::kBackupFiles)) return std::nullopt;
+        if (!repairBackupPair(vault_, pair_))
+            vault_.platform.ui.message(platform::Icon::Warning, std::string(kBackupFileMissing));
+        return BackupIndex(vault_, pair_);
+    }
+
+    void takeUntilCancelled(DatabaseCopy& copy, RemoveReport& report, std::unordered_set<std::string>& gone) {
+        RecordReader reader = copy.records();
         std::size_t number = 0;
         for (std::string_view line; reader.next(line); ++number) {
             if (!goes_[number]) continue;
@@ -95,12 +107,7 @@ class RemovePipeline::Command {
         }
     }
 
-    void removeBackups(const std::unordered_set<std::string>& gone) {
-        const store::BackupPair pair = store::backupPair(vault_.configuration, context_.backupNumber());
-        if (!repairBackupPair(vault_, pair)) {
-            vault_.platform.ui.message(platform::Icon::Warning, std::string(kBackupFileMissing));
-        }
-        const BackupIndex index(vault_, pair);
+    void removeBackups(const BackupIndex& index, const std::unordered_set<std::string>& gone) {
         std::vector<std::size_t> kept;
         for (std::size_t number = 0; number < index.size(); ++number) {
             const std::string path(index.entry(number).path);
@@ -110,14 +117,14 @@ class RemovePipeline::Command {
         vault_.platform.ui.status(
             0, "Reconstructing Backup Files [" + std::to_string(gone.size()) + " Remaining ] ...");
         Uninterrupted progress(*progress_);
-        rewriteBackups(vault_, pair, index, kept, progress);
+        rewriteBackups(vault_, pair_, index, kept, progress);
         vault_.platform.ui.status(0, "Ready");
     }
 
     store::Vault& vault_;
     store::OpenDatabaseContext& context_;
     std::unique_ptr<platform::Progress> progress_;
-    DatabaseCopy copy_;
+    const store::BackupPair pair_ = store::backupPair(vault_.configuration, context_.backupNumber());
     std::vector<bool> goes_;
     std::uint64_t records_ = 0;
     std::uint64_t selected_ = 0;

@@ -253,6 +253,31 @@ TEST(AddPipeline, AddsNothingWhereTheBackupsHaveNoRoomAndSaysSo) {
               "Number of files to be added: 2\nTotal size of files to be added: 2000 Bytes [1.95 KB]");
 }
 
+// What a search found may be another thing by the time it is added.
+TEST(AddPipeline, GoesOnWhereFilesGrowOrVanishBehindTheSearch) {
+    World world;
+    for (const char* name : {"gone", "grown", "same"})
+        world.write(name, name);
+    world.create();
+    world.open();
+    files::AddOptions options;
+    options.proceed = [&](const files::AddSearch&) {
+        std::filesystem::remove(world.path("gone"));
+        world.write("grown", std::string(300'000, 'g'));
+        return true;
+    };
+    const auto report =
+        files::AddPipeline(world.vault(), world.context()).addLocation(world.path(""), {}, options);
+    EXPECT_EQ(report.added, 2U);
+    EXPECT_EQ(report.failed, 1U);
+    EXPECT_TRUE(world.machine.ui.saw(couldNotAdd(world.path("gone"), "FileNotFound.")));
+    EXPECT_EQ(world.records().at(0).size, 300'000U);
+    EXPECT_EQ(world.check().counts().identical, 2U);
+    world.write("grown", "less");
+    EXPECT_TRUE(world.restore("grown").restored);
+    EXPECT_EQ(world.read("grown").size(), 300'000U);
+}
+
 TEST(AddPipeline, MakesTheBackupsThatOneCommandAsksFor) {
     World world;
     for (const char* name : {"none", "plain", "sealed"})

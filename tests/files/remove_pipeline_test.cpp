@@ -4,7 +4,9 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <fstream>
 
+#include "failure_of.h"
 #include "world.h"
 
 namespace corvalence::test {
@@ -27,6 +29,7 @@ class Removing : public testing::Test {
         world.open();
         return {world.vault(), world.context(), [this, confirms](std::uint64_t count) {
                     asked = count;
+                    EXPECT_TRUE(world.leftovers().empty());  // nothing plain while the user thinks about it
                     return confirms;
                 }};
     }
@@ -119,6 +122,20 @@ TEST_F(Removing, KeepsTheRestWhenItIsCancelledBetweenTwoFiles) {
     EXPECT_EQ(containerSize(), 32U + 1008U);
     expectRestores("sub/c.bin");
     expectRestores("sub/d");
+}
+
+TEST_F(Removing, ChangesNothingWhereTheListOfBackupsIsDamaged) {
+    const std::string list = world.data("Backup Files/Backup Index 1");
+    std::string sealed = readWholeFile(list);
+    sealed[sealed.size() / 2] = static_cast<char>(sealed[sealed.size() / 2] ^ 1);
+    std::ofstream(list, std::ios::binary) << sealed;
+    const std::string database = readWholeFile(world.databasePath());
+    EXPECT_EQ(causeOf([&] { pipeline().removeAll(); }), base::Cause::InvalidFile);
+    EXPECT_EQ(readWholeFile(world.databasePath()), database);
+    EXPECT_EQ(readWholeFile(list), sealed);
+    // Without backups the records can go all the same.
+    world.set("Config5", "0");
+    EXPECT_EQ(pipeline().removeAll().removed, 4U);
 }
 
 TEST_F(Removing, LeavesTheBackupsAloneWhereTheyAreTurnedOff) {
