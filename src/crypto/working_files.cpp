@@ -56,12 +56,17 @@ struct WorkingFiles::Leftover {
     std::string kind;
     platform::FileIdentity identity;
     std::string target;
+    bool committed = false;  // of a move
 };
 
 NameTaken::NameTaken(const std::string& path)
     : base::FileFailure(
           base::Cause::AccessDenied, path,
           path + " is in the way of a working file of that name. Move it elsewhere and try again.") {}
+
+MovesPending::MovesPending(const base::FileFailure& failure)
+    : base::FileFailure(failure.cause(), failure.path(),
+                        std::string(failure.what()) + " The next start puts the new files in place.") {}
 
 TemporaryFile::TemporaryFile(WorkingFiles& owner, std::unique_ptr<platform::File> file, std::string path,
                              std::string recordedAs, bool plain)
@@ -76,6 +81,7 @@ TemporaryFile::TemporaryFile(TemporaryFile&& other) noexcept
       file_(std::move(other.file_)),
       path_(std::move(other.path_)),
       recordedAs_(std::move(other.recordedAs_)),
+      identity_(other.identity_),
       plain_(other.plain_),
       moved_(other.moved_) {}
 
@@ -200,7 +206,8 @@ TemporaryFile WorkingFiles::create(std::string_view kind, const std::string& pat
         throw;
     }
     TemporaryFile temporary(*this, std::move(file), reached, name, kind == kPlain);
-    recordMade(kind, name, temporary.file().status().identity, target);
+    temporary.identity_ = temporary.file().status().identity;
+    recordMade(kind, name, temporary.identity_, target);
     // Plain data must not reach the disk before the line that will have it wiped.
     journal_->flush();
     return temporary;
@@ -234,31 +241,55 @@ void WorkingFiles::finished(const std::string& path) noexcept {
     }
 }
 
-void WorkingFiles::commitMoves(std::vector<std::pair<TemporaryFile, std::string>> moves) {
-    for (auto& [temporary, target] : moves) {
-        const platform::FileIdentity identity = temporary.file().status().identity;
-        temporary.close();
-        recordMade(kMove, temporary.recordedAs_, identity, target);
-    }
+void WorkingFiles::noteCommit() {
+    journal_->seek(commitAt_);
     record({kCommit});
     journal_->flush();
+    isCommitNoted_ = true;
+}
+
+void WorkingFiles::commitMoves(std::vector<std::pair<TemporaryFile, std::string>> moves) {
+    carryOnMoves();
+    std::vector<std::pair<std::string, std::string>> pending;
+    for (auto& [temporary, target] : moves) {
+        temporary.close();
+        recordMade(kMove, temporary.recordedAs_, temporary.identity_, target);
+        pending.emplace_back(temporary.path(), target);
+    }
+    commitAt_ = journal_->size();
+    unfinishedMoves_ = std::move(pending);
+    isCommitNoted_ = false;
     try {
+        noteCommit();
         for (auto& [temporary, target] : moves) {
             files_.rename(temporary.path(), target);
             temporary.release();
         }
-    } catch (...) {
-        // They are committed, so they are carried on: before this run makes its next temporary, or by the
-        // next start.
-        for (auto& [temporary, target] : moves) {
-            if (temporary.owner_ != nullptr) unfinishedMoves_.emplace_back(temporary.path(), target);
+        unfinishedMoves_.clear();
+    } catch (const base::FileFailure& failure) {
+        if (!isCommitNoted_ && isCommitTakenBack()) throw;
+        for (auto& [temporary, target] : moves)
             temporary.abandon();
-        }
-        throw;
+        throw MovesPending(failure);
+    }
+}
+
+bool WorkingFiles::isCommitTakenBack() noexcept {
+    try {
+        journal_->resize(commitAt_);
+        journal_->seek(commitAt_);
+        journal_->flush();
+        isCommitNoted_ = true;
+        unfinishedMoves_.clear();
+        return true;
+    } catch (const base::FileFailure&) {
+        return false;  // then nobody knows what the journal says, and all has to stay until it can be told
     }
 }
 
 void WorkingFiles::carryOnMoves() {
+    if (unfinishedMoves_.empty()) return;
+    if (!isCommitNoted_) noteCommit();
     while (!unfinishedMoves_.empty()) {
         const auto& [path, target] = unfinishedMoves_.front();
         if (files_.status(path, platform::Follow::No)) files_.rename(path, target);
@@ -266,9 +297,10 @@ void WorkingFiles::carryOnMoves() {
     }
 }
 
-std::vector<WorkingFiles::Leftover> WorkingFiles::readJournal(bool& committed) {
+std::vector<WorkingFiles::Leftover> WorkingFiles::readJournal() {
     std::map<std::string, Leftover> leftovers;
     std::vector<std::string> order;
+    std::vector<std::string> group;  // moves that the next line may commit
     platform::LineReader reader(*journal_, kJournalLineLimit);
     for (std::string_view line; reader.next(line);) {
         if (line.back() != '\n') break;  // torn by the end of that run; what it announced was not done
@@ -278,18 +310,22 @@ std::vector<WorkingFiles::Leftover> WorkingFiles::readJournal(bool& committed) {
             sumOf(line.substr(0, line.size() - kSumLength)) != line.substr(line.size() - kSumLength))
             continue;
         const auto fields = base::splitFields(line.substr(0, line.size() - kSumLength));
-        if (fields.size() == 1 && fields[0] == kCommit) committed = true;
+        if (fields.size() == 1 && fields[0] == kCommit) {
+            for (const std::string& moved : group)
+                leftovers[moved].committed = true;
+        }
+        if (fields.empty() || fields[0] != kMove) group.clear();
         if (fields.size() < 2) continue;
         const std::string path(fields[1]);
+        if (fields[0] == kMove) group.push_back(path);
         if (fields[0] == kDone) {
             leftovers.erase(path);
             continue;
         }
-        // A group of moves that was committed and carried out earlier does not commit the next one.
-        if (fields[0] == kMove) committed = false;
         Leftover& leftover = leftovers[path];
         leftover.path = path;
         leftover.kind = fields[0];
+        leftover.committed = false;
         if (fields.size() >= 5) {
             leftover.identity = {number(fields[2]), number(fields[3]), number(fields[4])};
             leftover.target = fields.size() > 5 ? std::string(fields[5]) : std::string();
@@ -304,10 +340,9 @@ std::vector<WorkingFiles::Leftover> WorkingFiles::readJournal(bool& committed) {
 }
 
 void WorkingFiles::clearLeftovers() {
-    bool committed = false;
-    for (const Leftover& leftover : readJournal(committed)) {
+    for (const Leftover& leftover : readJournal()) {
         try {
-            clear(leftover, committed);
+            clear(leftover);
         } catch (const base::FileFailure& failure) {
             // One file that cannot be cleared must not keep every command out.
             uncleared_.push_back(failure.what());
@@ -332,12 +367,36 @@ void WorkingFiles::pendingSettled() noexcept {
     finished({});
 }
 
-void WorkingFiles::clear(const Leftover& leftover, bool committed) {
+void WorkingFiles::clearMove(const Leftover& leftover, bool isThere) {
+    if (isThere) {
+        try {
+            files_.rename(leftover.path, leftover.target);
+        } catch (const base::FileFailure&) {
+            // The others of its group are in place: nothing may be written until this one is as well.
+            unfinishedMoves_.emplace_back(leftover.path, leftover.target);
+            throw;
+        }
+    } else if (!isFolderInUse(leftover.target)) {
+        uncleared_.push_back(leftover.path + " cannot be put in the place of " + leftover.target +
+                             ", as that folder is gone or empty.");
+    }
+}
+
+bool WorkingFiles::isFolderInUse(const std::string& path) {
+    // A volume that is not mounted leaves an empty folder behind, or none.
+    const std::string folder(paths_.folder(path));
+    const auto status = files_.status(folder, platform::Follow::Yes);
+    return status && status->kind == platform::FileKind::Folder && !files_.list(folder).empty();
+}
+
+void WorkingFiles::clear(const Leftover& leftover) {
     const auto status = files_.status(leftover.path, platform::Follow::No);
     if (leftover.kind == kSave && (!status || isSameFile(status->identity, leftover.identity))) {
         pendingSaves_.push_back({status ? leftover.path : std::string(), leftover.target});
         return;
     }
+    const bool isMove = leftover.kind == kMove && leftover.committed;
+    if (!status && isMove) clearMove(leftover, false);
     if (!status || status->kind != platform::FileKind::Regular) return;
     if (leftover.kind == kIntent) {
         // Ended between making the file and noting which one it is: nothing was written yet.
@@ -347,8 +406,8 @@ void WorkingFiles::clear(const Leftover& leftover, bool committed) {
     if (!isSameFile(status->identity, leftover.identity)) return;
     if (leftover.kind == kWipe || leftover.kind == kRemove) {
         pendingDeletions_.push_back({leftover.path, leftover.target, leftover.kind == kWipe});
-    } else if (leftover.kind == kMove && committed) {
-        files_.rename(leftover.path, leftover.target);
+    } else if (isMove) {
+        clearMove(leftover, true);
     } else if (leftover.kind == kPlain) {
         wipeFile(files_, leftover.path);
     } else {

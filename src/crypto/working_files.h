@@ -22,6 +22,13 @@ class NameTaken : public base::FileFailure {
     explicit NameTaken(const std::string& path);
 };
 
+/// Moves that are committed, or may be, and that could not all be carried out. They are before the next
+/// temporary of this run is made, or by the next start.
+class MovesPending : public base::FileFailure {
+  public:
+    explicit MovesPending(const base::FileFailure& failure);
+};
+
 /// A file that this program made for the length of an operation. However the operation is left, a plain one
 /// is wiped and a sealed one removed, unless it was kept.
 class TemporaryFile {
@@ -56,6 +63,7 @@ class TemporaryFile {
     std::unique_ptr<platform::File> file_;
     std::string path_;        // by which it is reached
     std::string recordedAs_;  // its name in the journal
+    platform::FileIdentity identity_;
     bool plain_;
     bool moved_ = false;
 };
@@ -121,8 +129,8 @@ class WorkingFiles {
     void deletionDone(const std::string& file) noexcept { finished(file); }
 
     /// Renames every file over its target such that after a crash either none or all of them are renamed, the
-    /// latest at the next start. Where a rename fails, those that are left are carried on before the next
-    /// temporary of this run is made.
+    /// latest at the next start. Throws MovesPending where that has begun and could not be ended; after any
+    /// other failure no target was touched.
     void commitMoves(std::vector<std::pair<TemporaryFile, std::string>> moves);
 
     platform::FileSystem& files() noexcept { return files_; }
@@ -138,9 +146,13 @@ class WorkingFiles {
     void recordMade(std::string_view kind, const std::string& path, const platform::FileIdentity& identity,
                     const std::string& target);
     void finished(const std::string& path) noexcept;
+    void noteCommit();
+    bool isCommitTakenBack() noexcept;
     void carryOnMoves();
-    std::vector<Leftover> readJournal(bool& committed);
-    void clear(const Leftover& leftover, bool committed);
+    std::vector<Leftover> readJournal();
+    void clear(const Leftover& leftover);
+    void clearMove(const Leftover& leftover, bool isThere);
+    bool isFolderInUse(const std::string& path);
 
     platform::FileSystem& files_;
     base::PathRules paths_;
@@ -150,6 +162,8 @@ class WorkingFiles {
     std::vector<PendingDeletion> pendingDeletions_;
     std::vector<std::string> uncleared_;
     std::vector<std::pair<std::string, std::string>> unfinishedMoves_;  // path, target
+    std::uint64_t commitAt_ = 0;                                        // where the commit line stands
+    bool isCommitNoted_ = true;
 };
 
 }  // namespace corvalence::crypto

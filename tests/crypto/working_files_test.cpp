@@ -27,9 +27,9 @@ class WorkingFilesTest : public testing::Test {
     }
 
     /// New contents for two files that only make sense together.
-    std::vector<std::pair<crypto::TemporaryFile, std::string>> newPair() {
+    std::vector<std::pair<crypto::TemporaryFile, std::string>> newPair(const char* second = "two") {
         std::vector<std::pair<crypto::TemporaryFile, std::string>> moves;
-        for (const char* name : {"one", "two"}) {
+        for (const char* name : {"one", second}) {
             machine.folder.write(name, "old");
             auto file = run->createSealed(machine.folder / name, ".new");
             file.file().write(base::bytesOf("new"));
@@ -130,6 +130,33 @@ TEST_F(WorkingFilesTest, CarryCommittedMovesOnInTheSameRun) {
     fs::remove_all(machine.folder / "two");
     run->createPlain(machine.folder / "db", ".plain");
     EXPECT_EQ(machine.folder.read("one") + machine.folder.read("two"), "newnew");
+}
+
+// The place of one of them was not there for a while: a folder that is not mounted.
+TEST_F(WorkingFilesTest, CarryCommittedMovesOnOnceTheirPlaceIsBack) {
+    fs::create_directory(machine.folder / "away");
+    auto moves = newPair("away/two");
+    machine.faults.failAt(9, base::Cause::AccessDenied, FaultPlan::Lasts::Once);  // the second rename
+    EXPECT_THROW(run->commitMoves(std::move(moves)), crypto::MovesPending);
+    EXPECT_EQ(machine.folder.read("one"), "new");
+    machine.faults.clear();
+    run.reset();
+    fs::rename(machine.folder / "away", machine.folder / "hidden");
+    fs::create_directory(machine.folder / "away");
+    killAndRestart();
+    EXPECT_EQ(run->uncleared().size(), 1U);
+    // A group that never was committed does not take the waiting one with it, nor is it taken along.
+    auto others = newPair();
+    machine.faults.failAt(5, base::Cause::DiskFull, FaultPlan::Lasts::FromThere);
+    EXPECT_THROW(run->commitMoves(std::move(others)), base::FileFailure);
+    machine.faults.clear();
+    run.reset();
+    fs::remove(machine.folder / "away");
+    fs::rename(machine.folder / "hidden", machine.folder / "away");
+    killAndRestart();
+    EXPECT_EQ(machine.folder.read("away/two"), "new");
+    EXPECT_EQ(machine.folder.read("one") + machine.folder.read("two"), "oldold");
+    EXPECT_EQ(fs::file_size(journal), 0U);
 }
 
 // A restored file that must not be written any more could not be opened again for its wiping.
