@@ -55,7 +55,7 @@ class Commands {
     Commands(CLI::App& app, Invocation& invocation) : app_(app), invocation_(invocation) {
         plain("init", "Make the installation: data folders, settings, empty sealed files", runInit);
         create();
-        plain("databases", "List every database of the index", runDatabases);
+        databases();
         onDatabase("details", "What is known of a database", runDetails);
         onDatabase("files", "The files that a database lists", runFiles);
         add();
@@ -120,6 +120,13 @@ class Commands {
         const auto arguments = std::make_shared<DatabaseArguments>();
         database(command, arguments->database);
         call(command, arguments, run);
+    }
+
+    void databases() {
+        CLI::App* command = declare(app_, "databases", "List every database of the index");
+        const auto arguments = std::make_shared<ListArguments>();
+        command->add_flag("--recent", arguments->recent, "Only those opened last, the latest first");
+        call(command, arguments, runDatabases);
     }
 
     void create() {

@@ -22,6 +22,10 @@ struct CreateArguments {
     crypto::DigestCode digest = crypto::DigestCode::Sha256;
 };
 
+struct ListArguments {
+    bool recent = false;
+};
+
 struct DatabaseArguments {
     std::string database;
 };
@@ -69,7 +73,7 @@ struct ConfigArguments {
 
 ExitCode runInit(Context& context);
 ExitCode runCreate(Context& context, const CreateArguments& arguments);
-ExitCode runDatabases(Context& context);
+ExitCode runDatabases(Context& context, const ListArguments& arguments);
 ExitCode runDetails(Context& context, const DatabaseArguments& arguments);
 ExitCode runFiles(Context& context, const DatabaseArguments& arguments);
 ExitCode runAdd(Context& context, const AddArguments& arguments);

@@ -4,6 +4,7 @@
 #include "cli/session.h"
 #include "core/installation.h"
 #include "settings/configuration_change.h"
+#include "store/recent_list.h"
 
 namespace corvalence::cli {
 
@@ -96,6 +97,7 @@ ExitCode runConfigSet(Context& context, const ConfigArguments& arguments) {
         throw CommandEnd(ExitCode::Usage, *fault);
     requireOwnRoot(context, row, text);
     if (!configuration.write(row.name, text)) return ExitCode::Failed;
+    if (row.name == key::kRecentCount || row.name == key::kRecentList) store::RecentList::cut(configuration);
     if (context.options.json) writeKey(context, row, text);
     return ExitCode::Done;
 }

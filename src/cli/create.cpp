@@ -26,6 +26,7 @@ ExitCode runCreate(Context& context, const CreateArguments& arguments) {
                            : run->configuration().folder(settings::key::kInstallDirectory) + "Databases";
     const auto database = store::DatabaseCreation(run->vault()).create(request);
     if (!database) return ExitCode::Failed;
+    noteRecent(*run, database->path());
 
     const crypto::DigestKind& digest = crypto::digestKind(database->digest());
     if (context.options.json) {

@@ -1,9 +1,13 @@
 #include "cli/commands.h"
+
+#include <algorithm>
+
 #include "cli/console_text.h"
 #include "cli/json_writer.h"
 #include "cli/session.h"
 #include "platform/time_text.h"
 #include "store/database_opening.h"
+#include "store/recent_list.h"
 
 namespace corvalence::cli {
 
@@ -33,7 +37,23 @@ State stateOf(Context& context, core::Run& run, const store::IndexRecord& record
     }
 }
 
-void writeJson(JsonWriter& json, const store::IndexRecord& record, State state) {
+/// From 1 for the most recent one; 0 where the database is not in the list.
+std::size_t placeIn(const std::vector<std::string>& recent, const std::string& path) {
+    const auto found = std::find(recent.begin(), recent.end(), path);
+    return found == recent.end() ? 0 : static_cast<std::size_t>(found - recent.begin()) + 1;
+}
+
+/// The records of the list alone, in its order.
+std::vector<store::IndexRecord> recentOnly(std::vector<store::IndexRecord> records,
+                                           const std::vector<std::string>& recent) {
+    std::erase_if(records, [&](const auto& record) { return placeIn(recent, record.path) == 0; });
+    std::sort(records.begin(), records.end(), [&](const auto& a, const auto& b) {
+        return placeIn(recent, a.path) < placeIn(recent, b.path);
+    });
+    return records;
+}
+
+void writeJson(JsonWriter& json, const store::IndexRecord& record, State state, std::size_t recent) {
     const bool numbered = record.kind == store::DatabaseKind::Numbered;
     json.beginObject();
     json.path("path", record.path);
@@ -43,6 +63,7 @@ void writeJson(JsonWriter& json, const store::IndexRecord& record, State state) 
     json.time("created", record.created);
     record.lastCheck ? json.time("last_check", *record.lastCheck) : json.null("last_check");
     json.text("state", stateName(state));
+    recent > 0 ? json.number("recent", recent) : json.null("recent");
     json.end();
 }
 
@@ -57,7 +78,7 @@ void writeLine(Context& context, const store::IndexRecord& record, State state) 
 
 }  // namespace
 
-ExitCode runDatabases(Context& context) {
+ExitCode runDatabases(Context& context, const ListArguments& arguments) {
     const auto run = startRun(context);
     JsonWriter& json = context.json;
     if (context.options.json) {
@@ -68,11 +89,15 @@ ExitCode runDatabases(Context& context) {
         if (context.platform.process.cancelRequested()) throw CommandEnd(ExitCode::Cancelled);
     };
     bool allVerify = true;
-    for (const store::IndexRecord& record : store::DatabaseIndex(run->vault()).records()) {
+    auto records = store::DatabaseIndex(run->vault()).records();
+    const auto recent = store::RecentList(run->configuration(), run->vault().session).paths(records);
+    if (arguments.recent) records = recentOnly(std::move(records), recent);
+    for (const store::IndexRecord& record : records) {
         endIfCancelled();
         const State state = stateOf(context, *run, record);
         allVerify = allVerify && state == State::Ok;
-        context.options.json ? writeJson(json, record, state) : writeLine(context, record, state);
+        context.options.json ? writeJson(json, record, state, placeIn(recent, record.path))
+                             : writeLine(context, record, state);
     }
     endIfCancelled();
     return allVerify ? ExitCode::Done : ExitCode::Differences;

@@ -1,7 +1,7 @@
 #include "cli/commands.h"
 #include "cli/json_writer.h"
 #include "cli/session.h"
-#include "schedule/schedule_list.h"
+#include "core/database_lists.h"
 #include "store/database_deletion.h"
 
 namespace corvalence::cli {
@@ -14,8 +14,8 @@ ExitCode runDelete(Context& context, const DatabaseArguments& arguments) {
                                               " is listed in no index and was left as it is.");
     }
     // Without opening it: one that was changed or is gone is to be deleted as well.
-    schedule::ScheduleList schedule(run->vault());
-    const auto result = store::deleteDatabase(run->vault(), store::OpenDatabaseContext{*record}, schedule);
+    core::DatabaseLists lists(run->vault());
+    const auto result = store::deleteDatabase(run->vault(), store::OpenDatabaseContext{*record}, lists);
     const bool deleted = result != store::DeletionResult::Declined;
     if (context.options.json) {
         JsonWriter& json = context.json;

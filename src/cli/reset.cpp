@@ -7,7 +7,7 @@ namespace corvalence::cli {
 
 ExitCode runReset(Context& context) {
     requireInstallation(context);
-    const settings::Configuration configuration(context.platform.settings, context.ui);
+    settings::Configuration configuration(context.platform.settings, context.ui);
     const auto lock = lockInstallation(context, configuration.folder(settings::key::kInstallDirectory));
     const bool isReset = core::reset(context.platform, configuration);
     if (context.options.json) {

@@ -8,6 +8,7 @@
 #include "core/installation.h"
 #include "files/database_copy.h"
 #include "store/database_opening.h"
+#include "store/recent_list.h"
 
 namespace corvalence::cli {
 
@@ -118,6 +119,11 @@ std::optional<store::IndexRecord> findDatabase(Context& context, core::Run& run,
         argument + " is not a valid database. All valid databases are shown by:  corvalencectl databases");
 }
 
+void noteRecent(core::Run& run, const std::string& path) {
+    store::RecentList(run.configuration(), run.vault().session)
+        .opened(path, store::DatabaseIndex(run.vault()));
+}
+
 store::OpenDatabaseContext openDatabase(Context& context, core::Run& run, const std::string& argument) {
     const auto record = findDatabase(context, run, argument);
     const std::string path = record ? record->path : absolutePath(context, argument);
@@ -125,6 +131,7 @@ store::OpenDatabaseContext openDatabase(Context& context, core::Run& run, const 
     switch (store::DatabaseOpening(run.vault()).openWithRecovery(path, database)) {
         case store::OpenResult::Opened:
         case store::OpenResult::Restored:
+            noteRecent(run, path);
             return std::move(*database);
         case store::OpenResult::NotListed:
         case store::OpenResult::Refused:

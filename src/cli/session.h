@@ -41,6 +41,9 @@ store::OpenDatabaseContext openFileDatabase(Context& context, core::Run& run, co
 files::FileRecord findRecord(Context& context, core::Run& run, const store::OpenDatabaseContext& database,
                              const std::string& file);
 
+/// Puts a database that was made or opened first in the list of recent ones.
+void noteRecent(core::Run& run, const std::string& path);
+
 /// The kind of a database as `create` takes it: "file-contents".
 std::string_view kindName(store::DatabaseKind kind);
 

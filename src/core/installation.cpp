@@ -3,6 +3,7 @@
 #include <array>
 
 #include "base/record_text.h"
+#include "store/recent_list.h"
 
 namespace corvalence::core {
 
@@ -88,7 +89,7 @@ InstallResult install(platform::Platform& platform, const std::string& root) {
     return InstallResult::Installed;
 }
 
-bool reset(platform::Platform& platform, const settings::Configuration& configuration) {
+bool reset(platform::Platform& platform, settings::Configuration& configuration) {
     if (!platform.ui.ask(
             platform::Icon::Warning,
             "This option should only be used if you have forgotten your password, or if an adversary\n\n"
@@ -106,6 +107,7 @@ bool reset(platform::Platform& platform, const settings::Configuration& configur
     }
     const std::string guard = configuration.folder(key::kInstallDirectory) + "Permissions";
     if (platform.files.status(guard, platform::Follow::No)) platform.files.remove(guard);
+    store::RecentList::empty(configuration);
     return true;
 }
 

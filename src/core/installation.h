@@ -30,9 +30,9 @@ enum class InstallResult {
 /// shown and thrown as one where the settings cannot be written.
 InstallResult install(platform::Platform& platform, const std::string& root);
 
-/// For a forgotten password, after asking: empties index, schedule and logs and removes the folder guard's
-/// state, so that any password is accepted next. The old database files stay, as files that nobody can
-/// decipher. False where the user said no. Throws base::FileFailure.
-bool reset(platform::Platform& platform, const settings::Configuration& configuration);
+/// For a forgotten password, after asking: empties index, schedule, logs and the list of recent databases and
+/// removes the folder guard's state, so that any password is accepted next. The old database files stay, as
+/// files that nobody can decipher. False where the user said no. Throws base::FileFailure.
+bool reset(platform::Platform& platform, settings::Configuration& configuration);
 
 }  // namespace corvalence::core

@@ -63,9 +63,13 @@ std::optional<std::string> Configuration::stored(std::string_view name) const {
 }
 
 bool Configuration::write(std::string_view name, const std::string& text) {
-    if (store_.write(keyPath(name), text)) return true;
+    if (writeQuietly(name, text)) return true;
     ui_.message(platform::Icon::Stop, "Registry error.");
     return false;
+}
+
+bool Configuration::writeQuietly(std::string_view name, const std::string& text) {
+    return store_.write(keyPath(name), text);
 }
 
 }  // namespace corvalence::settings

@@ -30,6 +30,8 @@ class Configuration {
     std::optional<std::string> stored(std::string_view name) const;
     /// Stores a text as it is. False, after "Registry error.", where that failed.
     bool write(std::string_view name, const std::string& text);
+    /// The same without a message, for what nobody has to know about.
+    bool writeQuietly(std::string_view name, const std::string& text);
 
     /// Config17 "N": stretches of the backup container are sealed. Any other text means plain.
     bool encryptsBackups() const { return text(key::kEncryptBackups) == "N"; }

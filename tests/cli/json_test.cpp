@@ -89,9 +89,14 @@ TEST(Json, ofTheOtherCommands) {
                                                                        {"cancelled", false},
                                                                        {"kept", true}}));
     console.clock.advance(std::chrono::milliseconds(250));
-    json listed = {{"path", path},    {"kind", "file-contents"},           {"number", 1},
-                   {"digest", "md5"}, {"created", "2024-02-29T12:30:05Z"}, {"last_check", nullptr},
-                   {"state", "ok"}};
+    json listed = {{"path", path},
+                   {"kind", "file-contents"},
+                   {"number", 1},
+                   {"digest", "md5"},
+                   {"created", "2024-02-29T12:30:05Z"},
+                   {"last_check", nullptr},
+                   {"state", "ok"},
+                   {"recent", 1}};
     EXPECT_EQ(console.done({"databases", "--json"}).json(), (json{{"databases", {listed}}}));
     console.done({"check", "db"});
     listed["last_check"] = "2024-02-29T12:30:05.25Z";

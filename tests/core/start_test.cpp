@@ -5,6 +5,7 @@
 #include <filesystem>
 
 #include "core/installation.h"
+#include "store/recent_list.h"
 #include "world.h"
 
 namespace corvalence::test {
@@ -131,9 +132,13 @@ TEST(Reset, EmptiesIndexScheduleAndLogsAfterAsking) {
     world.add({"a"});
     writeWholeFile(world.data("Permissions"), "state");
     writeWholeFile(world.data("Checking Schedule/Scheduled Checking Log File"), "log");
-    const settings::Configuration configuration(world.platform.settings, world.platform.ui);
+    store::RecentList(world.configuration(), world.vault().session)
+        .opened(world.databasePath(), store::DatabaseIndex(world.vault()));
+    const auto recent = [&] { return world.configuration().stored("Recent File List\\File1").value_or(""); };
+    settings::Configuration configuration(world.platform.settings, world.platform.ui);
     EXPECT_FALSE(core::reset(world.platform, configuration));
     EXPECT_GT(fs::file_size(world.data("Backup Files/Database Index")), 0U);
+    EXPECT_NE(recent(), "");
     fs::remove(world.data("Checking Schedule/Database Checking Schedule"));
     world.machine.ui.answers = {true};
     EXPECT_TRUE(core::reset(world.platform, configuration));
@@ -141,6 +146,7 @@ TEST(Reset, EmptiesIndexScheduleAndLogsAfterAsking) {
     EXPECT_EQ(fs::file_size(world.data("Checking Schedule/Scheduled Checking Log File")), 0U);
     EXPECT_EQ(fs::file_size(world.data("Checking Schedule/Database Checking Schedule")), 0U);
     EXPECT_FALSE(fs::exists(world.data("Permissions")));
+    EXPECT_EQ(recent(), "");
     // The old databases stay as files that no longer open; any password serves from now on.
     world.password.password = "a new one";
     EXPECT_EQ(world.start(), StartResult::Ready);
