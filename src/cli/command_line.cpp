@@ -65,6 +65,7 @@ class Commands {
         analyse();
         onDatabase("delete", "Delete a database, its backup and the backups of its files", runDelete);
         config();
+        password();
         plain("reset", "After a forgotten password: empty index, schedule and logs", runReset);
     }
 
@@ -246,6 +247,13 @@ class Commands {
         call(command, arguments, runAnalyse);
     }
 
+    void password() {
+        CLI::App* command = declare(app_, "password", "Change the password of the installation");
+        const auto arguments = std::make_shared<PasswordArguments>();
+        text(*command, "--report", arguments->reports, "Saved reports that are brought to the new password");
+        call(command, arguments, runPassword);
+    }
+
     void config() {
         CLI::App* command = declare(app_, "config", "Show or change the configuration");
         command->require_subcommand(1);
@@ -268,7 +276,8 @@ class Commands {
 void addGlobalOptions(CLI::App& app, Options& options) {
     text(app, "--home", options.home, "Folder of the installation (default: the user's own)");
     text(app, "--password-file", options.passwordFile,
-         "File whose first line is the password, - for standard input");
+         "File whose first line is the password, - for standard input; for `password`, lines 2 and 3 are the "
+         "new one and its confirmation");
     app.add_flag("--json", options.json, "Results as one JSON document");
     app.add_flag("--quiet", options.quiet, "No progress and no information messages");
     app.add_flag("--yes", options.yes, "Answer yes to every question");

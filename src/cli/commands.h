@@ -66,6 +66,10 @@ struct AnalyseArguments {
     bool hex = false;
 };
 
+struct PasswordArguments {
+    std::vector<std::string> reports;
+};
+
 struct ConfigArguments {
     std::string key;
     std::string text;
@@ -85,6 +89,7 @@ ExitCode runDelete(Context& context, const DatabaseArguments& arguments);
 ExitCode runConfigList(Context& context);
 ExitCode runConfigGet(Context& context, const ConfigArguments& arguments);
 ExitCode runConfigSet(Context& context, const ConfigArguments& arguments);
+ExitCode runPassword(Context& context, const PasswordArguments& arguments);
 ExitCode runReset(Context& context);
 
 }  // namespace corvalence::cli

@@ -1,7 +1,6 @@
 #include "cli/password_prompt.h"
 
 #include <filesystem>
-#include <fstream>
 
 namespace corvalence::cli {
 
@@ -10,7 +9,7 @@ namespace {
 // No password within the limit has more bytes, as a UTF-8 character has four at the most.
 constexpr std::size_t kByteLimit = core::kPasswordLimit * 4;
 
-/// The first line byte for byte, without its line feed. Nothing where there is no line at all.
+/// The next line byte for byte, without its line feed. Nothing where there is no line at all.
 std::optional<crypto::SecretText> readLine(std::istream& in) {
     crypto::SecretText line;
     line.reserve(kByteLimit + 1);
@@ -34,13 +33,16 @@ std::optional<crypto::SecretText> PasswordPrompt::show(bool choosing, bool again
         return std::nullopt;
     }
     for (;;) {
-        auto password = onTerminal ? ask(choosing) : readFirstLine();
+        auto password = onTerminal ? ask(choosing) : readNextLine();
         if (!password) {
             if (!context_.platform.process.cancelRequested()) tell("no password was given");
             return std::nullopt;
         }
         const auto fault = core::findPasswordFault(password->view());
-        if (!fault) return password;
+        if (!fault) {
+            given_ = crypto::SecretText(password->view());
+            return password;
+        }
         tell(*fault);
         if (!onTerminal) return std::nullopt;
     }
@@ -71,18 +73,18 @@ std::optional<crypto::SecretText> PasswordPrompt::readSecret(const std::string& 
     return secret;
 }
 
-std::optional<crypto::SecretText> PasswordPrompt::readFirstLine() {
+std::optional<crypto::SecretText> PasswordPrompt::readNextLine() {
     const auto& name = context_.options.passwordFile;
     if (!name || *name == "-") return readLine(context_.in);
+    if (file_.is_open()) return readLine(file_);
     const std::string path = absolutePath(context_, *name);
-    std::ifstream file;
-    file.rdbuf()->pubsetbuf(nullptr, 0);  // no copy of the password in a buffer that nobody wipes
-    file.open(std::filesystem::path(std::u8string(path.begin(), path.end())), std::ios::binary);
-    if (!file) {
+    file_.rdbuf()->pubsetbuf(nullptr, 0);  // no copy of the password in a buffer that nobody wipes
+    file_.open(std::filesystem::path(std::u8string(path.begin(), path.end())), std::ios::binary);
+    if (!file_) {
         if (context_.platform.process.cancelRequested()) return std::nullopt;
         throw CommandEnd(ExitCode::Failed, path + " could not be opened.");
     }
-    return readLine(file);
+    return readLine(file_);
 }
 
 }  // namespace corvalence::cli

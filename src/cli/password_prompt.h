@@ -1,5 +1,7 @@
 #pragma once
 
+#include <fstream>
+
 #include "cli/context.h"
 #include "core/password_stage.h"
 
@@ -14,13 +16,21 @@ class PasswordPrompt : public core::PasswordDialog {
     /// Throws CommandEnd where the password file cannot be opened.
     std::optional<crypto::SecretText> show(bool choosing, bool again) override;
 
-  private:
-    bool asksOnTerminal();
-    std::optional<crypto::SecretText> ask(bool choosing);
-    std::optional<crypto::SecretText> readSecret(const std::string& prompt);
-    std::optional<crypto::SecretText> readFirstLine();
+    // For the choice of another password.
 
+    bool asksOnTerminal();
+    /// The password that was given last.
+    std::string_view given() const noexcept { return given_.view(); }
+    /// Asked for on the terminal without echo; nothing where the user leaves.
+    std::optional<crypto::SecretText> readSecret(const std::string& prompt);
+    /// The next line of the password file, or of standard input. Nothing at its end.
+    std::optional<crypto::SecretText> readNextLine();
+
+  private:
+    std::optional<crypto::SecretText> ask(bool choosing);
     Context& context_;
+    std::ifstream file_;  // once it is open
+    crypto::SecretText given_;
 };
 
 }  // namespace corvalence::cli

@@ -91,8 +91,12 @@ std::unique_ptr<platform::InstanceLock> lockInstallation(Context& context, const
 }
 
 std::unique_ptr<core::Run> startRun(Context& context) {
-    requireInstallation(context);
     PasswordPrompt prompt(context);
+    return startRun(context, prompt);
+}
+
+std::unique_ptr<core::Run> startRun(Context& context, core::PasswordDialog& prompt) {
+    requireInstallation(context);
     std::unique_ptr<core::Run> run;
     const auto result = core::Run::start(context.platform, prompt, context.options.wait, run);
     if (result != core::StartResult::Ready) endWith(context, result);

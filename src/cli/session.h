@@ -26,6 +26,8 @@ std::unique_ptr<platform::InstanceLock> lockInstallation(Context& context, const
 
 /// Lock, password and clean-up: all that comes before working on sealed data.
 std::unique_ptr<core::Run> startRun(Context& context);
+/// The same, asking through a prompt that has more to say afterwards.
+std::unique_ptr<core::Run> startRun(Context& context, core::PasswordDialog& prompt);
 
 /// The index record that a DATABASE argument means: a full path, or a file name that only one record has. A
 /// file that exists but is not listed gives nothing: opening it says why it is refused.

@@ -16,6 +16,11 @@ Run::Run(platform::Platform& platform, const std::string& root)
       configuration_(platform.settings, platform.ui),
       working_(platform.files, std::string(root).append(kWorkingFilesJournal), platform.paths) {}
 
+void Run::adopt(std::unique_ptr<crypto::Session> session) {
+    vault_.emplace(store::Vault{platform_, configuration_, working_, *session});
+    session_ = std::move(session);
+}
+
 StartResult Run::proveAdministrator(platform::Platform& platform) {
     if (platform.process.isAdministrator()) return StartResult::Ready;
     platform.ui.message(
@@ -56,8 +61,7 @@ StartResult Run::start(platform::Platform& platform, PasswordDialog& dialog, std
     const PasswordResult password =
         provePassword(platform, started->configuration_, started->working_, dialog, started->session_);
     if (password != PasswordResult::Proved) return StartResult::PasswordRefused;
-    started->vault_.emplace(
-        store::Vault{platform, started->configuration_, started->working_, *started->session_});
+    started->adopt(std::move(started->session_));
     store::DatabaseOpening(started->vault()).settlePending();
     run = std::move(started);
     return StartResult::Ready;

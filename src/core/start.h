@@ -38,6 +38,8 @@ class Run {
                             std::chrono::milliseconds wait, std::unique_ptr<platform::InstanceLock>& lock);
 
     store::Vault& vault() noexcept { return *vault_; }
+    /// Goes on with another session, once everything is sealed for it.
+    void adopt(std::unique_ptr<crypto::Session> session);
     settings::Configuration& configuration() noexcept { return configuration_; }
 
   private:

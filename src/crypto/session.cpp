@@ -47,6 +47,13 @@ SessionKey::~SessionKey() {
     secureZero(bytes_.data(), bytes_.size());
 }
 
+bool SessionKey::equals(const SessionKey& other) const noexcept {
+    std::uint8_t difference = 0;
+    for (std::size_t i = 0; i < kSize; ++i)
+        difference = static_cast<std::uint8_t>(difference | (bytes_[i] ^ other.bytes_[i]));
+    return difference == 0;
+}
+
 ChainValue PathIV(std::string_view path) noexcept {
     return hexChain(path);
 }

@@ -24,6 +24,8 @@ class SessionKey {
 
     const std::uint8_t* data() const noexcept { return bytes_.data(); }
     base::ByteView bytes() const noexcept { return bytes_; }
+    /// Whether all bytes are equal, in a time that does not tell how many are.
+    bool equals(const SessionKey& other) const noexcept;
 
   private:
     std::array<std::uint8_t, kSize> bytes_{};

@@ -5,6 +5,7 @@
 
 #include "base/hex_text.h"
 #include "base/record_text.h"
+#include "base/utf8.h"
 #include "crypto/sealed_file.h"
 #include "crypto/secure_zero.h"
 #include "platform/file_copy.h"
@@ -14,6 +15,33 @@
 namespace corvalence::store {
 
 namespace {
+
+constexpr std::uint64_t kBlock = crypto::CipherContext::kBlockSize;
+// A whole record, whatever its length.
+constexpr std::uint64_t kProbe = 40 * kBlock;
+static_assert(kProbe >= base::kLineLimit);
+
+crypto::SecretText unsealPiece(const Vault& vault, platform::File& file, std::uint64_t at,
+                               std::uint64_t length, const crypto::ChainValue& chain) {
+    std::array<std::uint8_t, kProbe> plain{};
+    file.seek(at);
+    crypto::UnsealReader reader(file, length, vault.session.key, chain, crypto::EndRule::exactLength(length));
+    crypto::SecretText text(base::textOf(base::ByteView(plain).first(reader.read(plain))));
+    crypto::secureZero(plain.data(), plain.size());
+    return text;
+}
+
+/// Whether unsealed bytes are text lines. What is unsealed under the wrong key has one control character in
+/// nine bytes; a path may have some, but hardly one in thirty-two. A few bytes may have none by chance, but
+/// they are hardly UTF-8 then.
+bool isText(std::string_view text) noexcept {
+    constexpr std::size_t kFewBytes = 8 * kBlock;
+    if (text.size() <= kFewBytes && !base::isUtf8(text.substr(0, text.rfind('\n')))) return false;
+    const auto odd = std::count_if(text.begin(), text.end(), [](char c) {
+        return static_cast<unsigned char>(c) < 32 && c != '\r' && c != '\n' && c != '\t';
+    });
+    return static_cast<std::size_t>(odd) * 32 <= text.size();
+}
 
 /// Whether unsealed bytes hold a field of a record: a run of hexadecimal digits that ends or begins at a
 /// separator. Records hold digests or times; what is unsealed under the wrong key, or never was sealed, has
@@ -62,23 +90,57 @@ std::optional<std::string> findClaimant(const Vault& vault, const std::vector<In
     return found == records.end() ? std::nullopt : std::optional(found->path);
 }
 
-bool holdsDataOf(const Vault& vault, const IndexRecord& record, const std::string& path) {
-    constexpr std::uint64_t kBlock = crypto::CipherContext::kBlockSize;
+bool holdsDataOf(const Vault& vault, const IndexRecord& record, const std::string& path,
+                 platform::Follow follow) {
     platform::FileSystem& files = vault.platform.files;
-    const auto status = files.status(path, platform::Follow::No);
+    const auto status = files.status(path, follow);
     if (!status || status->kind != platform::FileKind::Regular) return false;
     if (status->size == 0) return true;
     if (status->size % kBlock != 0) return false;
-    std::array<std::uint8_t, 40 * kBlock> plain{};  // a whole record, whatever its length
-    static_assert(sizeof(plain) >= base::kLineLimit);
-    const std::uint64_t length = std::min<std::uint64_t>(status->size, plain.size());
     const auto file = files.openShared(path);
-    crypto::UnsealReader reader(*file, length, vault.session.key, crypto::PathIV(record.path),
-                                crypto::EndRule::exactLength(length));
-    const std::string_view text = base::textOf(base::ByteView(plain).first(reader.read(plain)));
-    const bool holds = holdsField(text);
-    crypto::secureZero(plain.data(), plain.size());
-    return holds || digestFile(files, path) == record.fileDigest;
+    const crypto::SecretText begin =
+        unsealPiece(vault, *file, 0, std::min(status->size, kProbe), crypto::PathIV(record.path));
+    return holdsField(begin.view()) || digestFile(files, path) == record.fileDigest;
+}
+
+bool readsAsText(const Vault& vault, const std::string& path, const crypto::ChainValue& chain) {
+    const auto status = vault.platform.files.status(path, platform::Follow::Yes);
+    if (!status || status->kind != platform::FileKind::Regular || status->size == 0 ||
+        status->size % kBlock != 0)
+        return false;
+    const auto file = vault.platform.files.openShared(path);
+    const crypto::SecretText begin = unsealPiece(vault, *file, 0, std::min(status->size, kProbe), chain);
+    const std::uint64_t last = status->size - kBlock;
+    crypto::ChainValue lastChain = chain;
+    if (last > 0) {
+        file->seek(last - kBlock);
+        file->read(lastChain);
+    }
+    const crypto::SecretText end = unsealPiece(vault, *file, last, kBlock, lastChain);
+    return isText(begin.view()) && end.view().find('\n') != std::string_view::npos;
+}
+
+std::vector<std::string> findEarlierBackups(
+    const Vault& vault, const IndexRecord& record,
+    const std::function<const std::vector<platform::FolderEntry>&(const std::string& folder)>& listing) {
+    const base::PathRules& paths = vault.platform.paths;
+    const std::string present = backupDatabasePath(record.path, vault.configuration, paths);
+    const std::string_view name = paths.fileName(record.path);
+    const std::size_t suffixAt = std::min(name.rfind('.'), name.size());
+    std::vector<std::string> found;
+    for (const std::string_view folder : {paths.folder(record.path), paths.folder(present)}) {
+        for (const platform::FolderEntry& entry : listing(std::string(folder))) {
+            if (entry.name.size() != name.size() + 1) continue;
+            std::string bare = entry.name;
+            bare.erase(suffixAt, 1);
+            const std::string path = std::string(folder) + entry.name;
+            if (!paths.equal(bare, name) || paths.equal(path, present) ||
+                std::find(found.begin(), found.end(), path) != found.end())
+                continue;
+            if (entry.status.size > 0 && holdsDataOf(vault, record, path)) found.push_back(path);
+        }
+    }
+    return found;
 }
 
 void writeBackupDatabase(Vault& vault, const std::string& database) {

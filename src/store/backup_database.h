@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -31,9 +32,21 @@ std::optional<std::string> findClaimant(const Vault& vault, const std::vector<In
 
 /// Whether the file at `path` holds sealed data of the record's database, of whatever age: it has the digest
 /// of the record, or its beginning unseals to fields of records under the session's key. An empty file holds
-/// nobody's data and counts as the database's. False for anything but a regular file. Throws
-/// base::FileFailure.
-bool holdsDataOf(const Vault& vault, const IndexRecord& record, const std::string& path);
+/// nobody's data and counts as the database's. False for anything but a regular file; a link is one where it
+/// is followed. Throws base::FileFailure.
+bool holdsDataOf(const Vault& vault, const IndexRecord& record, const std::string& path,
+                 platform::Follow follow = platform::Follow::No);
+
+/// Whether the file at `path`, or what a link there leads to, unseals under the session's key to text lines,
+/// by its beginning and its end. False for an empty file.
+bool readsAsText(const Vault& vault, const std::string& path, const crypto::ChainValue& chain);
+
+/// The files that hold data of the record's database under a name that another suffix gave its backup
+/// database, beside the database and in the folder where backup databases are put now. `listing` gives a
+/// folder's entries.
+std::vector<std::string> findEarlierBackups(
+    const Vault& vault, const IndexRecord& record,
+    const std::function<const std::vector<platform::FolderEntry>&(const std::string& folder)>& listing);
 
 /// With Config2 at 1, copies the database over its backup database: beside it, flushed, renamed. Throws
 /// BackupPlaceTaken where another database or a foreign file is there, base::FileFailure; what is there is

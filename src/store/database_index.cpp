@@ -72,6 +72,18 @@ std::optional<IndexRecord> DatabaseIndex::findExact(const std::string& databaseP
     return std::nullopt;
 }
 
+crypto::SecretText DatabaseIndex::textWith(
+    const std::function<std::optional<std::string>(const IndexRecord&)>& digestOf) const {
+    crypto::SecretText text;
+    for (const std::string& line : readLines(crypto::kUnsealBackupFolder)) {
+        auto record = IndexRecord::parse(line);
+        const auto digest = record ? digestOf(*record) : std::nullopt;
+        if (digest) record->fileDigest = *digest;
+        text.append(digest ? record->render() : line);
+    }
+    return text;
+}
+
 void DatabaseIndex::appendRecord(const IndexRecord& record) {
     Lines lines = readLines(crypto::kUnsealBackupFolder);
     lines.push_back(record.render());

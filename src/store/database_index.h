@@ -35,6 +35,11 @@ class DatabaseIndex {
     /// The record whose path is exactly this one.
     std::optional<IndexRecord> findExact(const std::string& databasePath) const;
 
+    /// The whole list as it is to be sealed, with the digests that `digestOf` has for its records; a record
+    /// for which it has none, and a line that is no record, stay as they are.
+    crypto::SecretText textWith(
+        const std::function<std::optional<std::string>(const IndexRecord&)>& digestOf) const;
+
     void appendRecord(const IndexRecord& record);
     /// Puts a new digest into the line's fifth field; the other fields stay. Nothing happens without a hit.
     void updateDigest(const std::string& databasePath, const std::string& digest);

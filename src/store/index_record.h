@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "base/file_time.h"
 #include "crypto/digest_code.h"
@@ -32,6 +33,9 @@ struct IndexRecord {
     std::string fileDigest;  // MD5 of the sealed file, 32 hexadecimal characters
     std::optional<base::FileTime> lastCheck;
 
+    /// Files beside the database that a kind of this record's may keep, by their paths. They are sealed under
+    /// their own paths; not every database has them.
+    std::vector<std::string> siblingPaths() const;
     /// The line, its bare line feed included.
     std::string render() const;
     /// Nothing where the line is no record: fewer than five fields, a digest that is not 32 hexadecimal

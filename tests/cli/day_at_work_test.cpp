@@ -346,6 +346,36 @@ TEST(DayAtWork, detailsAndListsShowWhatTheRecordsHold) {
                                                    "\t12:30:05   29.2.2024\t12:30:05   29.2.2024\tok\n");
 }
 
+TEST(DayAtWork, recentDatabasesAreListedLatestFirst) {
+    Console console;
+    console.begin();
+    for (const char* name : {"two", "three"})
+        console.done({"create", "file-contents", name});
+    console.done({"check", "db"});
+    const auto recent = [&] {
+        std::string names;
+        const auto document = console.done({"databases", "--recent", "--json"}).json();
+        for (const auto& database : document.at("databases"))
+            names += std::to_string(database.at("recent").get<int>()) +
+                     database.at("path").get<std::string>().substr(console.home("Databases").size()) + " ";
+        return native(names);
+    };
+    EXPECT_EQ(recent(), native("1/db 2/three 3/two "));
+    console.input = "secret\nnew\nnew\n";
+    console.done({"password"});
+    console.input = "new\n";
+    console.done({"check", "two"});
+    console.done({"delete", "db", "--yes"});
+    EXPECT_EQ(recent(), native("1/two 2/three "));
+    console.done({"config", "set", "recent-count", "1"});
+    EXPECT_EQ(recent(), native("1/two "));
+    const auto all = console.done({"databases", "--json"}).json().at("databases");
+    EXPECT_EQ(all.size(), 2U);
+    EXPECT_TRUE(all[1].at("recent").is_null());
+    console.done({"config", "set", "Config7", "0"});
+    EXPECT_EQ(console.done({"databases", "--recent"}).out, "");
+}
+
 TEST(DayAtWork, namesThatAParserCouldTakeForSomethingElse) {
     Console console;
     console.done({"init"});

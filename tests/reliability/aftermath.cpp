@@ -6,6 +6,7 @@
 #include <filesystem>
 
 #include "schedule/schedule_list.h"
+#include "store/backup_database.h"
 #include "store/database_index.h"
 
 namespace corvalence::test {
@@ -49,7 +50,9 @@ int expectDatabasesWhole(World& world) {
         EXPECT_TRUE(result == store::OpenResult::Opened || result == store::OpenResult::Restored)
             << name << ": " << world.machine.ui.transcript();
         if (result == store::OpenResult::Restored) ++recovered;
-        EXPECT_TRUE(readWholeFile(record.path) == readWholeFile(record.path + "~")) << name;
+        const std::string backup =
+            store::backupDatabasePath(record.path, world.configuration(), world.platform.paths);
+        EXPECT_TRUE(readWholeFile(record.path) == readWholeFile(backup)) << name;
         const std::size_t atLeast = name == "db" ? 3 : name == "other" ? 1 : 0;
         EXPECT_GE(world.records(name).size(), atLeast) << name;
     }
@@ -129,9 +132,11 @@ void Stage::reset() const {
 
 int expectNothingLost(World& world, const Stage& stage, const Scenario& scenario) {
     world.machine.faults.clear();
+    world.password.other = kNewPassword;
     world.machine.ui.answers.assign(100, true);
     EXPECT_EQ(world.start(), core::StartResult::Ready) << world.machine.ui.transcript();
     if (testing::Test::HasFailure()) return 0;
+    if (scenario.expectHeld != nullptr) scenario.expectHeld(world);
     expectClean(world, scenario);
     const int recovered = expectDatabasesWhole(world);
     expectFilesKept(world, stage, scenario);

@@ -61,8 +61,10 @@ TEST_P(Kill, AtAnyPointLosesNothing) {
         if (operation % 3 == 0) runChild("start", operation / 3 % 12 + 1);
         World world(stage.folder());
         if (code == 0) {
+            world.password.other = kNewPassword;
             ASSERT_EQ(world.start(), core::StartResult::Ready);
             EXPECT_TRUE(scenario.isDone(world));
+            if (scenario.expectHeld != nullptr) scenario.expectHeld(world);
             break;
         }
         recovered += expectNothingLost(world, stage, scenario);
@@ -137,6 +139,7 @@ class Failing : public Campaign {
             EXPECT_TRUE(std::filesystem::exists(world.path(name))) << name << " is not in its place";
         if (claimed) {
             world.machine.faults.clear();
+            world.password.other = kNewPassword;
             EXPECT_EQ(world.start(), core::StartResult::Ready);
             EXPECT_TRUE(scenario.isDone(world)) << "not done, though it was said";
         } else {

@@ -1,5 +1,7 @@
 #include "scenarios.h"
 
+#include <gtest/gtest.h>
+
 #include <algorithm>
 #include <filesystem>
 #include <iterator>
@@ -149,6 +151,60 @@ bool isStamped(World& world) {
 
 void nothing(World&) {}
 
+struct SealedText {
+    const char* name;
+    crypto::ChainValue crypto::ChainValues::*chain;
+    const char* text;
+};
+constexpr SealedText kSealedTexts[] = {
+    {"Reports/saved", &crypto::ChainValues::IndexIV,
+     "/etc/a report\x7F"
+     "A\x7F\r\n"},
+    {"Checking Schedule/Scheduled Checking Log File", &crypto::ChainValues::LogIV, "a line of the log\r\n"},
+};
+
+/// Backups of every kind, backup databases in a folder of their own, and all other sealed files.
+void sealEverything(World& world) {
+    fs::create_directories(world.data("elsewhere"));
+    world.set(settings::key::kBackupSameAsDatabase, "0");
+    world.set(settings::key::kBackupDatabaseFolder, world.data("elsewhere"));
+    world.write("c", recordedContent("c"));
+    world.add({"c"});
+    world.add({"c"}, "other");
+    world.set(settings::key::kEncryptBackups, std::string(kPlain));
+    world.write("open", "for everybody\n");
+    world.create("plain");
+    world.add({"open"}, "plain");
+    world.set(settings::key::kEncryptBackups, std::string(kSealed));
+    const crypto::Session& session = world.vault().session;
+    for (const SealedText& file : kSealedTexts)
+        crypto::sealFile(world.vault().working, file.text, world.data(file.name), session.key,
+                         session.chains.*file.chain);
+}
+Claim changePassword(World& world) {
+    const auto outcome = world.changePassword(std::string(kNewPassword), {world.data("Reports/saved")});
+    return claimOf(world, outcome.result == core::PasswordChangeResult::Changed);
+}
+bool isPasswordChanged(World& world) {
+    return world.vault().session.key.equals(crypto::SessionKey(kNewPassword));
+}
+void expectSealedByThePassword(World& world) {
+    const crypto::Session& session = world.vault().session;
+    for (const SealedText& file : kSealedTexts) {
+        EXPECT_EQ(crypto::unsealText(world.machine.files, world.data(file.name), session.key,
+                                     session.chains.*file.chain, crypto::kUnsealBackupFolder)
+                      .view(),
+                  file.text);
+    }
+    world.write("open", "spoilt");
+    const auto records = world.records("plain");
+    ASSERT_EQ(records.size(), 1U);
+    EXPECT_TRUE(files::FileRestore(world.vault(), world.context())
+                    .restoreFile(records[0], RestoreChoice::DeleteChangedFile)
+                    .restored);
+    EXPECT_EQ(world.read("open"), "for everybody\n");
+}
+
 constexpr Scenario kScenarios[] = {
     {"create", kSealed, Files::Stay, nothing, create, isCreated},
     {"add", kSealed, Files::Stay, writeNew, add, isAdded},
@@ -165,6 +221,8 @@ constexpr Scenario kScenarios[] = {
     {"delete", kSealed, Files::Stay, nothing, deleteDatabase, isDeleted},
     {"recover", kSealed, Files::Stay, damageDatabase, recover, isRecovered},
     {"stamp", kSealed, Files::Stay, nothing, stamp, isStamped},
+    {"password", kSealed, Files::Stay, sealEverything, changePassword, isPasswordChanged,
+     expectSealedByThePassword},
 };
 
 void writeSchedule(World& world) {

@@ -29,10 +29,15 @@ struct Scenario {
     Claim (*act)(World&);
     /// Whether the action has come about as a whole.
     bool (*isDone)(World&);
+    /// What else holds after every start, however far the action came; may be null.
+    void (*expectHeld)(World&) = nullptr;
 };
 
 std::span<const Scenario> scenarios();
 const Scenario& scenarioOf(std::string_view name);
+
+/// The password that the world's own one is changed to.
+inline constexpr std::string_view kNewPassword = "sesame, open";
 
 /// The content that the files of a prepared world had when they were recorded.
 std::string recordedContent(std::string_view name);

@@ -18,12 +18,6 @@ using store::DeletionResult;
 using store::OpenResult;
 namespace fs = std::filesystem;
 
-void flipByte(const std::string& path, std::size_t at = 3) {
-    std::string bytes = readWholeFile(path);
-    bytes.at(at) = static_cast<char>(bytes.at(at) ^ 0x20);
-    writeWholeFile(path, bytes);
-}
-
 /// A world with a database of one file.
 class OneDatabase : public testing::Test {
   protected:

@@ -86,4 +86,10 @@ std::string readWholeFile(const std::string& path) {
     return content.value_or("");
 }
 
+void flipByte(const std::string& path, std::size_t at) {
+    std::string bytes = readWholeFile(path);
+    bytes.at(at) = static_cast<char>(bytes.at(at) ^ 0x20);
+    writeWholeFile(path, bytes);
+}
+
 }  // namespace corvalence::test

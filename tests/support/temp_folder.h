@@ -43,5 +43,7 @@ void writeWholeFile(const std::string& path, std::string_view content);
 std::string readWholeFile(const std::string& path);
 /// Empty where the file cannot be opened, as somebody holds it.
 std::optional<std::string> readIfOpen(const std::string& path);
+/// Changes one bit of a file.
+void flipByte(const std::string& path, std::size_t at = 3);
 
 }  // namespace corvalence::test

@@ -72,6 +72,13 @@ core::StartResult World::start() {
     return core::Run::start(platform, password, std::chrono::milliseconds(0), run_);
 }
 
+core::PasswordChangeOutcome World::changePassword(const std::string& chosen,
+                                                  std::vector<std::string> savedReports) {
+    ScriptedPasswordChange dialog;
+    dialog.entries.push_back({password.password, chosen, chosen});
+    return core::changePassword(run(), dialog, std::move(savedReports));
+}
+
 std::string World::write(std::string_view name, std::string_view content) {
     std::filesystem::create_directories(fsPath(path(name)).parent_path());
     writeWholeFile(path(name), content);
@@ -140,7 +147,8 @@ files::RestoreResult World::restore(std::string_view name, files::RestoreChoice 
 }
 
 std::vector<std::string> World::leftovers(std::string_view secret) const {
-    constexpr std::string_view kMarks[] = {"123456789z", "123456789s", "987654321z", ".Ntemp", ".Ptemp"};
+    constexpr std::string_view kMarks[] = {"123456789z", "123456789s", "123456789n",
+                                           "987654321z", ".Ntemp",     ".Ptemp"};
     std::vector<std::string> found;
     for (const auto& entry : std::filesystem::recursive_directory_iterator(root_)) {
         if (!entry.is_regular_file()) continue;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <deque>
 #include <memory>
 #include <optional>
 #include <string>
@@ -7,6 +8,7 @@
 #include <vector>
 
 #include "core/installation.h"
+#include "core/password_change.h"
 #include "core/start.h"
 #include "files/add_pipeline.h"
 #include "files/check.h"
@@ -34,18 +36,54 @@ class AdministratorProcess : public platform::Process {
     platform::Process& inner_;
 };
 
-/// Gives the same password every time; leaves when it is refused.
+/// Gives the same password every time; leaves when it is refused, and the other one as well.
 class OnePassword : public core::PasswordDialog {
   public:
     std::string password = "open sesame";
     int asked = 0;
     bool wasChoosing = false;
+    /// Given where the first one is refused; none while it is empty.
+    std::string other;
 
     std::optional<crypto::SecretText> show(bool choosing, bool again) override {
         ++asked;
         wasChoosing = choosing;
-        if (again) return std::nullopt;
-        return crypto::SecretText(password);
+        if (again && (other.empty() || wasOtherGiven_)) return std::nullopt;
+        wasOtherGiven_ = again;
+        return crypto::SecretText(again ? other : password);
+    }
+
+  private:
+    bool wasOtherGiven_ = false;
+};
+
+/// A user at the dialog about a change of the password, who fills it in as written down, and then leaves.
+class ScriptedPasswordChange : public core::PasswordChangeDialog {
+  public:
+    struct Entry {
+        std::string current, chosen, confirmation;
+    };
+    std::deque<Entry> entries;
+    std::deque<std::string> reports;
+    std::vector<std::string> shown;  // the fields at each showing, as "current/chosen/confirmation"
+
+    bool show(core::PasswordEntry& entry) override {
+        std::string fields;
+        for (const crypto::SecretText* field : {&entry.current, &entry.chosen, &entry.confirmation})
+            fields.append(field->view()) += "/";
+        shown.push_back(fields);
+        if (entries.empty()) return false;
+        entry.current = crypto::SecretText(entries.front().current);
+        entry.chosen = crypto::SecretText(entries.front().chosen);
+        entry.confirmation = crypto::SecretText(entries.front().confirmation);
+        entries.pop_front();
+        return true;
+    }
+    std::optional<std::string> selectReport() override {
+        if (reports.empty()) return std::nullopt;
+        std::string report = reports.front();
+        reports.pop_front();
+        return report;
     }
 };
 
@@ -92,6 +130,7 @@ class World {
     core::InstallResult install() { return core::install(platform, data("")); }
     core::StartResult start();
     void stop() { run_.reset(); }
+    core::Run& run() { return *run_; }
     store::Vault& vault() { return run_->vault(); }
     settings::Configuration& configuration() { return run_->configuration(); }
     void set(std::string_view key, const std::string& text) { configuration().write(key, text); }
@@ -119,6 +158,9 @@ class World {
     /// Files below the whole world that are working files by their names, or hold `secret` in plain outside
     /// "files".
     std::vector<std::string> leftovers(std::string_view secret = {}) const;
+
+    core::PasswordChangeOutcome changePassword(const std::string& chosen,
+                                               std::vector<std::string> savedReports = {});
 
   private:
     platform::Platform platformWith(platform::SettingsStore& settings);

@@ -115,6 +115,24 @@ TEST_P(FullDisk, LetsFilesBeCheckedAndRestoredWhereNothingMoreFits) {
     expectListed(listed);
 }
 
+TEST_P(FullDisk, KeepsThePasswordUntilThereIsRoomForAnother) {
+    const int listed = addUntilFull();
+    disk.resize("1m");
+    // Containers that hold nothing sealed stay as they are, and the rest is small.
+    if (std::string_view(GetParam()) == "N") {
+        const auto failure = failureOf([&] { world->changePassword("another"); });
+        ASSERT_TRUE(failure);
+        EXPECT_EQ(failure->cause(), base::Cause::DiskFull);
+        ASSERT_EQ(world->start(), core::StartResult::Ready);
+        expectListed(listed);
+    }
+    disk.resize("8m");
+    EXPECT_EQ(world->changePassword("another").result, core::PasswordChangeResult::Changed);
+    world->password.password = "another";
+    ASSERT_EQ(world->start(), core::StartResult::Ready);
+    expectListed(listed);
+}
+
 INSTANTIATE_TEST_SUITE_P(Reliability, FullDisk, testing::Values("N", "P"));
 
 }  // namespace

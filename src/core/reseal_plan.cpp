@@ -1,0 +1,219 @@
+#include "core/reseal_plan.h"
+
+#include <algorithm>
+#include <array>
+#include <map>
+#include <set>
+
+#include "files/backup_reseal.h"
+#include "schedule/schedule_list.h"
+#include "store/backup_database.h"
+#include "store/backup_pair.h"
+#include "store/database_digest.h"
+#include "store/database_index.h"
+
+namespace corvalence::core {
+
+namespace {
+
+namespace key = settings::key;
+using store::IndexRecord;
+
+constexpr std::uint64_t kBlock = crypto::CipherContext::kBlockSize;
+
+// In the root of the installation; the sealed one bears the suffix.
+constexpr std::array<std::string_view, 5> kReports = {
+    "DirChk123456789z", "FileChk123456789z", "PermsChk123456789z", "RegChk123456789z", "ServsChk123456789z"};
+constexpr std::array<std::string_view, 2> kLogs = {"Scheduled Checking Log File",
+                                                   "Scheduled Checking Log File~"};
+
+class Planner {
+  public:
+    explicit Planner(store::Vault& vault)
+        : vault_(vault), files_(vault.platform.files), records_(store::DatabaseIndex(vault).records()) {}
+
+    ResealPlan plan(const std::vector<std::string>& savedReports) {
+        // Each place is claimed once; whose it is first of all comes first.
+        const std::string index = store::DatabaseIndex(vault_).path();
+        claim(index);
+        files_.openExclusive(index);
+        for (const IndexRecord& record : records_)
+            addOfDatabase(record, record.path);
+        for (const IndexRecord& record : records_)
+            addPair(record);
+        for (const IndexRecord& record : records_)
+            addBackup(record);
+        for (const IndexRecord& record : records_)
+            addSiblings(record);
+        addFixedFiles();
+        for (const std::string& report : savedReports)
+            addText({report, vault_.session.chains.IndexIV, {}, true});
+        for (const IndexRecord& record : records_)
+            noteEarlierBackups(record);
+        return std::move(plan_);
+    }
+
+  private:
+    bool isThere(const std::string& path) { return files_.status(path, platform::Follow::Yes).has_value(); }
+
+    /// What stands at a path and is nobody's yet: it becomes the caller's. Nothing where nothing does.
+    std::optional<platform::FileStatus> claim(const std::string& path) {
+        const auto status = files_.status(path, platform::Follow::Yes);
+        if (!status || status->kind != platform::FileKind::Regular || status->size == 0) return std::nullopt;
+        if (!claimed_.insert(placeOf(path)).second) return std::nullopt;
+        return status;
+    }
+
+    /// The same for every path that leads to the same name in the same folder.
+    std::pair<platform::FileIdentity, std::string> placeOf(const std::string& path) {
+        const base::PathRules& paths = vault_.platform.paths;
+        const auto folder = files_.status(std::string(paths.folder(path)), platform::Follow::Yes);
+        return {folder ? folder->identity : platform::FileIdentity{},
+                paths.comparisonKey(paths.fileName(path))};
+    }
+
+    void leave(const std::string& path, std::string_view why) {
+        plan_.left.push_back({path, path + std::string(why)});
+    }
+
+    void add(store::ResealTarget target) {
+        // One that cannot be read, or is protected from being replaced, ends the change here.
+        files_.openExclusive(target.path);
+        const auto status = files_.status(target.path, platform::Follow::No);
+        if (status && status->kind == platform::FileKind::Link) {
+            leave(target.path,
+                  " was a link. The file sealed with the new password stands in its place; the one that it "
+                  "led to stays under the old one.");
+        }
+        plan_.targets.push_back(std::move(target));
+    }
+
+    /// The database's own file, or its backup database. One that is damaged is told as changed already, and
+    /// is again afterwards.
+    void addOfDatabase(const IndexRecord& record, const std::string& path) {
+        const auto status = claim(path);
+        if (!status) return;
+        if (status->size % kBlock != 0) {
+            leave(path, " is damaged and stays under the old password.");
+        } else if (isOf(record, path)) {
+            add({path, crypto::PathIV(record.path)});
+        } else {
+            leave(path, " does not hold what this database wrote there, and is left as it is.");
+        }
+    }
+
+    void addBackup(const IndexRecord& record) {
+        const base::PathRules& paths = vault_.platform.paths;
+        const std::string backup = store::backupDatabasePath(record.path, vault_.configuration, paths);
+        const bool hasPlace = !paths.folder(backup).empty();
+        if (hasPlace) addOfDatabase(record, backup);
+        if (isThere(record.path)) return;
+        const bool isKept =
+            hasPlace && isThere(backup) && store::digestFile(files_, backup) == record.fileDigest;
+        if (!isKept) plan_.missing.push_back(record.path);
+    }
+
+    bool isOf(const IndexRecord& record, const std::string& path) {
+        // Lists of files have digests and times in every line, which tells more than that it is text.
+        const bool isList = record.kind == store::DatabaseKind::Numbered;
+        return (!isList && store::readsAsText(vault_, path, crypto::PathIV(record.path))) ||
+               store::holdsDataOf(vault_, record, path, platform::Follow::Yes);
+    }
+
+    void addPair(const IndexRecord& record) {
+        if (record.kind != store::DatabaseKind::Numbered) return;
+        const store::BackupPair pair = store::backupPair(vault_.configuration, record.number);
+        const bool hasList = claim(pair.index).has_value();
+        const bool hasContainer = claim(pair.file).has_value();
+        if (!hasList) {
+            const auto database = files_.status(record.path, platform::Follow::Yes);
+            // Without a listed file it is what an add that was ended by force left behind.
+            if (hasContainer && database && database->size > 0) {
+                leave(pair.file, " has lost its list. Sealed backups in it stay under the old password.");
+            }
+            return;
+        }
+        try {
+            for (store::ResealTarget& target : files::resealTargets(vault_, pair))
+                add(std::move(target));
+        } catch (const base::FileFailure& failure) {
+            if (failure.cause() != base::Cause::InvalidFile) throw;
+            plan_.damaged.push_back(pair.index);
+        }
+    }
+
+    void addSiblings(const IndexRecord& record) {
+        for (const std::string& path : record.siblingPaths()) {
+            if (!claim(path)) continue;
+            const crypto::ChainValue chain = crypto::PathIV(path);
+            if (store::readsAsText(vault_, path, chain)) {
+                add({path, chain});
+            } else {
+                leave(path, " holds nothing of the database " + record.path + " and is left as it is.");
+            }
+        }
+    }
+
+    void addText(store::ResealTarget target) {
+        const auto status = claim(target.path);
+        if (!status) return;
+        if (status->size % kBlock != 0) {
+            plan_.damaged.push_back(target.path);
+        } else {
+            add(std::move(target));
+        }
+    }
+
+    void addFixedFiles() {
+        const crypto::ChainValues& chains = vault_.session.chains;
+        addText({schedule::ScheduleList(vault_).path(), chains.ScheduleIV});
+        for (const std::string_view log : kLogs)
+            addText({vault_.configuration.folder(key::kScheduleDirectory).append(log), chains.LogIV});
+        const std::string root = vault_.configuration.folder(key::kInstallDirectory);
+        addText({root + "Permissions", chains.LogIV});
+        for (const std::string_view report : kReports)
+            addText({std::string(root).append(report), chains.IndexIV});
+    }
+
+    void noteEarlierBackups(const IndexRecord& record) {
+        const auto listing = [this](const std::string& folder) -> const std::vector<platform::FolderEntry>& {
+            const auto [found, isNew] = listings_.try_emplace(folder);
+            const auto status = folder.empty() ? std::nullopt : files_.status(folder, platform::Follow::Yes);
+            if (isNew && status && status->kind == platform::FileKind::Folder)
+                found->second = files_.list(folder);
+            return found->second;
+        };
+        for (const std::string& path : store::findEarlierBackups(vault_, record, listing)) {
+            if (claim(path)) {
+                leave(path,
+                      " is a backup database from before the settings were changed. It stays under the old "
+                      "password.");
+            }
+        }
+    }
+
+    store::Vault& vault_;
+    platform::FileSystem& files_;
+    std::vector<IndexRecord> records_;
+    std::set<std::pair<platform::FileIdentity, std::string>> claimed_;
+    std::map<std::string, std::vector<platform::FolderEntry>> listings_;
+    ResealPlan plan_;
+};
+
+}  // namespace
+
+ResealPlan planReseal(store::Vault& vault, const std::vector<std::string>& savedReports) {
+    return Planner(vault).plan(savedReports);
+}
+
+std::optional<std::string> findReportFault(const store::Vault& vault, const std::string& path) {
+    const auto status = vault.platform.files.status(path, platform::Follow::No);
+    if (status && status->kind == platform::FileKind::Link)
+        return path + " is a link. Name the report that it leads to.";
+    if (status && status->kind == platform::FileKind::Regular &&
+        (status->size == 0 || store::readsAsText(vault, path, vault.session.chains.IndexIV)))
+        return std::nullopt;
+    return path + " does not appear to be a Corvalence report that the current password opens.";
+}
+
+}  // namespace corvalence::core
