@@ -212,14 +212,16 @@ TEST_F(Analysis, TellsWhatIsWrongWithTheBackupAndRepairsNothing) {
 
 TEST_F(Analysis, AFileThatIsGoneOrShrinksHasFewerRows) {
     begin(std::string(300'000, 'x'));
-    FileAnalysis analysis = open();
-    std::filesystem::resize_file(record.path, 100'000);
-    EXPECT_EQ(analysis.row(Side::Now, AnalysisView::Text, 781)->ascii, std::string(32, 'x'));
-    EXPECT_EQ(analysis.mark(AnalysisView::Text, 781), RowMark::Differs);
-    EXPECT_FALSE(analysis.row(Side::Now, AnalysisView::Text, 782));
-    EXPECT_FALSE(analysis.mark(AnalysisView::Text, 2000));
-    EXPECT_TRUE(analysis.row(Side::Backup, AnalysisView::Text, 2000));
-    EXPECT_EQ(differing(analysis, AnalysisView::Text).size(), 2344U - 781U);
+    {
+        FileAnalysis analysis = open();
+        std::filesystem::resize_file(record.path, 100'000);
+        EXPECT_EQ(analysis.row(Side::Now, AnalysisView::Text, 781)->ascii, std::string(32, 'x'));
+        EXPECT_EQ(analysis.mark(AnalysisView::Text, 781), RowMark::Differs);
+        EXPECT_FALSE(analysis.row(Side::Now, AnalysisView::Text, 782));
+        EXPECT_FALSE(analysis.mark(AnalysisView::Text, 2000));
+        EXPECT_TRUE(analysis.row(Side::Backup, AnalysisView::Text, 2000));
+        EXPECT_EQ(differing(analysis, AnalysisView::Text).size(), 2344U - 781U);
+    }
     std::filesystem::remove(record.path);
     FileAnalysis gone = open();
     EXPECT_EQ(gone.nowFailure(), "FileNotFound.");
