@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <charconv>
 #include <map>
+#include <new>
 #include <utility>
 
 #include "base/hex_text.h"
@@ -89,7 +90,8 @@ TemporaryFile::~TemporaryFile() {
     try {
         discard();
     } catch (const base::FileFailure&) {
-        // The journal still names the file, so the next start ends it.
+        // The journal still names the file, so the next start ends it, if this run does not.
+        owner_->leaveBehind(*this);
     }
 }
 
@@ -193,9 +195,7 @@ TemporaryFile WorkingFiles::create(std::string_view kind, const std::string& pat
     const std::string name = temporaryName(path, suffix);
     const std::string reached = via.empty() ? name : via + std::string(paths_.fileName(name));
     // Asked first, so that a file of the user's is never in the journal, not even as an intent.
-    if (files_.status(reached, platform::Follow::No)) {
-        throw NameTaken(name);
-    }
+    if (files_.status(reached, platform::Follow::No) && !endLeftBehind(reached)) throw NameTaken(name);
     record({kIntent, name});
     ++live_;
     std::unique_ptr<platform::File> file;
@@ -211,6 +211,28 @@ TemporaryFile WorkingFiles::create(std::string_view kind, const std::string& pat
     // Plain data must not reach the disk before the line that will have it wiped.
     journal_->flush();
     return temporary;
+}
+
+void WorkingFiles::leaveBehind(const TemporaryFile& file) noexcept {
+    try {
+        leftBehind_.push_back({file.path_, file.recordedAs_, file.plain_});
+    } catch (const std::bad_alloc&) {
+        // Then its name is taken until the next start.
+    }
+}
+
+bool WorkingFiles::endLeftBehind(const std::string& path) {
+    const auto found = std::find_if(leftBehind_.begin(), leftBehind_.end(),
+                                    [&](const LeftBehind& file) { return file.path == path; });
+    if (found == leftBehind_.end()) return false;
+    if (found->plain) {
+        wipeFile(files_, path);
+    } else {
+        files_.remove(path);
+    }
+    finished(found->recordedAs);
+    leftBehind_.erase(found);
+    return true;
 }
 
 void WorkingFiles::record(std::initializer_list<std::string_view> fields) {

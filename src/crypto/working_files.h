@@ -107,7 +107,8 @@ class WorkingFiles {
     void pendingSettled() noexcept;
 
     /// A new file at `path` + `suffix` for plain data. A name too long for the file system is shortened to
-    /// one that is the same every time. Throws NameTaken where something stands at that name. `via`, where
+    /// one that is the same every time. Throws NameTaken where something stands at that name; what this run
+    /// itself could not end there is ended first, or its failure thrown again. `via`, where
     /// given, is a folder (with a closing separator) by which the file's folder is reached.
     TemporaryFile createPlain(const std::string& path, std::string_view suffix, const std::string& via = {});
     /// The same for sealed data.
@@ -148,6 +149,8 @@ class WorkingFiles {
     void finished(const std::string& path) noexcept;
     void noteCommit();
     bool isCommitTakenBack() noexcept;
+    void leaveBehind(const TemporaryFile& file) noexcept;
+    bool endLeftBehind(const std::string& path);
     void carryOnMoves();
     std::vector<Leftover> readJournal();
     void clear(const Leftover& leftover);
@@ -158,6 +161,12 @@ class WorkingFiles {
     base::PathRules paths_;
     std::unique_ptr<platform::File> journal_;
     std::size_t live_ = 0;
+    struct LeftBehind {
+        std::string path;
+        std::string recordedAs;
+        bool plain;
+    };
+    std::vector<LeftBehind> leftBehind_;  // by this run
     std::vector<PendingSave> pendingSaves_;
     std::vector<PendingDeletion> pendingDeletions_;
     std::vector<std::string> uncleared_;

@@ -97,6 +97,21 @@ TEST_F(WorkingFilesTest, NeverTouchAFileThatHasTheirName) {
     EXPECT_EQ(machine.folder.read("db.plain"), "mine");
 }
 
+// What cannot be overwritten on a full disk must not be in its own way afterwards, nor be told as the user's.
+TEST_F(WorkingFilesTest, AreEndedByTheSameRunOnceThatCanBe) {
+    {
+        auto plain = run->createPlain(machine.folder / "db", ".plain");
+        plain.file().write(base::bytesOf("secret"));
+        machine.faults.failAt(1, base::Cause::DiskFull, FaultPlan::Lasts::FromThere);
+    }
+    EXPECT_EQ(causeOf([&] { run->createPlain(machine.folder / "db", ".plain"); }), base::Cause::DiskFull);
+    machine.faults.clear();
+    fs::create_hard_link(machine.folder / "db.plain", machine.folder / "plain link");
+    run->createPlain(machine.folder / "db", ".plain");
+    EXPECT_EQ(machine.folder.read("plain link"), std::string(6, '\xFF'));
+    EXPECT_EQ(fs::file_size(journal), 0U);
+}
+
 TEST_F(WorkingFilesTest, GetAShortNameThatIsTheSameEveryTime) {
     const std::string longest = machine.folder / std::string(machine.files.nameLimit(), 'n');
     const std::string path = run->createPlain(longest, ".plain").path();
