@@ -1,3 +1,5 @@
+#include <sstream>
+
 #include "cli/commands.h"
 #include "cli/console_text.h"
 #include "cli/json_writer.h"
@@ -49,6 +51,18 @@ void writeKey(Context& context, const settings::ConfigurationKey& row, const std
     writeMembers(json, row, text);
 }
 
+/// A text from the command line with its paths absolute.
+std::string enteredText(Context& context, const settings::ConfigurationKey& row, const std::string& text) {
+    if (row.form == settings::Form::Path) return text.empty() ? text : absolutePath(context, text);
+    if (row.form != settings::Form::Paths) return text;
+    std::string paths;
+    std::istringstream lines(text);
+    for (std::string line; std::getline(lines, line);) {
+        if (!line.empty()) paths += (paths.empty() ? "" : "\n") + absolutePath(context, line);
+    }
+    return paths;
+}
+
 }  // namespace
 
 ExitCode runConfigList(Context& context) {
@@ -88,9 +102,8 @@ ExitCode runConfigGet(Context& context, const ConfigArguments& arguments) {
 ExitCode runConfigSet(Context& context, const ConfigArguments& arguments) {
     requireInstallation(context);
     const settings::ConfigurationKey& row = findKey(arguments.key);
-    const bool isPath = row.form == settings::Form::Path && !arguments.text.empty();
-    const std::string text = settings::storedText(
-        row, isPath ? absolutePath(context, arguments.text) : arguments.text, context.platform.paths);
+    const std::string text =
+        settings::storedText(row, enteredText(context, row, arguments.text), context.platform.paths);
     settings::Configuration configuration(context.platform.settings, context.ui);
     const auto lock = lockInstallation(context, presentRoot(context, configuration));
     if (const auto fault = settings::findChangeFault(context.platform, row, text))

@@ -21,8 +21,9 @@ struct SealedFileRow {
 };
 
 // The sealed files that exist from the start, empty; a reset empties them again.
-constexpr std::array<SealedFileRow, 4> kSealedFiles = {{
+constexpr std::array<SealedFileRow, 5> kSealedFiles = {{
     {key::kBackupFilesDirectory, "Backup Files", "Database Index"},
+    {key::kBackupFilesDirectory, "Backup Files", "Component Index"},
     {key::kScheduleDirectory, "Checking Schedule", "Scheduled Checking Log File"},
     {key::kScheduleDirectory, "Checking Schedule", "Scheduled Checking Log File~"},
     {key::kScheduleDirectory, "Checking Schedule", "Database Checking Schedule"},

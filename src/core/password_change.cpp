@@ -1,6 +1,7 @@
 #include "core/password_change.h"
 
 #include "store/backup_database.h"
+#include "store/component_index.h"
 #include "store/database_index.h"
 #include "store/recent_list.h"
 #include "store/reseal_pass.h"
@@ -87,25 +88,22 @@ bool wantsToGoOn(platform::UserInterface& ui, const ResealPlan& plan) {
                       "the password without them?");
 }
 
-/// A record keeps its digest unless it is that of the database or of its backup database: one that was
-/// changed behind the program's back has to be told as changed afterwards as well.
-crypto::SecretText indexText(const store::Vault& vault, const store::DatabaseIndex& index,
-                             const store::ResealPass& pass) {
-    return index.textWith([&](const store::IndexRecord& record) {
-        const auto digest = pass.digestNow(record.path, record.fileDigest);
-        return digest ? digest
-                      : pass.digestNow(
-                            store::backupDatabasePath(record.path, vault.configuration, vault.platform.paths),
-                            record.fileDigest);
-    });
+/// A record keeps its digest unless it is that of its file or of the file's backup: one that was changed
+/// behind the program's back has to be told as changed afterwards as well.
+std::optional<std::string> digestNow(const store::Vault& vault, const store::ResealPass& pass,
+                                     const std::string& path, const std::string& before) {
+    if (auto digest = pass.digestNow(path, before)) return digest;
+    return pass.digestNow(store::backupDatabasePath(path, vault.configuration, vault.platform.paths), before);
 }
 
 /// False where the user cancelled.
 bool resealAll(store::Vault& vault, const crypto::Session& next, const ResealPlan& plan) {
     const store::DatabaseIndex index(vault);
+    const store::ComponentIndex components(vault);
     const crypto::ChainValue chain = vault.session.chains.IndexIV;
     std::vector<store::ResealTarget> all = plan.targets;
     all.push_back({index.path(), chain});
+    all.push_back({components.path(), chain});
     store::requireRoom(vault, all);
 
     store::ResealPass pass(vault, next);
@@ -114,8 +112,14 @@ bool resealAll(store::Vault& vault, const crypto::Session& next, const ResealPla
             vault.platform.ui.openProgress("Applying Password Change To All Relevant Files ...");
         if (!pass.reseal(plan.targets, *progress)) return false;
     }
+    const crypto::SecretText others = components.textWith([&](const store::SealedFileRecord& record) {
+        return digestNow(vault, pass, record.path, record.digest);
+    });
+    if (!others.empty()) pass.seal(components.path(), others.view(), chain);
     // An index of 0 bytes lists nothing, and any password opens it.
-    const crypto::SecretText text = indexText(vault, index, pass);
+    const crypto::SecretText text = index.textWith([&](const store::IndexRecord& record) {
+        return digestNow(vault, pass, record.path, record.fileDigest);
+    });
     if (!text.empty()) pass.seal(index.path(), text.view(), chain);
     try {
         pass.commit();

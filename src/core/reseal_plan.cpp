@@ -9,7 +9,9 @@
 #include "schedule/schedule_list.h"
 #include "store/backup_database.h"
 #include "store/backup_pair.h"
+#include "store/component_index.h"
 #include "store/database_digest.h"
+#include "store/database_files.h"
 #include "store/database_index.h"
 
 namespace corvalence::core {
@@ -30,30 +32,45 @@ constexpr std::array<std::string_view, 2> kLogs = {"Scheduled Checking Log File"
 class Planner {
   public:
     explicit Planner(store::Vault& vault)
-        : vault_(vault), files_(vault.platform.files), records_(store::DatabaseIndex(vault).records()) {}
+        : vault_(vault), files_(vault.platform.files), records_(store::DatabaseIndex(vault).records()) {
+        for (const bool isSibling : {false, true}) {
+            std::size_t at = 0;
+            for (const auto& files : store::databaseFiles(vault, records_)) {
+                const bool listsFiles = records_[at++].kind == store::DatabaseKind::Numbered && !isSibling;
+                for (std::size_t file = isSibling ? 1 : 0; file < (isSibling ? files.size() : 1); ++file)
+                    owned_.push_back({files[file], listsFiles});
+            }
+        }
+    }
 
     ResealPlan plan(const std::vector<std::string>& savedReports) {
         // Each place is claimed once; whose it is first of all comes first.
         const std::string index = store::DatabaseIndex(vault_).path();
         claim(index);
         files_.openExclusive(index);
-        for (const IndexRecord& record : records_)
-            addOfDatabase(record, record.path);
+        if (const std::string components = store::ComponentIndex(vault_).path(); claim(components))
+            files_.openExclusive(components);
+        for (const Owned& owned : owned_)
+            addOfDatabase(owned, owned.file.path);
         for (const IndexRecord& record : records_)
             addPair(record);
-        for (const IndexRecord& record : records_)
-            addBackup(record);
-        for (const IndexRecord& record : records_)
-            addSiblings(record);
+        for (const Owned& owned : owned_)
+            addBackup(owned);
         addFixedFiles();
         for (const std::string& report : savedReports)
             addText({report, vault_.session.chains.IndexIV, {}, true});
-        for (const IndexRecord& record : records_)
-            noteEarlierBackups(record);
+        for (const Owned& owned : owned_)
+            noteEarlierBackups(owned);
         return std::move(plan_);
     }
 
   private:
+    /// A file of a database, the database's own or one beside it.
+    struct Owned {
+        store::SealedFileRecord file;
+        bool listsFiles = false;  // with digests and times in every line
+    };
+
     bool isThere(const std::string& path) { return files_.status(path, platform::Follow::Yes).has_value(); }
 
     /// What stands at a path and is nobody's yet: it becomes the caller's. Nothing where nothing does.
@@ -88,36 +105,35 @@ class Planner {
         plan_.targets.push_back(std::move(target));
     }
 
-    /// The database's own file, or its backup database. One that is damaged is told as changed already, and
-    /// is again afterwards.
-    void addOfDatabase(const IndexRecord& record, const std::string& path) {
+    /// A file of a database, or its backup. One that is damaged is told as changed already, and is again
+    /// afterwards.
+    void addOfDatabase(const Owned& owned, const std::string& path) {
         const auto status = claim(path);
         if (!status) return;
         if (status->size % kBlock != 0) {
             leave(path, " is damaged and stays under the old password.");
-        } else if (isOf(record, path)) {
-            add({path, crypto::PathIV(record.path)});
+        } else if (isOf(owned, path)) {
+            add({path, crypto::PathIV(owned.file.path)});
         } else {
             leave(path, " does not hold what this database wrote there, and is left as it is.");
         }
     }
 
-    void addBackup(const IndexRecord& record) {
+    void addBackup(const Owned& owned) {
         const base::PathRules& paths = vault_.platform.paths;
-        const std::string backup = store::backupDatabasePath(record.path, vault_.configuration, paths);
+        const std::string backup = store::backupDatabasePath(owned.file.path, vault_.configuration, paths);
         const bool hasPlace = !paths.folder(backup).empty();
-        if (hasPlace) addOfDatabase(record, backup);
-        if (isThere(record.path)) return;
+        if (hasPlace) addOfDatabase(owned, backup);
+        if (isThere(owned.file.path)) return;
         const bool isKept =
-            hasPlace && isThere(backup) && store::digestFile(files_, backup) == record.fileDigest;
-        if (!isKept) plan_.missing.push_back(record.path);
+            hasPlace && isThere(backup) && store::digestFile(files_, backup) == owned.file.digest;
+        if (!isKept) plan_.missing.push_back(owned.file.path);
     }
 
-    bool isOf(const IndexRecord& record, const std::string& path) {
-        // Lists of files have digests and times in every line, which tells more than that it is text.
-        const bool isList = record.kind == store::DatabaseKind::Numbered;
-        return (!isList && store::readsAsText(vault_, path, crypto::PathIV(record.path))) ||
-               store::holdsDataOf(vault_, record, path, platform::Follow::Yes);
+    bool isOf(const Owned& owned, const std::string& path) {
+        // A list of files tells more than that it is text.
+        return (!owned.listsFiles && store::readsAsText(vault_, path, crypto::PathIV(owned.file.path))) ||
+               store::holdsDataOf(vault_, owned.file, path, platform::Follow::Yes);
     }
 
     void addPair(const IndexRecord& record) {
@@ -142,18 +158,6 @@ class Planner {
         }
     }
 
-    void addSiblings(const IndexRecord& record) {
-        for (const std::string& path : record.siblingPaths()) {
-            if (!claim(path)) continue;
-            const crypto::ChainValue chain = crypto::PathIV(path);
-            if (store::readsAsText(vault_, path, chain)) {
-                add({path, chain});
-            } else {
-                leave(path, " holds nothing of the database " + record.path + " and is left as it is.");
-            }
-        }
-    }
-
     void addText(store::ResealTarget target) {
         const auto status = claim(target.path);
         if (!status) return;
@@ -175,7 +179,7 @@ class Planner {
             addText({std::string(root).append(report), chains.IndexIV});
     }
 
-    void noteEarlierBackups(const IndexRecord& record) {
+    void noteEarlierBackups(const Owned& owned) {
         const auto listing = [this](const std::string& folder) -> const std::vector<platform::FolderEntry>& {
             const auto [found, isNew] = listings_.try_emplace(folder);
             const auto status = folder.empty() ? std::nullopt : files_.status(folder, platform::Follow::Yes);
@@ -183,7 +187,7 @@ class Planner {
                 found->second = files_.list(folder);
             return found->second;
         };
-        for (const std::string& path : store::findEarlierBackups(vault_, record, listing)) {
+        for (const std::string& path : store::findEarlierBackups(vault_, owned.file, listing)) {
             if (claim(path)) {
                 leave(path,
                       " is a backup database from before the settings were changed. It stays under the old "
@@ -195,6 +199,7 @@ class Planner {
     store::Vault& vault_;
     platform::FileSystem& files_;
     std::vector<IndexRecord> records_;
+    std::vector<Owned> owned_;  // the databases' own files first
     std::set<std::pair<platform::FileIdentity, std::string>> claimed_;
     std::map<std::string, std::vector<platform::FolderEntry>> listings_;
     ResealPlan plan_;

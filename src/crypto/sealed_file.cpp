@@ -50,11 +50,11 @@ void unsealFile(platform::FileSystem& files, const std::string& source, platform
 }
 
 SecretText unsealText(platform::FileSystem& files, const std::string& source, const SessionKey& key,
-                      const ChainValue& chain, const UnsealVariant& variant) {
+                      const ChainValue& chain, const UnsealVariant& variant, Md5* digest) {
     SecretText text;
     if (const auto status = files.status(source, platform::Follow::Yes))
         text.reserve(static_cast<std::size_t>(status->size));
-    unsealInto(files, source, key, chain, variant, nullptr,
+    unsealInto(files, source, key, chain, variant, digest,
                [&](base::ByteView plain) { text.append(base::textOf(plain)); });
     return text;
 }

@@ -44,9 +44,9 @@ void unsealFile(platform::FileSystem& files, const std::string& source, platform
                 const SessionKey& key, const ChainValue& chain, const UnsealVariant& variant,
                 Md5* digest = nullptr);
 
-/// The same into memory, for the small texts (index, schedule): their plain form then never reaches a disk.
+/// The same into memory: the plain form then never reaches a disk.
 SecretText unsealText(platform::FileSystem& files, const std::string& source, const SessionKey& key,
-                      const ChainValue& chain, const UnsealVariant& variant);
+                      const ChainValue& chain, const UnsealVariant& variant, Md5* digest = nullptr);
 
 /// Seals `text` into a file beside `destination`, flushes it and renames it over `destination`. On failure
 /// the old file is as it was.

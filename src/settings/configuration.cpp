@@ -31,6 +31,7 @@ std::string acceptedText(const ConfigurationKey& key, const std::string& text) {
         case Form::Letter:
         case Form::Text:
         case Form::Path:
+        case Form::Paths:
             return text;
     }
     return text;

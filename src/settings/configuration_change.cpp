@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <sstream>
 
 #include "settings/configuration_rules.h"
 
@@ -41,6 +42,14 @@ std::optional<std::string> findDataFolderFault(platform::Platform& platform, con
     return folder + " is not a valid location.";
 }
 
+std::optional<std::string> findWalkRootsFault(platform::Platform& platform, const std::string& text) {
+    std::istringstream lines(text);
+    for (std::string folder; std::getline(lines, folder);) {
+        if (auto fault = findDataFolderFault(platform, folder)) return fault;
+    }
+    return std::nullopt;
+}
+
 std::optional<std::string> findSheetFault(platform::Platform& platform, const SheetFields& fields) {
     return findFault(fields, platform.files, platform.volumes, platform.paths);
 }
@@ -55,6 +64,7 @@ std::optional<std::string> findChangeFault(platform::Platform& platform, const C
                                            const std::string& text) {
     if (const auto fault = findFault(key, text)) return fault;
     if (isDataFolder(key)) return findDataFolderFault(platform, text);
+    if (key.form == Form::Paths) return findWalkRootsFault(platform, text);
     ChangedSettings changed(platform.settings, key.name, text);
     SheetFields after = SheetFields::of(Configuration(changed, platform.ui));
     // Reading would put the fall-back in the place of an empty suffix.

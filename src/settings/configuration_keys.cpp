@@ -8,7 +8,7 @@ namespace corvalence::settings {
 namespace {
 
 // Columns: name, console name, form, lowest and highest on reading, on entry, fall-back, letters, meaning.
-constexpr std::array<ConfigurationKey, 35> kKeys = {{
+constexpr std::array<ConfigurationKey, 36> kKeys = {{
     {"Config1", "backup-suffix", Form::Character, 0, 0, 0, 0, "~", "",
      "character put into a database's name to form the name of its backup database"},
     {"Config2", "backup-databases", Form::Number, 0, 1, 0, 1, "1", "",
@@ -60,7 +60,9 @@ constexpr std::array<ConfigurationKey, 35> kKeys = {{
     {"Background Checking", "background-checking", Form::Letter, 0, 0, 0, 0, "N", "YN",
      "Y: background checking begins with the session"},
     {"Complete Walk", "complete-walk", Form::Number, 0, 1, 0, 1, "0", "",
-     "1: walks also enter names that begin with a full stop"},
+     "1: walks also enter names that begin with a full stop, and checks compare to the last line"},
+    {"Walk Roots", "walk-roots", Form::Paths, 0, 0, 0, 0, "", "",
+     "folders, one a line, that walks over the machine keep to; empty: every drive"},
     {"Install Directory", "data-root", Form::Path, 0, 0, 0, 0, "", "", "root of the data folders"},
     {"Backup\\Backup Files Directory", "backup-folder", Form::Path, 0, 0, 0, 0, "", "",
      "folder of the Database Index and of the backed-up files"},

@@ -12,6 +12,7 @@ enum class Form {
     Letter,     // one of two letters
     Text,       // anything that is no line break
     Path,       // a folder or file, or empty
+    Paths,      // folders, one a line, or empty
 };
 
 /// One row of the table of configuration keys. Every key lies under "Software\Corvalence\".
@@ -52,6 +53,8 @@ inline constexpr std::string_view kEncryptBackups = "Config17";
 inline constexpr std::string_view kEmailEnabled = "Config23";
 inline constexpr std::string_view kEmailRecipient = "Config26";
 inline constexpr std::string_view kCompleteWalk = "Complete Walk";
+inline constexpr std::string_view kPageSize = "Config15";
+inline constexpr std::string_view kWalkRoots = "Walk Roots";
 inline constexpr std::string_view kInstallDirectory = "Install Directory";
 inline constexpr std::string_view kBackupFilesDirectory = "Backup\\Backup Files Directory";
 inline constexpr std::string_view kBackupCounter = "Backup\\Backup Database Index";

@@ -49,6 +49,9 @@ std::optional<std::string> findFault(const SheetFields& fields, platform::FileSy
     if (fields.suffix == "D" || fields.suffix == "P" || fields.suffix == "R") {
         return "The character to append to the database name should not be 'D', 'P', or 'R'.";
     }
+    if (fields.suffix == "S" || fields.suffix == "d" || fields.suffix == "a") {
+        return "The character to append to the database name should not be 'S', 'd', or 'a'.";
+    }
     if (fields.suffix.empty()) {
         return "If you want to backup each database you must enter a character to append to the database "
                "name.";
@@ -89,6 +92,8 @@ std::optional<std::string> findFault(const ConfigurationKey& key, const std::str
         case Form::Text:
         case Form::Path:
             if (text.find_first_of("\r\n") != std::string::npos) return name + " takes a single line.";
+            return std::nullopt;
+        case Form::Paths:
             return std::nullopt;
     }
     return std::nullopt;

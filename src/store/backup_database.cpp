@@ -10,6 +10,7 @@
 #include "crypto/secure_zero.h"
 #include "platform/file_copy.h"
 #include "store/database_digest.h"
+#include "store/database_files.h"
 #include "store/database_index.h"
 
 namespace corvalence::store {
@@ -62,6 +63,21 @@ bool holdsField(std::string_view text) noexcept {
     return false;
 }
 
+struct OwnedFile {
+    std::string database;
+    SealedFileRecord file;
+};
+
+std::optional<OwnedFile> ownerOf(Vault& vault, const std::vector<IndexRecord>& records,
+                                 const std::string& path) {
+    for (const auto& files : databaseFiles(vault, records)) {
+        for (const SealedFileRecord& file : files) {
+            if (file.path == path) return OwnedFile{files.front().path, file};
+        }
+    }
+    return std::nullopt;
+}
+
 }  // namespace
 
 BackupPlaceTaken::BackupPlaceTaken(const std::string& backup, const std::string& reason)
@@ -79,18 +95,21 @@ std::string backupDatabasePath(const std::string& database, const settings::Conf
     return paths.join(configuration.text(key::kBackupDatabaseFolder), name);
 }
 
-std::optional<std::string> findClaimant(const Vault& vault, const std::vector<IndexRecord>& records,
+std::optional<std::string> findClaimant(Vault& vault, const std::vector<IndexRecord>& records,
                                         const std::string& database, const std::string& path) {
     const base::PathRules& paths = vault.platform.paths;
-    const auto found = std::find_if(records.begin(), records.end(), [&](const IndexRecord& record) {
-        return !paths.equal(record.path, database) &&
-               (paths.equal(record.path, path) ||
-                paths.equal(backupDatabasePath(record.path, vault.configuration, paths), path));
-    });
-    return found == records.end() ? std::nullopt : std::optional(found->path);
+    const auto claims = [&](const SealedFileRecord& file) {
+        return paths.equal(file.path, path) ||
+               paths.equal(backupDatabasePath(file.path, vault.configuration, paths), path);
+    };
+    for (const auto& files : databaseFiles(vault, records)) {
+        if (paths.equal(files.front().path, database)) continue;
+        if (std::any_of(files.begin(), files.end(), claims)) return files.front().path;
+    }
+    return std::nullopt;
 }
 
-bool holdsDataOf(const Vault& vault, const IndexRecord& record, const std::string& path,
+bool holdsDataOf(const Vault& vault, const SealedFileRecord& record, const std::string& path,
                  platform::Follow follow) {
     platform::FileSystem& files = vault.platform.files;
     const auto status = files.status(path, follow);
@@ -100,7 +119,7 @@ bool holdsDataOf(const Vault& vault, const IndexRecord& record, const std::strin
     const auto file = files.openShared(path);
     const crypto::SecretText begin =
         unsealPiece(vault, *file, 0, std::min(status->size, kProbe), crypto::PathIV(record.path));
-    return holdsField(begin.view()) || digestFile(files, path) == record.fileDigest;
+    return holdsField(begin.view()) || digestFile(files, path) == record.digest;
 }
 
 bool readsAsText(const Vault& vault, const std::string& path, const crypto::ChainValue& chain) {
@@ -121,7 +140,7 @@ bool readsAsText(const Vault& vault, const std::string& path, const crypto::Chai
 }
 
 std::vector<std::string> findEarlierBackups(
-    const Vault& vault, const IndexRecord& record,
+    const Vault& vault, const SealedFileRecord& record,
     const std::function<const std::vector<platform::FolderEntry>&(const std::string& folder)>& listing) {
     const base::PathRules& paths = vault.platform.paths;
     const std::string present = backupDatabasePath(record.path, vault.configuration, paths);
@@ -143,23 +162,22 @@ std::vector<std::string> findEarlierBackups(
     return found;
 }
 
-void writeBackupDatabase(Vault& vault, const std::string& database) {
+void writeBackupDatabase(Vault& vault, const std::string& file) {
     if (!vault.configuration.isOn(settings::key::kBackupDatabases)) return;
-    const std::string backup = backupDatabasePath(database, vault.configuration, vault.platform.paths);
+    const std::string backup = backupDatabasePath(file, vault.configuration, vault.platform.paths);
     const auto records = DatabaseIndex(vault).records();
-    if (const auto other = findClaimant(vault, records, database, backup)) {
+    const auto own = ownerOf(vault, records, file);
+    if (const auto other = findClaimant(vault, records, own ? own->database : file, backup)) {
         throw BackupPlaceTaken(backup, "that place belongs to the database " + *other +
                                            ". Choose another suffix or folder for backup databases.");
     }
-    const auto own = std::find_if(records.begin(), records.end(),
-                                  [&](const IndexRecord& record) { return record.path == database; });
     const bool isTaken = vault.platform.files.status(backup, platform::Follow::No).has_value();
-    if (isTaken && (own == records.end() || !holdsDataOf(vault, *own, backup))) {
+    if (isTaken && (!own || !holdsDataOf(vault, own->file, backup))) {
         throw BackupPlaceTaken(backup,
                                "a file stands there that is no backup of this database. Move it elsewhere.");
     }
     crypto::TemporaryFile copy = vault.working.createSealed(backup, crypto::kSealedBesideSuffix);
-    const auto source = vault.platform.files.openShared(database);
+    const auto source = vault.platform.files.openShared(file);
     platform::copyBytes(*source, copy.file(), source->size());
     copy.keepAs(backup);
 }

@@ -8,6 +8,9 @@
 #include "crypto/md5.h"
 #include "store/backup_database.h"
 #include "store/backup_pair.h"
+#include "store/component_files.h"
+#include "store/component_index.h"
+#include "store/database_files.h"
 #include "store/database_index.h"
 
 namespace corvalence::store {
@@ -16,6 +19,8 @@ namespace {
 
 // Location plus name have to stay below this, in bytes.
 constexpr std::size_t kPathTotal = 260;
+constexpr std::string_view kTooLong =
+    "The name of the database plus the location for the database must total less than 260 characters.";
 constexpr std::string_view kForbiddenInName = "\\/:*?\"<>|";
 
 bool hasForbidden(const std::string& name) {
@@ -55,29 +60,42 @@ std::optional<std::string> DatabaseCreation::acceptPath(const CreationRequest& r
         return refuse("The name of the database should not contain \\ / : * ? \" < > |");
     }
     if (request.name.empty() || location.size() + request.name.size() >= kPathTotal) {
-        return refuse(
-            "The name of the database plus the location for the database must total less than 260 "
-            "characters.");
+        return refuse(std::string(kTooLong));
     }
-    const std::string path = location + request.name;
+    std::string path = location + request.name;
     const std::string backup = backupDatabasePath(path, vault_.configuration, system.paths);
     // A folder may hold a separator as well as a name may; one such line would make the whole index
     // unreadable.
     if (!base::isRecordPath(path) || !base::isRecordPath(backup)) {
         return refuse(location + "  is not a valid location.");
     }
-    if (system.files.status(path, platform::Follow::No))
-        return refuse("The file " + path + " already exists.");
-    const DatabaseIndex index(vault_);
-    const auto records = index.records();
-    if (index.findRecord(path) || findClaimant(vault_, records, path, path))
-        return refuse(path + "  is the name of an existing database.");
-    if (findClaimant(vault_, records, path, backup))
-        return refuse(backup + "  is the name of an existing database.");
-    if (system.files.status(backup, platform::Follow::No)) {
-        return refuse("The file " + backup + " already exists.");
-    }
+    if (const auto fault = findTakenPlace(path, request.kind)) return refuse(*fault);
     return path;
+}
+
+std::optional<std::string> DatabaseCreation::findTakenPlace(const std::string& path, DatabaseKind kind) {
+    const base::PathRules& paths = vault_.platform.paths;
+    const auto exists = [&](const std::string& place) {
+        return vault_.platform.files.status(place, platform::Follow::No).has_value();
+    };
+    if (exists(path)) return "The file " + path + " already exists.";
+    const DatabaseIndex index(vault_);
+    if (index.findRecord(path)) return path + "  is the name of an existing database.";
+    std::vector<std::string> taken;
+    for (const IndexRecord& record : index.records()) {
+        const auto places = databasePlaces(vault_, record.kind, record.path);
+        taken.insert(taken.end(), places.begin(), places.end());
+    }
+    for (const std::string& place : databasePlaces(vault_, kind, path)) {
+        const auto isPlace = [&](const std::string& other) { return paths.equal(other, place); };
+        if (std::any_of(taken.begin(), taken.end(), isPlace))
+            return place + "  is the name of an existing database.";
+        if (exists(place)) return "The file " + place + " already exists.";
+        if (paths.fileName(place).size() > vault_.platform.files.nameLimit()) return std::string(kTooLong);
+        // From here on the place is the database's own: a backup must not fall on another file of it.
+        taken.push_back(place);
+    }
+    return std::nullopt;
 }
 
 std::int64_t DatabaseCreation::nextNumber(const std::vector<IndexRecord>& records) {
@@ -90,24 +108,28 @@ std::int64_t DatabaseCreation::nextNumber(const std::vector<IndexRecord>& record
     return number;
 }
 
-std::optional<OpenDatabaseContext> DatabaseCreation::create(const CreationRequest& request,
-                                                            CreationWorker* worker) {
-    const auto path = acceptPath(request);
-    if (!path) return std::nullopt;
-    DatabaseIndex index(vault_);
+IndexRecord DatabaseCreation::newRecord(const CreationRequest& request, const std::string& path) {
     IndexRecord record;
-    record.path = *path;
+    record.path = path;
     record.kind = request.kind;
     record.digest = request.digest;
     record.created = vault_.platform.clock.now();
-    record.fileDigest = base::hexText(crypto::Md5::of({}));
-    const std::int64_t number = nextNumber(index.records());
+    // The number is taken for every kind, so that it also counts the databases.
+    const std::int64_t number = nextNumber(DatabaseIndex(vault_).records());
     if (request.kind == DatabaseKind::Numbered) record.number = number;
+    return record;
+}
+
+std::optional<OpenDatabaseContext> DatabaseCreation::create(const CreationRequest& request) {
+    const auto path = acceptPath(request);
+    if (!path) return std::nullopt;
+    IndexRecord record = newRecord(request, *path);
+    record.fileDigest = base::hexText(crypto::Md5::of({}));
 
     crypto::TemporaryFile database = vault_.working.createDatabase(*path);
     database.close();
-    if (request.kind == DatabaseKind::Numbered) createBackupPair(vault_, record.number);
-    index.appendRecord(record);
+    createBackupPair(vault_, record.number);
+    DatabaseIndex(vault_).appendRecord(record);
     try {
         writeBackupDatabase(vault_, *path);
     } catch (const base::FileFailure&) {
@@ -115,10 +137,26 @@ std::optional<OpenDatabaseContext> DatabaseCreation::create(const CreationReques
         throw;
     }
     database.release();
-    OpenDatabaseContext context{record};
-    if (worker != nullptr && !worker->fill(context)) return std::nullopt;
     vault_.platform.ui.status(0, "Complete.");
-    return context;
+    return OpenDatabaseContext{record};
+}
+
+std::optional<OpenDatabaseContext> DatabaseCreation::create(const CreationRequest& request,
+                                                            CreationWorker& worker) {
+    const auto path = acceptPath(request);
+    if (!path) return std::nullopt;
+    IndexRecord record = newRecord(request, *path);
+    NewFiles files(vault_, componentFiles(request.kind, Form::Standalone, *path));
+    if (!worker.fill(*path, files)) return std::nullopt;
+    vault_.platform.ui.status(0, "Completing...");
+    files.finish();
+    // The siblings first: as long as no record claims them, nobody looks at their lines.
+    ComponentIndex(vault_).put({files.records().begin() + 1, files.records().end()});
+    record.fileDigest = files.records().front().digest;
+    DatabaseIndex(vault_).appendRecord(record);
+    files.backUpAndKeep();
+    vault_.platform.ui.status(0, "Complete.");
+    return OpenDatabaseContext{record};
 }
 
 }  // namespace corvalence::store

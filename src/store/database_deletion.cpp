@@ -5,6 +5,8 @@
 #include "crypto/wipe.h"
 #include "store/backup_database.h"
 #include "store/backup_pair.h"
+#include "store/component_index.h"
+#include "store/database_files.h"
 #include "store/database_index.h"
 
 namespace corvalence::store {
@@ -17,13 +19,19 @@ class Deletion {
     Deletion(Vault& vault, const IndexRecord& record) : vault_(vault), record_(record) {}
 
     void run(DeletionListener& listener) {
-        const std::string backup =
-            backupDatabasePath(record_.path, vault_.configuration, vault_.platform.paths);
         DatabaseIndex index(vault_);
-        const bool hasBackup = !vault_.platform.paths.equal(record_.path, backup) &&
-                               !findClaimant(vault_, index.records(), record_.path, backup);
-        take(record_.path);
-        if (hasBackup) take(backup);
+        const auto records = index.records();
+        std::vector<std::string> siblings;
+        for (const SealedFileRecord& file : databaseFiles(vault_, record_)) {
+            const std::string backup =
+                backupDatabasePath(file.path, vault_.configuration, vault_.platform.paths);
+            take(file, file.path);
+            if (!vault_.platform.paths.equal(file.path, backup) &&
+                !findClaimant(vault_, records, record_.path, backup)) {
+                take(file, backup);
+            }
+            if (file.path != record_.path) siblings.push_back(file.path);
+        }
         const BackupPair pair = backupPair(vault_.configuration, record_.number);
         if (record_.kind == DatabaseKind::Numbered)
             files_.insert(files_.end(), {{pair.index, false}, {pair.file, false}});
@@ -32,6 +40,7 @@ class Deletion {
         });
         removeRecord(index);
         step([&] { listener.databaseDeleted(record_.path); });
+        step([&] { ComponentIndex(vault_).remove(siblings); });
         for (const File& file : files_)
             step([&] { end(file); });
     }
@@ -45,15 +54,15 @@ class Deletion {
     };
 
     /// A link goes, what it leads to stays; so does a file that holds something else.
-    void take(const std::string& path) {
+    void take(const SealedFileRecord& record, const std::string& path) {
         platform::Platform& system = vault_.platform;
         const auto status = system.files.status(path, platform::Follow::No);
         if (!status) return;
         if (status->kind == platform::FileKind::Link) {
             files_.push_back({path, false});
             tell(path + " was a link. It is removed; the file that it led to is left as it was.");
-        } else if (holdsDataOf(vault_, record_, path)) {
-            files_.push_back({path, true});
+        } else if (holdsDataOf(vault_, record, path)) {
+            files_.push_back({path, record_.kind == DatabaseKind::Numbered});
         } else {
             tell(path + " does not hold what this database wrote there, and is left as it is.");
         }
@@ -103,18 +112,22 @@ class Deletion {
 
 DeletionResult deleteDatabase(Vault& vault, const OpenDatabaseContext& context, DeletionListener& listener) {
     platform::Platform& system = vault.platform;
-    if (!system.ui.ask(
-            platform::Icon::Warning,
-            "Are you sure you would like to delete this database, its backup, and the backups of the "
-            "files listed within it?")) {
+    const bool listsFiles = context.record.kind == DatabaseKind::Numbered;
+    if (!system.ui.ask(platform::Icon::Warning,
+                       listsFiles
+                           ? "Are you sure you would like to delete this database, its backup, and the "
+                             "backups of the files listed within it?"
+                           : "Are you sure you would like to delete database: " + context.path() +
+                                 "  and its backups?")) {
         return DeletionResult::Declined;
     }
     Deletion deletion(vault, context.record);
     deletion.run(listener);
     if (!deletion.isComplete()) return DeletionResult::Incomplete;
-    system.ui.message(
-        platform::Icon::Information,
-        context.path() + ", its backup, and the backups of the files listed within it successfully deleted.");
+    system.ui.message(platform::Icon::Information,
+                      context.path() + (listsFiles ? ", its backup, and the backups of the files listed "
+                                                     "within it successfully deleted."
+                                                   : ", and its backups successfully deleted."));
     return DeletionResult::Deleted;
 }
 

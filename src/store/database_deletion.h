@@ -20,11 +20,11 @@ enum class DeletionResult {
     Incomplete,  // the database is gone from the index; what is left of it was told
 };
 
-/// Deletes a database after asking: its index line, its backup pair, its lines in other lists, itself and its
-/// backup database, both wiped. What stands at one of these paths and holds something else, or belongs to
-/// another database, is left and told. From the moment at which the index no longer has it the deletion goes
-/// on past what fails; what a run that is ended leaves of it, the next start removes. Throws
-/// base::FileFailure where nothing was deleted.
+/// Deletes a database after asking: its index line, its backup pair, its lines in other lists, its files and
+/// their backups, wiped where they are a numbered one's. What stands at one of these paths and holds
+/// something else, or belongs to another database, is left and told. From the moment at which the index no
+/// longer has it the deletion goes on past what fails; what a run that is ended leaves of it, the next start
+/// removes. Throws base::FileFailure where nothing was deleted.
 DeletionResult deleteDatabase(Vault& vault, const OpenDatabaseContext& context, DeletionListener& listener);
 
 }  // namespace corvalence::store

@@ -4,6 +4,7 @@
 #include "platform/file_copy.h"
 #include "store/backup_database.h"
 #include "store/database_digest.h"
+#include "store/database_files.h"
 
 namespace corvalence::store {
 
@@ -16,30 +17,36 @@ OpenResult DatabaseOpening::openWithRecovery(const std::string& path,
                           path + " is either a backup database or an old database that is no longer valid.");
         return OpenResult::NotListed;
     }
-    completeSave(*record, vault_.working.savePath(path));
     OpenResult result = OpenResult::Opened;
-    if (!system.files.status(path, platform::Follow::Yes)) {
-        result = recover(*record, path + " does not exist!");
-    } else {
-        const auto progress = system.ui.openProgress("Database: " + std::string(system.paths.fileName(path)));
-        const std::string digest = digestFile(system.files, path, progress.get());
-        if (digest.empty()) return OpenResult::Cancelled;
-        progress->bar(platform::Progress::kSteps);
-        if (digest == record->fileDigest) {
-            system.ui.status(0, "Database File Integrity Self Check...OK");
-        } else {
-            system.ui.status(0, "Self check...Database File Changed!");
-            result = recover(*record, path + " has been changed!");
-        }
+    for (const SealedFileRecord& file : databaseFiles(vault_, *record)) {
+        const OpenResult proved = prove(file);
+        if (proved != OpenResult::Opened) result = proved;
+        if (proved != OpenResult::Opened && proved != OpenResult::Restored) return proved;
     }
-    if (result == OpenResult::Opened || result == OpenResult::Restored) {
-        system.ui.status(1, "Database File Integrity ");
-        context = OpenDatabaseContext{*record};
-    }
+    system.ui.status(1, "Database File Integrity ");
+    context = OpenDatabaseContext{*record};
     return result;
 }
 
-OpenResult DatabaseOpening::recover(const IndexRecord& record, const std::string& reason) {
+OpenResult DatabaseOpening::prove(const SealedFileRecord& file) {
+    platform::Platform& system = vault_.platform;
+    completeSave(file);
+    if (!system.files.status(file.path, platform::Follow::Yes))
+        return recover(file, file.path + " does not exist!");
+    const auto progress =
+        system.ui.openProgress("Database: " + std::string(system.paths.fileName(file.path)));
+    const std::string digest = digestFile(system.files, file.path, progress.get());
+    if (digest.empty()) return OpenResult::Cancelled;
+    progress->bar(platform::Progress::kSteps);
+    if (digest == file.digest) {
+        system.ui.status(0, "Database File Integrity Self Check...OK");
+        return OpenResult::Opened;
+    }
+    system.ui.status(0, "Self check...Database File Changed!");
+    return recover(file, file.path + " has been changed!");
+}
+
+OpenResult DatabaseOpening::recover(const SealedFileRecord& record, const std::string& reason) {
     platform::Platform& system = vault_.platform;
     const std::string opening = "Database  " + record.path + " could not be opened. \n\nReason: ";
     if (!system.ui.ask(platform::Icon::Warning,
@@ -51,7 +58,7 @@ OpenResult DatabaseOpening::recover(const IndexRecord& record, const std::string
         system.ui.message(platform::Icon::Stop, opening + backup + " could not be opened.");
         return OpenResult::Refused;
     }
-    if (digestFile(system.files, backup) != record.fileDigest) {
+    if (digestFile(system.files, backup) != record.digest) {
         system.ui.message(platform::Icon::Stop, opening + backup + " has also been changed!");
         return OpenResult::Refused;
     }
@@ -65,16 +72,21 @@ OpenResult DatabaseOpening::recover(const IndexRecord& record, const std::string
 }
 
 DatabaseOpening::State DatabaseOpening::state(const IndexRecord& record) {
-    completeSave(record, vault_.working.savePath(record.path));
-    if (!vault_.platform.files.status(record.path, platform::Follow::Yes)) return State::Missing;
-    return digestFile(vault_.platform.files, record.path) == record.fileDigest ? State::Ok : State::Changed;
+    State worst = State::Ok;
+    for (const SealedFileRecord& file : databaseFiles(vault_, record)) {
+        completeSave(file);
+        if (!vault_.platform.files.status(file.path, platform::Follow::Yes)) return State::Missing;
+        if (digestFile(vault_.platform.files, file.path) != file.digest) worst = State::Changed;
+    }
+    return worst;
 }
 
-void DatabaseOpening::completeSave(const IndexRecord& record, const std::string& beside) {
+void DatabaseOpening::completeSave(const SealedFileRecord& file) {
     platform::FileSystem& files = vault_.platform.files;
+    const std::string beside = vault_.working.savePath(file.path);
     const auto status = files.status(beside, platform::Follow::No);
     if (!status || status->kind != platform::FileKind::Regular) return;
-    if (digestFile(files, beside) == record.fileDigest) files.rename(beside, record.path);
+    if (digestFile(files, beside) == file.digest) files.rename(beside, file.path);
 }
 
 void DatabaseOpening::settlePending() {
@@ -100,9 +112,9 @@ void DatabaseOpening::settlePending() {
 void DatabaseOpening::settlePendingSaves() {
     platform::FileSystem& files = vault_.platform.files;
     for (const crypto::PendingSave& save : vault_.working.pendingSaves()) {
-        const auto record = index_.findExact(save.database);
+        const auto record = findDatabaseFile(vault_, save.database);
         if (!save.beside.empty()) {
-            if (record && digestFile(files, save.beside) == record->fileDigest) {
+            if (record && digestFile(files, save.beside) == record->digest) {
                 if (save.beside != save.database) files.rename(save.beside, save.database);
             } else {
                 files.remove(save.beside);
@@ -112,7 +124,7 @@ void DatabaseOpening::settlePendingSaves() {
         // The copy to the backup database is the last step of a save; it is made up for where the save had
         // come so far.
         const bool verifies = record && files.status(save.database, platform::Follow::Yes) &&
-                              digestFile(files, save.database) == record->fileDigest;
+                              digestFile(files, save.database) == record->digest;
         if (!verifies) continue;
         try {
             writeBackupDatabase(vault_, save.database);

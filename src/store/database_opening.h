@@ -23,12 +23,12 @@ class DatabaseOpening {
   public:
     explicit DatabaseOpening(Vault& vault) : vault_(vault), index_(vault) {}
 
-    /// Proves the digest, and where it differs or the file is gone offers the backup database, which is
-    /// copied over the database if its own digest is right. A database that a killed run had sealed beside
-    /// its old self is put in place first, if it is the one that the index expects.
+    /// Proves the digest of each of its files, and where one differs or is gone offers its backup, which is
+    /// copied over it if its own digest is right. A file that a killed run had sealed beside its old self is
+    /// put in place first, if it is the one that the index expects.
     OpenResult openWithRecovery(const std::string& path, std::optional<OpenDatabaseContext>& context);
 
-    /// Whether the sealed file has the digest of its record: for lists of databases. No messages.
+    /// Whether all sealed files have the digests of their records: for lists of databases. No messages.
     enum class State { Ok, Changed, Missing };
     State state(const IndexRecord& record);
 
@@ -38,8 +38,9 @@ class DatabaseOpening {
 
   private:
     void settlePendingSaves();
-    void completeSave(const IndexRecord& record, const std::string& beside);
-    OpenResult recover(const IndexRecord& record, const std::string& reason);
+    void completeSave(const SealedFileRecord& file);
+    OpenResult prove(const SealedFileRecord& file);
+    OpenResult recover(const SealedFileRecord& record, const std::string& reason);
 
     Vault& vault_;
     DatabaseIndex index_;

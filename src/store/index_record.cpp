@@ -10,20 +10,6 @@ namespace {
 
 constexpr std::size_t kDigestWidth = 32;
 
-struct SiblingRow {
-    DatabaseKind kind;
-    std::string_view suffix;
-};
-
-// Of numbered kinds these are the components of a whole system.
-constexpr SiblingRow kSiblings[] = {
-    {DatabaseKind::Numbered, "D"},           {DatabaseKind::Numbered, "Dd"},
-    {DatabaseKind::Numbered, "a"},           {DatabaseKind::Numbered, "Bn"},
-    {DatabaseKind::Numbered, "P"},           {DatabaseKind::Numbered, "R"},
-    {DatabaseKind::Numbered, "S"},           {DatabaseKind::DirectoryStructure, "d"},
-    {DatabaseKind::DirectoryStructure, "a"}, {DatabaseKind::DirectoryStructure, "Bn"},
-};
-
 bool scanKind(std::string_view field, IndexRecord& record) {
     if (field.size() == 1 && std::string_view("DPRS").find(field.front()) != std::string_view::npos) {
         record.kind = static_cast<DatabaseKind>(field.front());
@@ -37,14 +23,6 @@ bool scanKind(std::string_view field, IndexRecord& record) {
 }
 
 }  // namespace
-
-std::vector<std::string> IndexRecord::siblingPaths() const {
-    std::vector<std::string> siblings;
-    for (const SiblingRow& row : kSiblings) {
-        if (row.kind == kind) siblings.push_back(path + std::string(row.suffix));
-    }
-    return siblings;
-}
 
 std::string IndexRecord::render() const {
     std::string line = path;

@@ -33,14 +33,17 @@ struct IndexRecord {
     std::string fileDigest;  // MD5 of the sealed file, 32 hexadecimal characters
     std::optional<base::FileTime> lastCheck;
 
-    /// Files beside the database that a kind of this record's may keep, by their paths. They are sealed under
-    /// their own paths; not every database has them.
-    std::vector<std::string> siblingPaths() const;
     /// The line, its bare line feed included.
     std::string render() const;
     /// Nothing where the line is no record: fewer than five fields, a digest that is not 32 hexadecimal
     /// characters, an unknown kind, or numbers that do not parse.
     static std::optional<IndexRecord> parse(std::string_view line);
+};
+
+/// A sealed file of a database and the MD5 that its sealed bytes must have, as 32 hexadecimal characters.
+struct SealedFileRecord {
+    std::string path;
+    std::string digest;
 };
 
 /// Whether a line passes the test that proves a password: something before each of its first two separators
