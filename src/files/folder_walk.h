@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "base/path_rules.h"
-#include "platform/file_system.h"
+#include "files/walk_rules.h"
 
 namespace corvalence::files {
 
@@ -24,9 +24,6 @@ struct PassedOver {
     std::vector<UnreadableEntry> unreadable;
 };
 
-/// Whether an attribute word is one of those that a walk takes for a folder.
-bool isFolderWord(std::uint32_t attributes) noexcept;
-
 /// Walks all files below a folder, depth first without recursion: the files of a folder in listing order,
 /// then the sub-folder that was met last. Links are not followed, and file systems that store nothing not
 /// entered, unless the walk begins in one.
@@ -34,11 +31,11 @@ class FolderWalk {
   public:
     /// `complete`: names that begin with a full stop are walked as well ("." and ".." never are).
     FolderWalk(platform::FileSystem& files, const base::PathRules& paths, bool complete)
-        : files_(files), paths_(paths), complete_(complete) {}
+        : files_(files), paths_(paths), rules_(files, complete) {}
 
     /// Folders that the walk does not enter where it meets them on its way, because it begins there as well
     /// or is not to come there; sorted by the bytes of their paths, without a closing separator.
-    void keepOutOf(std::vector<std::string> folders) { barriers_ = std::move(folders); }
+    void keepOutOf(std::vector<std::string> folders) { rules_.keepOutOf(std::move(folders)); }
 
     /// Hands every entry that is neither folder nor link to `visit`, by its full path, until it says false.
     /// What cannot be read is noted and the walk goes on.
@@ -59,9 +56,8 @@ class FolderWalk {
 
     platform::FileSystem& files_;
     const base::PathRules& paths_;
-    bool complete_;
+    WalkRules rules_;
     std::vector<Folder> waiting_;
-    std::vector<std::string> barriers_;
     PassedOver passedOver_;
 };
 

@@ -1,0 +1,53 @@
+#include "components/directory_baseline.h"
+
+#include "base/record_text.h"
+
+namespace corvalence::components {
+
+namespace {
+
+constexpr std::size_t kStreamLineLimit = 4096;
+
+/// Of either system, as a baseline may have been made on the other.
+bool isPathLine(std::string_view line) {
+    const bool isAbsolute =
+        line.starts_with('/') || line.starts_with("\\\\") || (line.size() > 2 && line[1] == ':');
+    return isAbsolute && isComponentPath(line);
+}
+
+bool isStreamLine(std::string_view line) {
+    const std::size_t at = line.find(base::kSeparator);
+    return at != std::string_view::npos && isPathLine(line.substr(0, at)) &&
+           isComponentPath(line.substr(at + 1));
+}
+
+const LineForm kPathForm = {base::kLineLimit, isPathLine};
+const LineForm kStreamForm = {kStreamLineLimit, isStreamLine};
+
+}  // namespace
+
+DirectoryBaseline::DirectoryBaseline(const store::Vault& vault, const BaselineFiles& from)
+    : files(vault, from[directory_file::kFiles], kPathForm),
+      folders(vault, from[directory_file::kFolders], kPathForm),
+      streams(vault, from[directory_file::kStreams], kStreamForm),
+      recycled(vault, from[directory_file::kRecycled], kPathForm) {}
+
+std::uint64_t DirectoryBaseline::malformed() const noexcept {
+    return files.malformed() + folders.malformed() + streams.malformed() + recycled.malformed();
+}
+
+std::vector<Count> DirectoryTotals::counts() const {
+    return {{"files", " files.", files},
+            {"directories", " directories.", folders},
+            {"streams", " Alternate Data Streams.", streams},
+            {"recycled", " items in the Recycle Bin.", recycled}};
+}
+
+std::vector<Count> countDirectories(const store::Vault& vault, const BaselineFiles& files) {
+    const DirectoryBaseline baseline(vault, files);
+    return DirectoryTotals{baseline.files.size(), baseline.folders.size(), baseline.streams.size(),
+                           baseline.recycled.size()}
+        .counts();
+}
+
+}  // namespace corvalence::components

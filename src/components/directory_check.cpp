@@ -1,0 +1,297 @@
+#include "components/directory_check.h"
+
+#include <algorithm>
+#include <array>
+#include <numeric>
+#include <set>
+#include <unordered_set>
+
+#include "base/record_text.h"
+
+namespace corvalence::components {
+
+namespace {
+
+constexpr std::size_t kBarScale = 650000;
+constexpr std::size_t kBarInterval = 10;
+
+/// Folders of the system's own that change all the time; their names at this place of a path, spelled exactly
+/// so. Shorter paths are looked at in any case.
+constexpr std::array<std::string_view, 4> kRecycleFolders = {"RECYCLED", "RECYCLER", "Recycler", "Recycled"};
+constexpr std::size_t kRecycleOffset = 3;
+constexpr std::size_t kShortPath = 11;
+
+/// "path:name" of a line of a stream list.
+std::string streamPath(std::string_view line) {
+    std::string path(line);
+    std::replace(path.begin(), path.end(), base::kSeparator, ':');
+    return path;
+}
+
+}  // namespace
+
+/// Takes what the walk meets through the comparison.
+class DirectoryCheck::Visitor : public WalkVisitor {
+  public:
+    Visitor(DirectoryCheck& check, StreamScan& scan, platform::Progress& progress)
+        : check_(check),
+          scan_(scan),
+          progress_(progress),
+          step_(kBarScale / std::max<std::size_t>(check.lines_.files.size(), 1)) {}
+
+    bool beginRoot(std::size_t) override {
+        folders_.clear();
+        return !progress_.cancelled();
+    }
+    bool file(const std::string& path) override {
+        if (progress_.cancelled()) return false;
+        progress_.file(path, check_.lines_.files.size() - check_.nextFile_);
+        check_.compareFile(path);
+        scan_.scan(path, compareStream_);
+        if (++met_ % kBarInterval == 0) {
+            const std::size_t position = met_ / kBarInterval * step_;
+            progress_.bar(
+                static_cast<std::uint32_t>(std::min<std::size_t>(position, platform::Progress::kSteps)));
+        }
+        return true;
+    }
+    bool folder(const std::string& path) override {
+        folders_.add(path);
+        return !progress_.cancelled();
+    }
+    bool endRoot(std::size_t root) override {
+        check_.compareFolders(root, folders_);
+        return scan_.scanFolders(check_.plan_.roots[root], folders_, check_.isComplete_, compareStream_,
+                                 [this] { return !progress_.cancelled(); });
+    }
+
+  private:
+    DirectoryCheck& check_;
+    StreamScan& scan_;
+    platform::Progress& progress_;
+    std::size_t step_;
+    std::size_t met_ = 0;
+    PathList folders_;
+    StreamScan::Visit compareStream_ = [this](const std::string& line) { check_.compareStream(line); };
+};
+
+DirectoryCheck::DirectoryCheck(store::Vault& vault, const Machine& machine, const std::string&,
+                               BaselineFiles files)
+    : vault_(vault),
+      machine_(machine),
+      baseline_(std::move(files)),
+      isComplete_(vault.configuration.isOn(settings::key::kCompleteWalk)),
+      hasRecycleFolders_(vault.platform.paths.separator == '\\'),
+      plan_(planWalk(vault)) {}
+
+bool DirectoryCheck::compare(platform::Progress& progress, reports::ReportWriter& report) {
+    platform::Platform& system = vault_.platform;
+    load();
+    const OwnNames own(vault_);
+    DriveWalk walk(vault_, plan_, own);
+    StreamScan scan(machine_.streams, walk.account());
+    Visitor visitor(*this, scan, progress);
+    if (!walk.run(visitor)) return false;
+    endFiles();
+    system.ui.status(0, "Checking For Alternate Data Stream Differences...");
+    endStreams();
+    system.ui.status(0, "Checking For Files Created Then Moved To Recycle Bin Between Database Checks...");
+    findRecycled();
+    const std::string root =
+        system.volumes.rootOf(vault_.configuration.folder(settings::key::kInstallDirectory));
+    if (!system.volumes.keepsAccessLists(root)) {
+        system.ui.status(0, "Adjusting For FAT32 Files...");
+        findings_.dropPairs();
+    }
+    walkRemarks_ = remarksOf(walk.account());
+    addRemarks(walkRemarks_, scan);
+    findings_.write(report);
+    return !progress.cancelled();
+}
+
+void DirectoryCheck::load() {
+    lines_ = DirectoryBaseline(vault_, baseline_);
+    streamMet_.assign(lines_.streams.size(), false);
+    foldersByRoot_.resize(plan_.roots.size());
+    for (std::size_t line = 0; line < lines_.folders.size(); ++line) {
+        if (const auto root = plan_.rootOf(lines_.folders[line], vault_.platform.paths)) {
+            foldersByRoot_[*root].push_back(line);
+        } else {
+            ++uncompared_.elsewhere;
+        }
+    }
+}
+
+const RecycledPaths& DirectoryCheck::recycled() {
+    if (!recycled_) recycled_.emplace(machine_.recycleBin, plan_, vault_.platform.paths, isComplete_);
+    return *recycled_;
+}
+
+void DirectoryCheck::addNew(DirectoryChange change, std::string_view path) {
+    const bool isExempt =
+        hasRecycleFolders_ && path.size() > kShortPath &&
+        std::find(kRecycleFolders.begin(), kRecycleFolders.end(),
+                  path.substr(kRecycleOffset, kRecycleFolders.front().size())) != kRecycleFolders.end();
+    if (!isExempt) findings_.add(change, path);
+}
+
+void DirectoryCheck::compareFile(const std::string& path) {
+    if (nextFile_ == lines_.files.size()) {
+        isComplete_ ? addNew(DirectoryChange::FileAdded, path) : void(++uncompared_.behindEnd);
+        return;
+    }
+    const auto isInStep = [&](std::string_view line) {
+        return isComplete_ ? line == path : line.starts_with(path);
+    };
+    if (!isInStep(lines_.files[nextFile_])) {
+        if (!fileIndex_) fileIndex_.emplace(lines_.files, isComplete_);
+        const auto found = fileIndex_->find(path, nextFile_);
+        if (!found) {
+            addNew(DirectoryChange::FileAdded, path);
+            return;
+        }
+        for (; nextFile_ < *found; ++nextFile_)
+            missFile(lines_.files[nextFile_]);
+    }
+    if (lines_.files[nextFile_].size() != path.size()) ++uncompared_.byBeginning;
+    ++nextFile_;
+}
+
+void DirectoryCheck::missFile(std::string_view line) {
+    findings_.add(recycled().has(line) ? DirectoryChange::FileRecycled : DirectoryChange::FileRemoved, line);
+}
+
+void DirectoryCheck::endFiles() {
+    if (!isComplete_) {
+        uncompared_.leftOver = lines_.files.size() - nextFile_;
+        return;
+    }
+    for (; nextFile_ < lines_.files.size(); ++nextFile_)
+        missFile(lines_.files[nextFile_]);
+}
+
+void DirectoryCheck::compareFolders(std::size_t root, const PathList& live) {
+    const std::vector<std::size_t>& lines = foldersByRoot_[root];
+    bool isEqual = lines.size() == live.size();
+    for (std::size_t at = 0; isEqual && at < lines.size(); ++at)
+        isEqual = lines_.folders[lines[at]] == live[at];
+    if (isEqual) return;
+    findMissingFolders(lines, live);
+    findNewFolders(lines, live);
+}
+
+void DirectoryCheck::findMissingFolders(const std::vector<std::size_t>& lines, const PathList& live) {
+    std::unordered_set<std::string_view> present;
+    for (std::size_t at = 0; at < live.size(); ++at)
+        present.insert(live[at]);
+    for (const std::size_t line : lines) {
+        if (present.contains(lines_.folders[line])) continue;
+        const bool isRecycled = recycled().has(lines_.folders[line]);
+        findings_.add(isRecycled ? DirectoryChange::FolderRecycled : DirectoryChange::FolderRemoved,
+                      lines_.folders[line]);
+    }
+}
+
+void DirectoryCheck::findNewFolders(const std::vector<std::size_t>& lines, const PathList& live) {
+    std::vector<std::string_view> sorted;
+    for (const std::size_t line : lines)
+        sorted.push_back(lines_.folders[line]);
+    std::sort(sorted.begin(), sorted.end());
+    for (std::size_t at = 0; at < live.size(); ++at) {
+        const auto found = std::lower_bound(sorted.begin(), sorted.end(), live[at]);
+        const bool isListed =
+            found != sorted.end() && (isComplete_ ? *found == live[at] : found->starts_with(live[at]));
+        if (!isListed) addNew(DirectoryChange::FolderAdded, live[at]);
+    }
+}
+
+void DirectoryCheck::compareStream(const std::string& entry) {
+    if (nextStream_ < lines_.streams.size() && lines_.streams[nextStream_] == entry) {
+        streamMet_[nextStream_++] = true;
+        return;
+    }
+    if (!streamIndex_) streamIndex_.emplace(lines_.streams, false);
+    if (const auto line = streamIndex_->equal(entry)) {
+        streamMet_[*line] = true;
+        nextStream_ = *line + 1;
+    } else if (!isComplete_ && streamIndex_->has(entry)) {
+        ++uncompared_.byBeginning;
+    } else {
+        newStreams_.add(entry);
+    }
+}
+
+void DirectoryCheck::endStreams() {
+    for (std::size_t line = 0; line < lines_.streams.size(); ++line) {
+        if (!streamMet_[line])
+            findings_.add(DirectoryChange::StreamRemoved, streamPath(lines_.streams[line]));
+    }
+    for (std::size_t at = 0; at < newStreams_.size(); ++at)
+        findings_.add(DirectoryChange::StreamAdded, streamPath(newStreams_[at]));
+}
+
+void DirectoryCheck::findRecycled() {
+    std::unordered_set<std::string_view> before;
+    for (std::size_t line = 0; line < lines_.recycled.size(); ++line)
+        before.insert(lines_.recycled[line]);
+    std::vector<std::size_t> sorted(findings_.size());
+    std::iota(sorted.begin(), sorted.end(), std::size_t{0});
+    std::sort(sorted.begin(), sorted.end(),
+              [&](std::size_t a, std::size_t b) { return findings_.path(a) < findings_.path(b); });
+    std::set<std::string_view> told;  // here, one behind the other
+    for (const platform::RecycledItem& item : recycled().items()) {
+        const std::string& path = item.originalPath;
+        if (!isComponentPath(path) || before.contains(path) || told.contains(path) ||
+            isReported(sorted, path)) {
+            continue;
+        }
+        findings_.add(item.isFolder ? DirectoryChange::FolderCreatedAndRecycled
+                                    : DirectoryChange::FileCreatedAndRecycled,
+                      path);
+        told.insert(path);
+    }
+}
+
+bool DirectoryCheck::isReported(const std::vector<std::size_t>& sorted, std::string_view path) const {
+    const auto first =
+        std::lower_bound(sorted.begin(), sorted.end(), path,
+                         [&](std::size_t at, std::string_view value) { return findings_.path(at) < value; });
+    for (auto at = first; at != sorted.end() && findings_.path(*at).starts_with(path); ++at) {
+        if (!isComplete_) return true;
+        const DirectoryChange change = findings_.change(*at);
+        const std::string_view rest = findings_.path(*at).substr(path.size());
+        const bool isMove =
+            change == DirectoryChange::FileRecycled || change == DirectoryChange::FolderRecycled;
+        if (isMove && (rest.empty() || vault_.platform.paths.isSeparator(rest.front()))) return true;
+    }
+    return false;
+}
+
+std::vector<Remark> DirectoryCheck::remarks() const {
+    std::vector<Remark> remarks = walkRemarks_;
+    addRemark(remarks, {"behind_end",
+                        uncompared_.behindEnd,
+                        " files behind the last line of the database were not compared.",
+                        {},
+                        true});
+    addRemark(remarks, {"left_over",
+                        uncompared_.leftOver,
+                        " lines of the database behind the last file were not compared.",
+                        {},
+                        true});
+    addRemark(remarks, {"by_beginning",
+                        uncompared_.byBeginning,
+                        " compared with the beginning of a longer line only.",
+                        {},
+                        true});
+    addRemark(remarks, {"elsewhere",
+                        uncompared_.elsewhere,
+                        " directories of the database lie below no folder that is walked.",
+                        {},
+                        true});
+    addRemark(remarks, {"malformed", lines_.malformed(), " lines of the database are no records.", {}, true});
+    if (recycled_) addRemark(remarks, *recycled_);
+    return remarks;
+}
+
+}  // namespace corvalence::components

@@ -1,0 +1,56 @@
+#include "components/directory_findings.h"
+
+#include <algorithm>
+#include <string>
+#include <unordered_map>
+
+namespace corvalence::components {
+
+void DirectoryFindings::add(DirectoryChange change, std::string_view path) {
+    paths_.add(path);
+    changes_.push_back(change);
+    ++counts_[static_cast<std::size_t>(change)];
+}
+
+void DirectoryFindings::dropPairs() {
+    struct Pair {
+        std::uint64_t added = 0;
+        std::uint64_t removed = 0;
+    };
+    // The same path of the same class: what stands before the last letter of the code.
+    std::unordered_map<std::string, Pair> pairs;
+    const auto keyOf = [this](std::size_t at) {
+        const std::string_view code = directoryCode(changes_[at]).code;
+        return std::string(paths_[at]).append("\x7F").append(code.substr(0, code.size() - 1));
+    };
+    const auto letterOf = [this](std::size_t at) { return directoryCode(changes_[at]).code.back(); };
+    for (std::size_t at = 0; at < size(); ++at) {
+        if (letterOf(at) == 'A') ++pairs[keyOf(at)].added;
+        if (letterOf(at) == 'R') ++pairs[keyOf(at)].removed;
+    }
+    dropped_.assign(size(), false);
+    for (std::size_t at = 0; at < size(); ++at) {
+        const char letter = letterOf(at);
+        if (letter != 'A' && letter != 'R') continue;
+        const Pair& pair = pairs[keyOf(at)];
+        const std::uint64_t matches = letter == 'A' ? pair.removed : pair.added;
+        std::uint64_t& count = counts_[static_cast<std::size_t>(changes_[at])];
+        dropped_[at] = matches > 0;
+        count -= std::min(count, matches);
+    }
+}
+
+std::vector<Count> DirectoryFindings::counts() const {
+    std::vector<Count> counts;
+    for (std::size_t at = 0; at < kDirectoryCodes.size(); ++at)
+        counts.push_back({kDirectoryCodes[at].name, kDirectoryCodes[at].total, counts_[at]});
+    return counts;
+}
+
+void DirectoryFindings::write(reports::ReportWriter& report) const {
+    for (std::size_t at = 0; at < size(); ++at) {
+        if (dropped_.empty() || !dropped_[at]) report.add({paths_[at], directoryCode(changes_[at]).code});
+    }
+}
+
+}  // namespace corvalence::components

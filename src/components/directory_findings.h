@@ -1,0 +1,38 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <string_view>
+#include <vector>
+
+#include "components/component_check.h"
+#include "components/directory_report.h"
+#include "components/path_list.h"
+#include "reports/report_writer.h"
+
+namespace corvalence::components {
+
+/// What a directory structure check found, in the order in which it found it.
+class DirectoryFindings {
+  public:
+    void add(DirectoryChange change, std::string_view path);
+
+    std::size_t size() const noexcept { return changes_.size(); }
+    std::string_view path(std::size_t at) const noexcept { return paths_[at]; }
+    DirectoryChange change(std::size_t at) const noexcept { return changes_[at]; }
+
+    /// Drops what was found both removed and added: on a file system that lists its entries in no stable
+    /// order, one that only changed its place.
+    void dropPairs();
+
+    std::vector<Count> counts() const;
+    void write(reports::ReportWriter& report) const;
+
+  private:
+    PathList paths_;
+    std::vector<DirectoryChange> changes_;
+    std::vector<bool> dropped_;
+    std::array<std::uint64_t, kDirectoryCodes.size()> counts_{};
+};
+
+}  // namespace corvalence::components

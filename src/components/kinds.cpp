@@ -1,0 +1,96 @@
+#include "components/kinds.h"
+
+#include <array>
+
+#include "components/directory_baseline.h"
+#include "components/directory_check.h"
+#include "components/directory_creation.h"
+#include "components/directory_report.h"
+
+namespace corvalence::components {
+
+namespace {
+
+template <typename Creation>
+std::unique_ptr<ComponentCreation> makeCreation(store::Vault& vault, const Machine& machine) {
+    return std::make_unique<Creation>(vault, machine);
+}
+
+template <typename Check>
+std::unique_ptr<ComponentCheck> makeCheck(store::Vault& vault, const Machine& machine,
+                                          const std::string& database, BaselineFiles files) {
+    return std::make_unique<Check>(vault, machine, database, std::move(files));
+}
+
+template <typename Renderer>
+std::unique_ptr<reports::RecordRenderer> makeRenderer(const base::PathRules& paths) {
+    return std::make_unique<Renderer>(paths);
+}
+
+/// Shows the creation of a database of its own.
+class ShownCreation : public store::CreationWorker {
+  public:
+    ShownCreation(platform::UserInterface& ui, std::string_view noun, ComponentCreation& inner)
+        : ui_(ui), noun_(noun), inner_(inner) {}
+
+    bool fill(const std::string& database, store::NewFiles& files) override {
+        const auto progress =
+            ui_.openProgress("Creating new " + std::string(noun_) + " database: " + database);
+        wasCancelled = !inner_.fill(database, files, *progress);
+        return !wasCancelled;
+    }
+
+    bool wasCancelled = false;
+
+  private:
+    platform::UserInterface& ui_;
+    std::string_view noun_;
+    ComponentCreation& inner_;
+};
+
+constexpr std::array<ComponentKind, 1> kKinds = {{
+    {store::DatabaseKind::DirectoryStructure, reports::ReportKind::DirectoryStructure, "directory structure",
+     makeCreation<DirectoryCreation>, makeCheck<DirectoryCheck>, countDirectories,
+     makeRenderer<DirectoryRenderer>},
+}};
+
+}  // namespace
+
+std::span<const ComponentKind> componentKinds() noexcept {
+    return kKinds;
+}
+
+const ComponentKind* findComponentKind(store::DatabaseKind kind) noexcept {
+    for (const ComponentKind& row : kKinds) {
+        if (row.kind == kind) return &row;
+    }
+    return nullptr;
+}
+
+const ComponentKind* findComponentKind(reports::ReportKind kind) noexcept {
+    for (const ComponentKind& row : kKinds) {
+        if (row.report == kind) return &row;
+    }
+    return nullptr;
+}
+
+std::optional<store::OpenDatabaseContext> createDatabase(store::Vault& vault, const ComponentKind& kind,
+                                                         const store::CreationRequest& request,
+                                                         ComponentCreation& creation, bool& wasCancelled) {
+    ShownCreation worker(vault.platform.ui, kind.noun, creation);
+    auto database = store::DatabaseCreation(vault).create(request, worker);
+    wasCancelled = worker.wasCancelled;
+    return database;
+}
+
+CheckOutcome checkDatabase(store::Vault& vault, const Machine& machine, const ComponentKind& kind,
+                           const store::OpenDatabaseContext& database) {
+    const auto progress = vault.platform.ui.openProgress("Checking " + std::string(kind.noun) +
+                                                         " database: " + database.path());
+    auto files = store::componentRecords(vault, kind.kind, store::Form::Standalone, database.record);
+    const std::string first = files.front().path;
+    const auto check = kind.makeCheck(vault, machine, database.path(), std::move(files));
+    return runCheck(vault, database, first, kind.report, *check, *progress);
+}
+
+}  // namespace corvalence::components

@@ -1,0 +1,14 @@
+#pragma once
+
+#include "platform/recycle_bin.h"
+#include "platform/stream_source.h"
+
+namespace corvalence::components {
+
+/// What baselines record of a machine beside its files. References only; built once by a program's main.
+struct Machine {
+    platform::StreamSource& streams;
+    platform::RecycleBin& recycleBin;
+};
+
+}  // namespace corvalence::components

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <initializer_list>
+#include <string>
+#include <string_view>
+
+#include "crypto/sealed_stream.h"
+#include "crypto/working_files.h"
+#include "reports/report_kind.h"
+#include "store/vault.h"
+
+namespace corvalence::reports {
+
+/// Where the report of the last check of a kind lies.
+std::string reportPath(const settings::Configuration& configuration, ReportKind kind);
+
+/// The report that a check writes: sealed as it goes, beside the one of the check before, which it replaces
+/// once it is kept. Without that it goes, as on Cancel. Throws base::FileFailure.
+class ReportWriter {
+  public:
+    ReportWriter(store::Vault& vault, ReportKind kind);
+
+    /// Adds a line: each field with the separator behind it, then CR LF.
+    void add(std::initializer_list<std::string_view> fields);
+    /// Adds a line that is rendered already, all but CR LF.
+    void addLine(std::string_view line);
+
+    void keep();
+
+  private:
+    std::string path_;
+    crypto::TemporaryFile file_;
+    crypto::SealWriter writer_;
+};
+
+}  // namespace corvalence::reports
