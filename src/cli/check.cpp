@@ -3,14 +3,15 @@
 #include "cli/changed_file_prompt.h"
 #include "cli/check_report.h"
 #include "cli/commands.h"
+#include "cli/component_text.h"
 #include "cli/session.h"
 
 namespace corvalence::cli {
 
-ExitCode runCheck(Context& context, const CheckArguments& arguments) {
-    const auto run = startRun(context);
-    auto database = openFileDatabase(context, *run, arguments.database);
+namespace {
 
+ExitCode checkFiles(Context& context, core::Run& run, store::OpenDatabaseContext& database,
+                    const CheckArguments& arguments) {
     const bool asks = !arguments.reaction && context.terminal.isInteractive();
     ChangedFilePrompt prompt(context, run->vault(), database);
     FixedReaction fixed(arguments.reaction.value_or(files::Reaction::Ignore), arguments.changedFile);
@@ -20,7 +21,7 @@ ExitCode runCheck(Context& context, const CheckArguments& arguments) {
                             ? makeCheckJson(context)
                             : makeCheckText(context, asks && context.terminal.outputIsTerminal());
 
-    files::FileContentsCheck work(run->vault(), database, dialog, *report);
+    files::FileContentsCheck work(run.vault(), database, dialog, *report);
     report->begin(database);
     const files::CheckSummary summary = work.checkAllFiles();
     report->finish(summary);
@@ -28,6 +29,17 @@ ExitCode runCheck(Context& context, const CheckArguments& arguments) {
     if (!summary.backupFailure.empty()) return ExitCode::Failed;
     if (counts.cancelled) return ExitCode::Cancelled;
     return counts.changed > 0 || counts.unchecked > 0 ? ExitCode::Differences : ExitCode::Done;
+}
+
+}  // namespace
+
+ExitCode runCheck(Context& context, const CheckArguments& arguments) {
+    const auto run = startRun(context);
+    auto database = openDatabase(context, *run, arguments.database);
+    if (const auto* kind = components::findComponentKind(database.record.kind))
+        return checkComponent(context, *run, *kind, database);
+    requireFileDatabase(database);
+    return checkFiles(context, *run, database, arguments);
 }
 
 }  // namespace corvalence::cli

@@ -64,6 +64,7 @@ class Commands {
         restore();
         analyse();
         onDatabase("delete", "Delete a database, its backup and the backups of its files", runDelete);
+        report();
         config();
         password();
         plain("reset", "After a forgotten password: empty index, schedule and logs", runReset);
@@ -133,7 +134,7 @@ class Commands {
     void create() {
         CLI::App* command = declare(app_, "create", "Make a database");
         const auto arguments = std::make_shared<CreateArguments>();
-        text(*command, "KIND", arguments->kind, "file-contents")->required();
+        text(*command, "KIND", arguments->kind, "file-contents, directory-structure")->required();
         text(*command, "NAME", arguments->name, "File name of the database")->required();
         text(*command, "--location", arguments->location,
              "Folder of the database (default: the data folder for databases)");
@@ -210,7 +211,7 @@ class Commands {
     }
 
     void check() {
-        CLI::App* command = declare(app_, "check", "Compare the listed files with the machine's");
+        CLI::App* command = declare(app_, "check", "Compare what a database holds with the machine");
         const auto arguments = std::make_shared<CheckArguments>();
         database(command, arguments->database);
         std::vector<std::string> names = {std::string(kAsk)};
@@ -252,6 +253,30 @@ class Commands {
         const auto arguments = std::make_shared<PasswordArguments>();
         text(*command, "--report", arguments->reports, "Saved reports that are brought to the new password");
         call(command, arguments, runPassword);
+    }
+
+    void report() {
+        CLI::App* command = declare(app_, "report", "The reports of the last checks, or a saved one");
+        command->require_subcommand(1);
+        CLI::App* show = declare(*command, "show", "A page of the last check's report of a kind, or of all");
+        const auto shown = std::make_shared<ReportArguments>();
+        text(*show, "KIND", shown->kind, "directory-structure");
+        page(show, shown->page);
+        call(show, shown, runReportShow);
+        CLI::App* save =
+            declare(*command, "save", "Save the reports, sealed, each with its letter behind PATH");
+        const auto saved = std::make_shared<ReportArguments>();
+        text(*save, "PATH", saved->path, "File name without the letter")->required();
+        call(save, saved, runReportSave);
+        CLI::App* open = declare(*command, "open", "A page of a saved report");
+        const auto opened = std::make_shared<ReportArguments>();
+        text(*open, "PATH", opened->path, "File name with the letter")->required();
+        page(open, opened->page);
+        call(open, opened, runReportOpen);
+    }
+
+    static void page(CLI::App* command, std::size_t& number) {
+        command->add_option("--page", number, "Number of the page (default: 1)")->check(CLI::PositiveNumber);
     }
 
     void config() {

@@ -75,6 +75,12 @@ struct ConfigArguments {
     std::string text;
 };
 
+struct ReportArguments {
+    std::optional<std::string> kind;  // console name
+    std::string path;
+    std::size_t page = 1;
+};
+
 ExitCode runInit(Context& context);
 ExitCode runCreate(Context& context, const CreateArguments& arguments);
 ExitCode runDatabases(Context& context, const ListArguments& arguments);
@@ -90,6 +96,9 @@ ExitCode runConfigList(Context& context);
 ExitCode runConfigGet(Context& context, const ConfigArguments& arguments);
 ExitCode runConfigSet(Context& context, const ConfigArguments& arguments);
 ExitCode runPassword(Context& context, const PasswordArguments& arguments);
+ExitCode runReportShow(Context& context, const ReportArguments& arguments);
+ExitCode runReportSave(Context& context, const ReportArguments& arguments);
+ExitCode runReportOpen(Context& context, const ReportArguments& arguments);
 ExitCode runReset(Context& context);
 
 }  // namespace corvalence::cli

@@ -10,6 +10,7 @@
 #include "cli/console_user_interface.h"
 #include "cli/exit_code.h"
 #include "cli/json_writer.h"
+#include "components/machine.h"
 #include "platform/platform.h"
 
 namespace corvalence::cli {
@@ -28,6 +29,7 @@ struct Options {
 struct Context {
     platform::Platform& platform;
     platform::Terminal& terminal;
+    const components::Machine& machine;
     ConsoleUserInterface& ui;
     const Options& options;
     std::string dataRoot;  // where `init` makes the data folders, with a closing separator

@@ -1,5 +1,6 @@
 #include "base/record_text.h"
 #include "cli/commands.h"
+#include "cli/component_text.h"
 #include "cli/console_text.h"
 #include "cli/json_writer.h"
 #include "cli/session.h"
@@ -29,44 +30,73 @@ Totals countFiles(core::Run& run, const store::OpenDatabaseContext& database) {
     return totals;
 }
 
-void writeJson(Context& context, const store::IndexRecord& record, base::FileTime modified,
-               const Totals& totals) {
-    JsonWriter& json = context.json;
+void writeTimesJson(JsonWriter& json, const store::IndexRecord& record, base::FileTime modified) {
     json.beginObject();
     json.path("database", record.path);
     json.text("kind", kindName(record.kind));
     json.time("created", record.created);
     record.lastCheck ? json.time("last_check", *record.lastCheck) : json.null("last_check");
     json.time("modified", modified);
+}
+
+void writeJson(Context& context, const store::IndexRecord& record, base::FileTime modified,
+               const Totals& totals) {
+    JsonWriter& json = context.json;
+    writeTimesJson(json, record, modified);
     json.number("listed", totals.files);
     json.number("total_size", totals.bytes);
     json.text("digest", crypto::digestKind(record.digest).consoleName);
 }
 
-void writeText(Context& context, const store::IndexRecord& record, base::FileTime modified,
-               const Totals& totals) {
+std::string timesText(Context& context, const store::IndexRecord& record, base::FileTime modified) {
     const auto timeOf = [&](base::FileTime time) {
         return platform::formatFileTime(context.platform.clock, time);
     };
-    context.out << "Created: " + timeOf(record.created) +
-                       "\nLast checked: " + (record.lastCheck ? timeOf(*record.lastCheck) : "Unchecked") +
-                       "\nModified: " + timeOf(modified) +
-                       "\nNumber of files listed: " + std::to_string(totals.files) +
+    return "Created: " + timeOf(record.created) +
+           "\nLast checked: " + (record.lastCheck ? timeOf(*record.lastCheck) : "Unchecked") +
+           "\nModified: " + timeOf(modified) + "\n";
+}
+
+void writeText(Context& context, const store::IndexRecord& record, base::FileTime modified,
+               const Totals& totals) {
+    context.out << timesText(context, record, modified) +
+                       "Number of files listed: " + std::to_string(totals.files) +
                        "\nTotal size of files listed: " + files::formatSizeText(totals.bytes) +
                        "\nDigest value: " + std::string(crypto::digestKind(record.digest).name) +
                        "\nDatabase: " + shown(record.path) + "\n";
+}
+
+/// A baseline has counts of what it lists in the place of sizes and digests.
+void writeBaseline(Context& context, const store::IndexRecord& record, base::FileTime modified,
+                   const std::vector<components::Count>& listed) {
+    if (context.options.json) {
+        writeTimesJson(context.json, record, modified);
+        for (const components::Count& count : listed)
+            context.json.number(count.name, count.count);
+        return;
+    }
+    context.out << timesText(context, record, modified);
+    writeCounts(context, listed);
+    context.out << "Database: " + shown(record.path) + "\n";
 }
 
 }  // namespace
 
 ExitCode runDetails(Context& context, const DatabaseArguments& arguments) {
     const auto run = startRun(context);
-    const auto database = openFileDatabase(context, *run, arguments.database);
+    const auto database = openDatabase(context, *run, arguments.database);
+    const store::IndexRecord& record = database.record;
     const auto status = context.platform.files.status(database.path(), platform::Follow::Yes);
     const base::FileTime modified = status ? status->written : base::FileTime{};
+    if (const auto* kind = components::findComponentKind(record.kind)) {
+        const auto files = store::componentRecords(run->vault(), kind->kind, store::Form::Standalone, record);
+        writeBaseline(context, record, modified, kind->countListed(run->vault(), files));
+        return ExitCode::Done;
+    }
+    requireFileDatabase(database);
     const Totals totals = countFiles(*run, database);
-    context.options.json ? writeJson(context, database.record, modified, totals)
-                         : writeText(context, database.record, modified, totals);
+    context.options.json ? writeJson(context, record, modified, totals)
+                         : writeText(context, record, modified, totals);
     return ExitCode::Done;
 }
 

@@ -10,6 +10,7 @@
 
 #include "cli/program.h"
 #include "platform/json_settings_store.h"
+#include "platform/linux/extended_attributes.h"
 #include "platform/linux/linux_access_control.h"
 #include "platform/linux/linux_clock.h"
 #include "platform/linux/linux_file_system.h"
@@ -18,6 +19,7 @@
 #include "platform/linux/linux_terminal.h"
 #include "platform/linux/linux_volumes.h"
 #include "platform/linux/mime_file_types.h"
+#include "platform/linux/trash_folders.h"
 
 namespace {
 
@@ -86,21 +88,24 @@ int main(int argc, char** argv) {
     MimeFileTypes types;
     LinuxClock clock;
     LinuxTerminal terminal(process);
+    ExtendedAttributes streams;
+    TrashFolders trash(files, [&volumes] { return trashPlaces(volumes); });
     const base::PathRules paths;
     process.catchCancelSignals();
     const cli::Host host{
-        files,
-        access,
-        volumes,
-        status,
-        process,
-        types,
-        clock,
-        terminal,
-        paths,
-        std::cin,
-        std::cout,
-        std::cerr,
-        [&](const std::optional<std::string>& home) { return openPlace(files, paths, home); }};
+        .files = files,
+        .access = access,
+        .volumes = volumes,
+        .status = status,
+        .process = process,
+        .types = types,
+        .clock = clock,
+        .terminal = terminal,
+        .machine = {streams, trash},
+        .paths = paths,
+        .in = std::cin,
+        .out = std::cout,
+        .err = std::cerr,
+        .openPlace = [&](const std::optional<std::string>& home) { return openPlace(files, paths, home); }};
     return static_cast<int>(cli::runProgram(host, std::vector<std::string>(argv + 1, argv + argc)));
 }

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "cli/exit_code.h"
+#include "components/machine.h"
 #include "platform/platform.h"
 #include "platform/terminal.h"
 
@@ -30,6 +31,7 @@ struct Host {
     platform::FileTypes& types;
     platform::Clock& clock;
     platform::Terminal& terminal;
+    components::Machine machine;
     base::PathRules paths;
     std::istream& in;
     std::ostream& out;

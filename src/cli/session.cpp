@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "cli/password_prompt.h"
+#include "components/kinds.h"
 #include "core/installation.h"
 #include "files/database_copy.h"
 #include "store/database_opening.h"
@@ -42,6 +43,10 @@ std::string joined(const std::vector<store::IndexRecord>& records) {
     for (const store::IndexRecord& record : records)
         text += "\n  " + record.path;
     return text;
+}
+
+bool canBeCreated(store::DatabaseKind kind) {
+    return kind == store::DatabaseKind::Numbered || components::findComponentKind(kind) != nullptr;
 }
 
 }  // namespace
@@ -147,11 +152,14 @@ store::OpenDatabaseContext openDatabase(Context& context, core::Run& run, const 
     throw CommandEnd(ExitCode::Cancelled);
 }
 
+void requireFileDatabase(const store::OpenDatabaseContext& database) {
+    if (database.record.kind == store::DatabaseKind::Numbered) return;
+    throw CommandEnd(ExitCode::Usage, database.path() + " does not list files.");
+}
+
 store::OpenDatabaseContext openFileDatabase(Context& context, core::Run& run, const std::string& argument) {
     auto database = openDatabase(context, run, argument);
-    if (database.record.kind != store::DatabaseKind::Numbered) {
-        throw CommandEnd(ExitCode::Usage, database.path() + " does not list files.");
-    }
+    requireFileDatabase(database);
     return database;
 }
 
@@ -172,6 +180,21 @@ std::string_view kindName(store::DatabaseKind kind) {
     const auto row =
         std::find_if(kKinds.begin(), kKinds.end(), [kind](const auto& entry) { return entry.first == kind; });
     return row == kKinds.end() ? std::string_view() : row->second;
+}
+
+std::optional<store::DatabaseKind> findKind(std::string_view name) {
+    for (const auto& [kind, kindName] : kKinds) {
+        if (kindName == name && canBeCreated(kind)) return kind;
+    }
+    return std::nullopt;
+}
+
+std::string creatableKinds() {
+    std::string names;
+    for (const auto& [kind, name] : kKinds) {
+        if (canBeCreated(kind)) names.append(names.empty() ? "" : ", ").append(name);
+    }
+    return names;
 }
 
 }  // namespace corvalence::cli

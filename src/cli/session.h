@@ -46,7 +46,13 @@ files::FileRecord findRecord(Context& context, core::Run& run, const store::Open
 /// Puts a database that was made or opened first in the list of recent ones.
 void noteRecent(core::Run& run, const std::string& path);
 
+/// Refused where the database does not list files.
+void requireFileDatabase(const store::OpenDatabaseContext& database);
+
 /// The kind of a database as `create` takes it: "file-contents".
 std::string_view kindName(store::DatabaseKind kind);
+/// The kind of that name, if `create` makes such databases; and all those names.
+std::optional<store::DatabaseKind> findKind(std::string_view name);
+std::string creatableKinds();
 
 }  // namespace corvalence::cli

@@ -10,9 +10,11 @@
 
 #include "cli/program.h"
 #include "platform/json_settings_store.h"
+#include "platform/windows/backup_streams.h"
 #include "platform/windows/path_style.h"
 #include "platform/windows/registry_file_types.h"
 #include "platform/windows/registry_settings_store.h"
+#include "platform/windows/shell_recycle_bin.h"
 #include "platform/windows/token.h"
 #include "platform/windows/wide.h"
 #include "platform/windows/windows_access_control.h"
@@ -72,20 +74,24 @@ int wmain(int argc, wchar_t** argv) {
     RegistryFileTypes types;
     WindowsClock clock;
     WindowsTerminal terminal(process);
+    BackupStreams streams;
+    ShellRecycleBin recycleBin;
     process.catchCancelSignals();
-    const cli::Host host{files,
-                         access,
-                         volumes,
-                         status,
-                         process,
-                         types,
-                         clock,
-                         terminal,
-                         kPaths,
-                         std::cin,
-                         std::cout,
-                         std::cerr,
-                         [&](const std::optional<std::string>& home) { return openPlace(files, own, home); }};
+    const cli::Host host{
+        .files = files,
+        .access = access,
+        .volumes = volumes,
+        .status = status,
+        .process = process,
+        .types = types,
+        .clock = clock,
+        .terminal = terminal,
+        .machine = {streams, recycleBin},
+        .paths = kPaths,
+        .in = std::cin,
+        .out = std::cout,
+        .err = std::cerr,
+        .openPlace = [&](const std::optional<std::string>& home) { return openPlace(files, own, home); }};
     std::vector<std::string> arguments;
     for (int i = 1; i < argc; ++i)
         arguments.push_back(toUtf8(argv[i]));

@@ -25,6 +25,7 @@ Outcome Console::run(std::vector<std::string> arguments) {
                          system.types,
                          clock,
                          terminal,
+                         {system.streams, recycleBin},
                          system.paths,
                          in,
                          out,

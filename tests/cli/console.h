@@ -10,6 +10,7 @@
 #include "cli/program.h"
 #include "fake_clock.h"
 #include "faulty_file_system.h"
+#include "listed_recycle_bin.h"
 #include "small_disk.h"
 #include "system_back_end.h"
 #include "temp_folder.h"
@@ -119,6 +120,7 @@ class Console {
     SmallDisk status{system.status};
     SignalledProcess process{system.process};
     ScriptedTerminal terminal;
+    ListedRecycleBin recycleBin;
     std::string input = "secret\n";
     bool outputFails = false;
 };
