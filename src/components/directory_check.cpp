@@ -1,7 +1,6 @@
 #include "components/directory_check.h"
 
 #include <algorithm>
-#include <array>
 #include <numeric>
 #include <set>
 #include <unordered_set>
@@ -14,12 +13,6 @@ namespace {
 
 constexpr std::size_t kBarScale = 650000;
 constexpr std::size_t kBarInterval = 10;
-
-/// Folders of the system's own that change all the time; their names at this place of a path, spelled exactly
-/// so. Shorter paths are looked at in any case.
-constexpr std::array<std::string_view, 4> kRecycleFolders = {"RECYCLED", "RECYCLER", "Recycler", "Recycled"};
-constexpr std::size_t kRecycleOffset = 3;
-constexpr std::size_t kShortPath = 11;
 
 /// "path:name" of a line of a stream list.
 std::string streamPath(std::string_view line) {
@@ -128,11 +121,7 @@ const RecycledPaths& DirectoryCheck::recycled() {
 }
 
 void DirectoryCheck::addNew(DirectoryChange change, std::string_view path) {
-    const bool isExempt =
-        hasRecycleFolders_ && path.size() > kShortPath &&
-        std::find(kRecycleFolders.begin(), kRecycleFolders.end(),
-                  path.substr(kRecycleOffset, kRecycleFolders.front().size())) != kRecycleFolders.end();
-    if (!isExempt) findings_.add(change, path);
+    if (!hasRecycleFolders_ || !isInRecycleFolder(path)) findings_.add(change, path);
 }
 
 void DirectoryCheck::compareFile(const std::string& path) {

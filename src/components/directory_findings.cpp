@@ -6,6 +6,18 @@
 
 namespace corvalence::components {
 
+namespace {
+constexpr std::array<std::string_view, 4> kRecycleFolders = {"RECYCLED", "RECYCLER", "Recycler", "Recycled"};
+constexpr std::size_t kRecycleOffset = 3;
+constexpr std::size_t kShortPath = 11;
+}  // namespace
+
+bool isInRecycleFolder(std::string_view path) noexcept {
+    if (path.size() <= kShortPath) return false;
+    const std::string_view name = path.substr(kRecycleOffset, kRecycleFolders.front().size());
+    return std::find(kRecycleFolders.begin(), kRecycleFolders.end(), name) != kRecycleFolders.end();
+}
+
 void DirectoryFindings::add(DirectoryChange change, std::string_view path) {
     paths_.add(path);
     changes_.push_back(change);

@@ -12,6 +12,11 @@
 
 namespace corvalence::components {
 
+/// Whether a path lies in one of the folders in which Windows keeps what was thrown away, by their names at
+/// one place of the path, spelled exactly so. What comes there is not reported as added. A short path never
+/// does.
+bool isInRecycleFolder(std::string_view path) noexcept;
+
 /// What a directory structure check found, in the order in which it found it.
 class DirectoryFindings {
   public:

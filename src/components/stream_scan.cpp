@@ -17,7 +17,7 @@ void StreamScan::scan(const std::string& path, const Visit& visit) {
             visit(line.append(entry.name));
         }
     } catch (const base::FileFailure& failure) {
-        if (!source_.isNotSupported(failure)) ++unread_;
+        ++(source_.isNotSupported(failure) ? unsupported_ : unread_);
     }
 }
 
@@ -39,10 +39,14 @@ bool StreamScan::scanFolders(const std::string& root, const PathList& folders, b
 
 void addRemarks(std::vector<Remark>& remarks, const StreamScan& scan) {
     addRemark(remarks, {"streams_unread", scan.unread(), " with streams that could not be read.", {}});
-    addRemark(remarks, {"streams_replaced",
-                        scan.replaced(),
-                        " folders without a look at their own streams: those of the root stand in their place.",
-                        {}});
+    addRemark(
+        remarks,
+        {"streams_unsupported", scan.unsupported(), " where this system cannot list streams at all.", {}});
+    addRemark(remarks,
+              {"streams_replaced",
+               scan.replaced(),
+               " folders without a look at their own streams: those of the root stand in their place.",
+               {}});
 }
 
 }  // namespace corvalence::components

@@ -27,6 +27,8 @@ class StreamScan {
 
     /// Files and folders whose streams could not be read.
     std::uint64_t unread() const noexcept { return unread_; }
+    /// Those where the system can list none.
+    std::uint64_t unsupported() const noexcept { return unsupported_; }
     /// First folders of a root that the root's scan took the place of.
     std::uint64_t replaced() const noexcept { return replaced_; }
 
@@ -34,6 +36,7 @@ class StreamScan {
     platform::StreamSource& source_;
     WalkAccount& account_;
     std::uint64_t unread_ = 0;
+    std::uint64_t unsupported_ = 0;
     std::uint64_t replaced_ = 0;
 };
 

@@ -10,6 +10,11 @@ namespace corvalence::test {
 bool makeLink(const std::string& target, const std::string& link);
 /// Makes something in a folder that is neither file nor folder nor link; false where there is no such thing.
 bool makePipe(const std::string& path);
+/// Gives a file or folder a named stream, or takes it away; false where the system has none.
+bool addStream(const std::string& path, const std::string& name);
+bool removeStream(const std::string& path, const std::string& name);
+/// The name by which StreamSource tells a stream that was added by this one.
+std::string streamName(const std::string& name);
 /// Takes the right to write away from everybody, or gives it back to the owner.
 void setReadOnly(const std::string& path, bool readOnly);
 /// Whether nobody but the owner (and who administrates the machine anyway) may do anything with it.

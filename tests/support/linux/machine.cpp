@@ -1,6 +1,7 @@
 #include "machine.h"
 
 #include <sys/stat.h>
+#include <sys/xattr.h>
 #include <unistd.h>
 
 #include <filesystem>
@@ -16,6 +17,18 @@ bool makeLink(const std::string& target, const std::string& link) {
 
 bool makePipe(const std::string& path) {
     return ::mkfifo(path.c_str(), 0600) == 0;
+}
+
+std::string streamName(const std::string& name) {
+    return "user." + name;
+}
+
+bool addStream(const std::string& path, const std::string& name) {
+    return ::setxattr(path.c_str(), streamName(name).c_str(), "1", 1, 0) == 0;
+}
+
+bool removeStream(const std::string& path, const std::string& name) {
+    return ::removexattr(path.c_str(), streamName(name).c_str()) == 0;
 }
 
 void setReadOnly(const std::string& path, bool readOnly) {

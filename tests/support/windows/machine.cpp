@@ -36,6 +36,22 @@ bool makeLink(const std::string& target, const std::string& link) {
            ::GetFileAttributesW(wide(link).c_str()) != INVALID_FILE_ATTRIBUTES;
 }
 
+std::string streamName(const std::string& name) {
+    return name;
+}
+
+bool addStream(const std::string& path, const std::string& name) {
+    // Wine would make a file of that name.
+    if (isEmulated()) return false;
+    const Handle stream(::CreateFileW(wide(path + ":" + name).c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW,
+                                      FILE_FLAG_BACKUP_SEMANTICS, nullptr));
+    return stream.isOpen();
+}
+
+bool removeStream(const std::string& path, const std::string& name) {
+    return !isEmulated() && ::DeleteFileW(wide(path + ":" + name).c_str()) != 0;
+}
+
 bool makePipe(const std::string&) {
     return false;
 }
