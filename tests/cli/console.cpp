@@ -60,6 +60,7 @@ std::vector<std::string> Console::leftovers() const {
     std::vector<std::string> names;
     for (const auto& entry : std::filesystem::recursive_directory_iterator(folder.path())) {
         const std::string name = entry.path().filename().string();
+        if (name.ends_with("Chk123456789z")) continue;  // a report
         for (const std::string_view ending : {"123456789z", "987654321z", "123456789s", "123456789n"}) {
             if (name.ends_with(ending)) names.push_back(name);
         }
