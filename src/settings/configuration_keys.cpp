@@ -60,7 +60,7 @@ constexpr std::array<ConfigurationKey, 36> kKeys = {{
     {"Background Checking", "background-checking", Form::Letter, 0, 0, 0, 0, "N", "YN",
      "Y: background checking begins with the session"},
     {"Complete Walk", "complete-walk", Form::Number, 0, 1, 0, 1, "0", "",
-     "1: walks also enter names that begin with a full stop, and checks compare to the last line"},
+     "1: walks pass over nothing, and checks of what they met compare whole lines to the end"},
     {"Walk Roots", "walk-roots", Form::Paths, 0, 0, 0, 0, "", "",
      "folders, one a line, that walks over the machine keep to; empty: every drive"},
     {"Install Directory", "data-root", Form::Path, 0, 0, 0, 0, "", "", "root of the data folders"},
