@@ -19,6 +19,7 @@ void WalkAccount::refuse(const std::string& path) {
 
 DriveWalk::DriveWalk(store::Vault& vault, const WalkPlan& plan, const OwnNames& own)
     : files_(vault.platform.files),
+      ui_(vault.platform.ui),
       paths_(vault.platform.paths),
       plan_(plan),
       own_(own),
@@ -142,7 +143,10 @@ void DriveWalk::noteEnd(const std::string& folder) {
             ++(files::WalkRules::isFolder(entry.status) ? end.foldersLeftOut : end.filesLeftOut);
         }
     }
-    if (end.foldersLeftOut + end.filesLeftOut > 0) account_.ended.push_back(std::move(end));
+    if (end.foldersLeftOut + end.filesLeftOut == 0) return;
+    ui_.status(0, "The walk ended at " + folder + ": " + std::to_string(end.foldersLeftOut) +
+                      " folders were left out.");
+    account_.ended.push_back(std::move(end));
 }
 
 }  // namespace corvalence::components

@@ -84,6 +84,7 @@ class DriveWalk {
     void noteEnd(const std::string& folder);
 
     platform::FileSystem& files_;
+    platform::UserInterface& ui_;
     const base::PathRules& paths_;
     const WalkPlan& plan_;
     const OwnNames& own_;
