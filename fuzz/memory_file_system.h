@@ -41,7 +41,8 @@ class MemoryFileSystem : public platform::FileSystem {
         if (found == entries.end()) return std::nullopt;
         return statusOf(found->second);
     }
-    std::vector<platform::FolderEntry> list(const std::string&) override { return {}; }
+    using FileSystem::list;
+    std::vector<platform::FolderEntry> list(const std::string&, platform::Detail) override { return {}; }
     void rename(const std::string& from, const std::string& to) override {
         const Entry entry = find(from);
         entries.erase(from);

@@ -117,7 +117,7 @@ std::optional<DriveWalk::Level> DriveWalk::listed(const std::string& path,
                                                   const platform::FileIdentity& identity) {
     Level level{path, identity.volume, {}, own_.in(identity), 0};
     try {
-        level.entries = files_.list(path);
+        level.entries = files_.list(path, platform::Detail::Folders);
     } catch (const base::FileFailure& failure) {
         if (failure.cause() == base::Cause::FileNotFound || failure.cause() == base::Cause::BadPath)
             return std::nullopt;

@@ -85,6 +85,10 @@ class File {
 
 enum class Follow { Yes, No };
 
+/// Which entries of a listing have their status: all, or folders alone, and no more than the kind may be
+/// known of the others. Names alone take half the time.
+enum class Detail { All, Folders };
+
 class FileSystem {
   public:
     virtual ~FileSystem() = default;
@@ -107,7 +111,8 @@ class FileSystem {
     virtual std::optional<FileStatus> status(const std::string& path, Follow follow) = 0;
     /// All entries but "." and "..", links not followed, ordered by the bytes of their names. An entry that
     /// vanishes meanwhile is left out, one whose status cannot be had is listed with its fault.
-    virtual std::vector<FolderEntry> list(const std::string& folder) = 0;
+    virtual std::vector<FolderEntry> list(const std::string& folder, Detail detail) = 0;
+    std::vector<FolderEntry> list(const std::string& folder) { return list(folder, Detail::All); }
     /// Whether the folder lies on a file system that the kernel makes up while it is read (processes,
     /// devices, its own settings) and that stores nothing. False where there is no telling, and on Windows.
     virtual bool isPseudo(const std::string& folder) = 0;

@@ -143,7 +143,16 @@ TEST_F(FileSystemContract, listsEverythingByTheBytesOfItsName) {
     const bool hasLink = makeLink("folder", folder_ / "zlink");
     if (canBeNamed("\xFF")) folder_.write("\xFF", "");
     std::vector<std::string> names;
+    const auto brief = files_.list(folder_.path(), platform::Detail::Folders);
     for (const auto& entry : files_.list(folder_.path())) {
+        ASSERT_LT(names.size(), brief.size());
+        const auto& alone = brief[names.size()];
+        EXPECT_EQ(alone.name, entry.name);
+        EXPECT_EQ(alone.status.kind, entry.status.kind);
+        if (entry.status.kind == FileKind::Folder) {
+            EXPECT_EQ(alone.status.attributes, entry.status.attributes);
+            EXPECT_EQ(alone.status.identity, entry.status.identity);
+        }
         names.push_back(entry.name);
         const auto status = files_.status(folder_ / entry.name, Follow::No);
         EXPECT_EQ(entry.status.kind, status->kind) << entry.name;

@@ -134,8 +134,9 @@ std::optional<FileStatus> FaultyFileSystem::status(const std::string& path, plat
     return inner_.status(path, follow);
 }
 
-std::vector<platform::FolderEntry> FaultyFileSystem::list(const std::string& folder) {
-    return inner_.list(folder);
+std::vector<platform::FolderEntry> FaultyFileSystem::list(const std::string& folder,
+                                                          platform::Detail detail) {
+    return inner_.list(folder, detail);
 }
 
 void FaultyFileSystem::rename(const std::string& from, const std::string& to) {

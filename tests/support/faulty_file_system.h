@@ -74,7 +74,8 @@ class FaultyFileSystem : public platform::FileSystem {
     std::unique_ptr<platform::File> openExclusive(const std::string& path) override;
     std::unique_ptr<platform::File> createNew(const std::string& path) override;
     std::optional<platform::FileStatus> status(const std::string& path, platform::Follow follow) override;
-    std::vector<platform::FolderEntry> list(const std::string& folder) override;
+    using FileSystem::list;
+    std::vector<platform::FolderEntry> list(const std::string& folder, platform::Detail detail) override;
     bool isPseudo(const std::string& folder) override { return inner_.isPseudo(folder); }
     void rename(const std::string& from, const std::string& to) override;
     bool renameNew(const std::string& from, const std::string& to) override;

@@ -100,6 +100,17 @@ int makeFolder(const std::string& path) {
     return ::chmod(path.c_str(), kOwnerOnlyFolder) == 0 ? 0 : errno;
 }
 
+FileKind kindOf(unsigned char entryType) noexcept {
+    switch (entryType) {
+        case DT_REG:
+            return FileKind::Regular;
+        case DT_LNK:
+            return FileKind::Link;
+        default:
+            return FileKind::Other;
+    }
+}
+
 struct CloseFolder {
     void operator()(DIR* folder) const noexcept { ::closedir(folder); }
 };
@@ -146,7 +157,7 @@ std::optional<FileStatus> LinuxFileSystem::status(const std::string& path, Follo
     return result;
 }
 
-std::vector<FolderEntry> LinuxFileSystem::list(const std::string& folder) {
+std::vector<FolderEntry> LinuxFileSystem::list(const std::string& folder, Detail detail) {
     Descriptor descriptor = openAt(folder, O_RDONLY | O_DIRECTORY | O_NONBLOCK);
     // The stream closes the descriptor that it is given, so it gets one of its own.
     const int streamDescriptor = ::fcntl(descriptor.number(), F_DUPFD_CLOEXEC, 0);
@@ -162,6 +173,11 @@ std::vector<FolderEntry> LinuxFileSystem::list(const std::string& folder) {
         const std::string_view name = found->d_name;
         if (name == "." || name == "..") continue;
         FolderEntry entry{std::string(name), {}};
+        if (detail == Detail::Folders && found->d_type != DT_DIR && found->d_type != DT_UNKNOWN) {
+            entry.status.kind = kindOf(found->d_type);
+            entries.push_back(std::move(entry));
+            continue;
+        }
         const int error =
             queryStatus(descriptor.number(), found->d_name, AT_SYMLINK_NOFOLLOW, name, entry.status);
         if (error == ENOENT) continue;

@@ -17,7 +17,8 @@ class LinuxFileSystem : public FileSystem {
     std::unique_ptr<File> createNew(const std::string& path) override;
 
     std::optional<FileStatus> status(const std::string& path, Follow follow) override;
-    std::vector<FolderEntry> list(const std::string& folder) override;
+    using FileSystem::list;
+    std::vector<FolderEntry> list(const std::string& folder, Detail detail) override;
     bool isPseudo(const std::string& folder) override;
 
     void rename(const std::string& from, const std::string& to) override;

@@ -228,7 +228,8 @@ std::optional<FileStatus> WindowsFileSystem::status(const std::string& path, Fol
     throw failureOf(error, path);
 }
 
-std::vector<FolderEntry> WindowsFileSystem::list(const std::string& folder) {
+std::vector<FolderEntry> WindowsFileSystem::list(const std::string& folder, Detail) {
+    // The system gives names and status in one.
     const Handle handle = open(systemPath(folder), FILE_LIST_DIRECTORY | FILE_READ_ATTRIBUTES, kShareAll,
                                OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS);
     if (!handle.isOpen()) throwSystemError(folder);

@@ -21,7 +21,8 @@ class WindowsFileSystem : public FileSystem {
     std::unique_ptr<File> createNew(const std::string& path) override;
 
     std::optional<FileStatus> status(const std::string& path, Follow follow) override;
-    std::vector<FolderEntry> list(const std::string& folder) override;
+    using FileSystem::list;
+    std::vector<FolderEntry> list(const std::string& folder, Detail detail) override;
 
     /// Read-only files are renamed, replaced and removed as well.
     void rename(const std::string& from, const std::string& to) override;
