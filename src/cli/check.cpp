@@ -13,7 +13,7 @@ namespace {
 ExitCode checkFiles(Context& context, core::Run& run, store::OpenDatabaseContext& database,
                     const CheckArguments& arguments) {
     const bool asks = !arguments.reaction && context.terminal.isInteractive();
-    ChangedFilePrompt prompt(context, run->vault(), database);
+    ChangedFilePrompt prompt(context, run.vault(), database);
     FixedReaction fixed(arguments.reaction.value_or(files::Reaction::Ignore), arguments.changedFile);
     files::ChangedFileDetailsDialog& dialog =
         asks ? static_cast<files::ChangedFileDetailsDialog&>(prompt) : fixed;

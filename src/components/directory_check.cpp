@@ -11,7 +11,6 @@ namespace corvalence::components {
 
 namespace {
 
-constexpr std::size_t kBarScale = 650000;
 constexpr std::size_t kBarInterval = 10;
 
 /// "path:name" of a line of a stream list.
@@ -30,7 +29,7 @@ class DirectoryCheck::Visitor : public WalkVisitor {
         : check_(check),
           scan_(scan),
           progress_(progress),
-          step_(kBarScale / std::max<std::size_t>(check.lines_.files.size(), 1)) {}
+          total_(std::max<std::size_t>(check.lines_.files.size(), 1)) {}
 
     bool beginRoot(std::size_t) override {
         folders_.clear();
@@ -42,9 +41,8 @@ class DirectoryCheck::Visitor : public WalkVisitor {
         check_.compareFile(path);
         scan_.scan(path, compareStream_);
         if (++met_ % kBarInterval == 0) {
-            const std::size_t position = met_ / kBarInterval * step_;
-            progress_.bar(
-                static_cast<std::uint32_t>(std::min<std::size_t>(position, platform::Progress::kSteps)));
+            const std::size_t position = std::min(met_, total_) * platform::Progress::kSteps / total_;
+            progress_.bar(static_cast<std::uint32_t>(position));
         }
         return true;
     }
@@ -62,7 +60,7 @@ class DirectoryCheck::Visitor : public WalkVisitor {
     DirectoryCheck& check_;
     StreamScan& scan_;
     platform::Progress& progress_;
-    std::size_t step_;
+    std::size_t total_;
     std::size_t met_ = 0;
     PathList folders_;
     StreamScan::Visit compareStream_ = [this](const std::string& line) { check_.compareStream(line); };
