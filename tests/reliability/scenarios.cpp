@@ -6,7 +6,11 @@
 #include <filesystem>
 #include <iterator>
 
+#include "components/kinds.h"
 #include "crypto/sealed_file.h"
+#include "listed_recycle_bin.h"
+#include "reports/report_file.h"
+#include "reports/report_writer.h"
 #include "schedule/schedule_list.h"
 #include "store/database_creation.h"
 #include "store/database_deletion.h"
@@ -149,6 +153,66 @@ bool isStamped(World& world) {
     return store::DatabaseIndex(world.vault()).findExact(world.databasePath())->lastCheck.has_value();
 }
 
+/// What baselines of the world's files need beside it.
+struct BaselineWork {
+    explicit BaselineWork(World& of) : world(of), machine{of.machine.system.streams, bin} {}
+
+    bool create() {
+        store::CreationRequest request;
+        request.location = world.data("Databases");
+        request.name = "new";
+        request.kind = kind.kind;
+        bool wasCancelled = false;
+        const auto creation = kind.makeCreation(world.vault(), machine);
+        return components::createDatabase(world.vault(), kind, request, *creation, wasCancelled).has_value();
+    }
+    bool check() {
+        return world.open("new") == store::OpenResult::Opened &&
+               components::checkDatabase(world.vault(), machine, kind, world.context()).isWhole();
+    }
+
+    World& world;
+    ListedRecycleBin bin;
+    components::Machine machine;
+    const components::ComponentKind& kind =
+        *components::findComponentKind(store::DatabaseKind::DirectoryStructure);
+};
+
+void limitWalks(World& world) {
+    world.set(settings::key::kWalkRoots, world.path(""));
+}
+Claim createBaseline(World& world) {
+    return claimOf(world, BaselineWork(world).create());
+}
+bool isBaselineCreated(World& world) {
+    return BaselineWork(world).check() && fs::exists(world.databasePath("newBn~"));
+}
+void prepareBaseline(World& world) {
+    limitWalks(world);
+    BaselineWork(world).create();
+}
+Claim checkBaseline(World& world) {
+    return claimOf(world, BaselineWork(world).check());
+}
+bool isBaselineChecked(World& world) {
+    return store::DatabaseIndex(world.vault()).findExact(world.databasePath("new"))->lastCheck &&
+           reports::ReportFile::open(
+               world.vault(),
+               reports::reportPath(world.configuration(), reports::ReportKind::DirectoryStructure))
+               .has_value();
+}
+Claim deleteBaseline(World& world) {
+    world.open("new");
+    schedule::ScheduleList schedule(world.vault());
+    return claimOf(world, store::deleteDatabase(world.vault(), world.context(), schedule) ==
+                              store::DeletionResult::Deleted);
+}
+bool isBaselineDeleted(World& world) {
+    const auto names = {"new", "newd", "newa", "newBn", "new~", "newd~", "newa~", "newBn~"};
+    return std::none_of(names.begin(), names.end(),
+                        [&](const char* name) { return fs::exists(world.databasePath(name)); });
+}
+
 void nothing(World&) {}
 
 struct SealedText {
@@ -223,6 +287,9 @@ constexpr Scenario kScenarios[] = {
     {"stamp", kSealed, Files::Stay, nothing, stamp, isStamped},
     {"password", kSealed, Files::Stay, sealEverything, changePassword, isPasswordChanged,
      expectSealedByThePassword},
+    {"createBaseline", kSealed, Files::Stay, limitWalks, createBaseline, isBaselineCreated},
+    {"checkBaseline", kSealed, Files::Stay, prepareBaseline, checkBaseline, isBaselineChecked},
+    {"deleteBaseline", kSealed, Files::Stay, prepareBaseline, deleteBaseline, isBaselineDeleted},
 };
 
 void writeSchedule(World& world) {
