@@ -9,6 +9,7 @@
 #include "schedule/schedule_list.h"
 #include "store/backup_database.h"
 #include "store/backup_pair.h"
+#include "store/component_files.h"
 #include "store/component_index.h"
 #include "store/database_digest.h"
 #include "store/database_files.h"
@@ -33,12 +34,14 @@ class Planner {
   public:
     explicit Planner(store::Vault& vault)
         : vault_(vault), files_(vault.platform.files), records_(store::DatabaseIndex(vault).records()) {
-        for (const bool isSibling : {false, true}) {
-            std::size_t at = 0;
-            for (const auto& files : store::databaseFiles(vault, records_)) {
-                const bool listsFiles = records_[at++].kind == store::DatabaseKind::Numbered && !isSibling;
-                for (std::size_t file = isSibling ? 1 : 0; file < (isSibling ? files.size() : 1); ++file)
-                    owned_.push_back({files[file], listsFiles});
+        const auto databases = store::databaseFiles(vault, records_);
+        for (std::size_t at = 0; at < records_.size(); ++at) {
+            const auto& files = databases[at];
+            databases_.push_back({files.front(), records_[at].kind == store::DatabaseKind::Numbered});
+            for (const std::string& path : store::siblingFiles(records_[at].kind, records_[at].path)) {
+                const auto listed = std::find_if(files.begin(), files.end(),
+                                                 [&](const auto& file) { return file.path == path; });
+                siblings_.push_back({listed == files.end() ? store::SealedFileRecord{path, {}} : *listed});
             }
         }
     }
@@ -50,22 +53,28 @@ class Planner {
         files_.openExclusive(index);
         if (const std::string components = store::ComponentIndex(vault_).path(); claim(components))
             files_.openExclusive(components);
-        for (const Owned& owned : owned_)
+        for (const Owned& owned : databases_)
             addOfDatabase(owned, owned.file.path);
         for (const IndexRecord& record : records_)
             addPair(record);
-        for (const Owned& owned : owned_)
+        for (const Owned& owned : databases_)
+            addBackup(owned);
+        for (const Owned& owned : siblings_)
+            addOfDatabase(owned, owned.file.path);
+        for (const Owned& owned : siblings_)
             addBackup(owned);
         addFixedFiles();
         for (const std::string& report : savedReports)
             addText({report, vault_.session.chains.IndexIV, {}, true});
-        for (const Owned& owned : owned_)
+        for (const Owned& owned : databases_)
+            noteEarlierBackups(owned);
+        for (const Owned& owned : siblings_)
             noteEarlierBackups(owned);
         return std::move(plan_);
     }
 
   private:
-    /// A file of a database, the database's own or one beside it.
+    /// A file of a database, the database's own or one beside it; without a digest where none is listed.
     struct Owned {
         store::SealedFileRecord file;
         bool listsFiles = false;  // with digests and times in every line
@@ -120,6 +129,7 @@ class Planner {
     }
 
     void addBackup(const Owned& owned) {
+        if (owned.file.digest.empty()) return;
         const base::PathRules& paths = vault_.platform.paths;
         const std::string backup = store::backupDatabasePath(owned.file.path, vault_.configuration, paths);
         const bool hasPlace = !paths.folder(backup).empty();
@@ -180,6 +190,7 @@ class Planner {
     }
 
     void noteEarlierBackups(const Owned& owned) {
+        if (owned.file.digest.empty()) return;
         const auto listing = [this](const std::string& folder) -> const std::vector<platform::FolderEntry>& {
             const auto [found, isNew] = listings_.try_emplace(folder);
             const auto status = folder.empty() ? std::nullopt : files_.status(folder, platform::Follow::Yes);
@@ -199,7 +210,8 @@ class Planner {
     store::Vault& vault_;
     platform::FileSystem& files_;
     std::vector<IndexRecord> records_;
-    std::vector<Owned> owned_;  // the databases' own files first
+    std::vector<Owned> databases_;  // their own files
+    std::vector<Owned> siblings_;   // every path at which one can have another
     std::set<std::pair<platform::FileIdentity, std::string>> claimed_;
     std::map<std::string, std::vector<platform::FolderEntry>> listings_;
     ResealPlan plan_;

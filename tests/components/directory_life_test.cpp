@@ -67,6 +67,23 @@ TEST_F(DirectoryLife, RefusesAFileThatIsNotItsOwnAndOffersItsBackup) {
                                      file("based~") + " has also been changed!"));
 }
 
+TEST_F(DirectoryLife, GoesAlongWithAChangeOfThePassword) {
+    create();
+    world.write("a/0new", "x");
+    const std::vector<std::string> expected = {"A a/0new"};
+    EXPECT_EQ(check().lines, expected);
+    EXPECT_EQ(world.changePassword("another", {}).result, core::PasswordChangeResult::Changed);
+    EXPECT_EQ(report(), expected);
+    EXPECT_EQ(check().lines, expected);
+    for (const std::string& each : kFiles) {
+        damage(each);
+        world.machine.ui.answers = {true};
+        EXPECT_EQ(check().lines, expected) << each;
+    }
+    ASSERT_EQ(world.start(), core::StartResult::Ready);
+    EXPECT_EQ(check().lines, expected);
+}
+
 TEST_F(DirectoryLife, IsDeletedWithAllItsFiles) {
     create();
     EXPECT_EQ(databaseFiles(), 2 * kFiles.size());
