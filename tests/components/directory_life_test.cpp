@@ -80,6 +80,7 @@ TEST_F(DirectoryLife, GoesAlongWithAChangeOfThePassword) {
         world.machine.ui.answers = {true};
         EXPECT_EQ(check().lines, expected) << each;
     }
+    world.password.password = "another";
     ASSERT_EQ(world.start(), core::StartResult::Ready);
     EXPECT_EQ(check().lines, expected);
 }
