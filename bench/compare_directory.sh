@@ -37,8 +37,8 @@ make_tree() {
 
 # change_tree: one name in a hundred goes, or comes.
 change_tree() {
-    awk 'NR % 200 == 100' "$work/names" >"$work/gone"
-    awk 'NR % 200 == 0 { print $0 "z" }' "$work/names" >"$work/new"
+    awk 'NR % 200 == 50' "$work/names" >"$work/gone"
+    awk 'NR % 200 == 150 { print $0 "z" }' "$work/names" >"$work/new"
     xargs rm <"$work/gone"
     xargs touch <"$work/new"
 }
