@@ -1,6 +1,6 @@
 # Installs the Debian packages that a script names and that this machine lacks. Sourced by run.sh and test.sh.
 
-build_packages=(g++ cmake ninja-build ccache libacl1-dev libcli11-dev nlohmann-json3-dev)
+build_packages=(g++ cmake ninja-build ccache libacl1-dev libcli11-dev libsystemd-dev nlohmann-json3-dev)
 test_packages=(libgtest-dev libgmock-dev)
 # For another system: the compiler, the tests' library as sources, and what runs the result.
 # shellcheck disable=SC2034
