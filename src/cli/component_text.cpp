@@ -19,7 +19,7 @@ reports::ReportFile openReport(core::Run& run, reports::ReportKind kind) {
 void writeOutcome(Context& context, const components::CheckOutcome& outcome,
                   const store::OpenDatabaseContext& database, const std::vector<std::string>& lines) {
     for (const std::string& line : lines)
-        context.out << shown(line) + "\n";
+        context.out << shown(line, LineFeeds::Keep) + "\n";
     if (outcome.cancelled) {
         context.out << "The check was cancelled. It left no report.\n";
         return;

@@ -19,6 +19,7 @@
 #include "platform/linux/linux_terminal.h"
 #include "platform/linux/linux_volumes.h"
 #include "platform/linux/mime_file_types.h"
+#include "platform/linux/systemd_services.h"
 #include "platform/linux/trash_folders.h"
 
 namespace {
@@ -89,6 +90,7 @@ int main(int argc, char** argv) {
     LinuxClock clock;
     LinuxTerminal terminal(process);
     ExtendedAttributes streams;
+    SystemdServices services(files);
     TrashFolders trash(files, [&volumes] { return trashPlaces(volumes); });
     const base::PathRules paths;
     process.catchCancelSignals();
@@ -101,7 +103,7 @@ int main(int argc, char** argv) {
         .types = types,
         .clock = clock,
         .terminal = terminal,
-        .machine = {streams, trash},
+        .machine = {streams, trash, services},
         .paths = paths,
         .in = std::cin,
         .out = std::cout,

@@ -21,6 +21,7 @@
 #include "platform/windows/windows_clock.h"
 #include "platform/windows/windows_file_system.h"
 #include "platform/windows/windows_process.h"
+#include "platform/windows/windows_service_manager.h"
 #include "platform/windows/windows_system_status.h"
 #include "platform/windows/windows_terminal.h"
 #include "platform/windows/windows_volumes.h"
@@ -75,6 +76,7 @@ int wmain(int argc, wchar_t** argv) {
     WindowsClock clock;
     WindowsTerminal terminal(process);
     BackupStreams streams;
+    WindowsServiceManager services;
     ShellRecycleBin recycleBin;
     process.catchCancelSignals();
     const cli::Host host{
@@ -86,7 +88,7 @@ int wmain(int argc, wchar_t** argv) {
         .types = types,
         .clock = clock,
         .terminal = terminal,
-        .machine = {streams, recycleBin},
+        .machine = {streams, recycleBin, services},
         .paths = kPaths,
         .in = std::cin,
         .out = std::cout,

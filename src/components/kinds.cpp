@@ -6,6 +6,9 @@
 #include "components/directory_check.h"
 #include "components/directory_creation.h"
 #include "components/directory_report.h"
+#include "components/service_check.h"
+#include "components/service_creation.h"
+#include "components/service_report.h"
 
 namespace corvalence::components {
 
@@ -48,10 +51,12 @@ class ShownCreation : public store::CreationWorker {
     ComponentCreation& inner_;
 };
 
-constexpr std::array<ComponentKind, 1> kKinds = {{
+constexpr std::array<ComponentKind, 2> kKinds = {{
     {store::DatabaseKind::DirectoryStructure, reports::ReportKind::DirectoryStructure, "directory structure",
      makeCreation<DirectoryCreation>, makeCheck<DirectoryCheck>, countDirectories,
      makeRenderer<DirectoryRenderer>},
+    {store::DatabaseKind::Services, reports::ReportKind::Services, "services", makeCreation<ServiceCreation>,
+     makeCheck<ServiceCheck>, countServices, makeRenderer<ServiceRenderer>},
 }};
 
 }  // namespace

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/recycle_bin.h"
+#include "platform/service_manager.h"
 #include "platform/stream_source.h"
 
 namespace corvalence::components {
@@ -9,6 +10,7 @@ namespace corvalence::components {
 struct Machine {
     platform::StreamSource& streams;
     platform::RecycleBin& recycleBin;
+    platform::ServiceManager& services;
 };
 
 }  // namespace corvalence::components

@@ -25,7 +25,7 @@ Outcome Console::run(std::vector<std::string> arguments) {
                          system.types,
                          clock,
                          terminal,
-                         {system.streams, recycleBin},
+                         {system.streams, recycleBin, services},
                          system.paths,
                          in,
                          out,

@@ -11,6 +11,7 @@
 #include "fake_clock.h"
 #include "faulty_file_system.h"
 #include "listed_recycle_bin.h"
+#include "listed_services.h"
 #include "small_disk.h"
 #include "system_back_end.h"
 #include "temp_folder.h"
@@ -121,6 +122,7 @@ class Console {
     SignalledProcess process{system.process};
     ScriptedTerminal terminal;
     ListedRecycleBin recycleBin;
+    ListedServices services;
     std::string input = "secret\n";
     bool outputFails = false;
 };

@@ -6,6 +6,7 @@
 
 #include "components/kinds.h"
 #include "listed_recycle_bin.h"
+#include "listed_services.h"
 #include "reports/report_file.h"
 #include "store/database_deletion.h"
 #include "world.h"
@@ -42,7 +43,8 @@ class BaselineWorld {
 
     World world;
     ListedRecycleBin bin;
-    components::Machine machine{world.machine.system.streams, bin};
+    ListedServices services;
+    components::Machine machine{world.machine.system.streams, bin, services};
     const components::ComponentKind& kind;
 
   private:
