@@ -15,6 +15,7 @@
 #include "platform/linux/linux_clock.h"
 #include "platform/linux/linux_file_system.h"
 #include "platform/linux/linux_process.h"
+#include "platform/linux/linux_registry.h"
 #include "platform/linux/linux_system_status.h"
 #include "platform/linux/linux_terminal.h"
 #include "platform/linux/linux_volumes.h"
@@ -91,6 +92,7 @@ int main(int argc, char** argv) {
     LinuxTerminal terminal(process);
     ExtendedAttributes streams;
     SystemdServices services(files);
+    LinuxRegistry registry(files);
     TrashFolders trash(files, [&volumes] { return trashPlaces(volumes); });
     const base::PathRules paths;
     process.catchCancelSignals();
@@ -103,7 +105,7 @@ int main(int argc, char** argv) {
         .types = types,
         .clock = clock,
         .terminal = terminal,
-        .machine = {streams, trash, services},
+        .machine = {streams, trash, services, registry},
         .paths = paths,
         .in = std::cin,
         .out = std::cout,

@@ -21,6 +21,7 @@
 #include "platform/windows/windows_clock.h"
 #include "platform/windows/windows_file_system.h"
 #include "platform/windows/windows_process.h"
+#include "platform/windows/windows_registry.h"
 #include "platform/windows/windows_service_manager.h"
 #include "platform/windows/windows_system_status.h"
 #include "platform/windows/windows_terminal.h"
@@ -77,6 +78,7 @@ int wmain(int argc, wchar_t** argv) {
     WindowsTerminal terminal(process);
     BackupStreams streams;
     WindowsServiceManager services;
+    WindowsRegistry registry;
     ShellRecycleBin recycleBin;
     process.catchCancelSignals();
     const cli::Host host{
@@ -88,7 +90,7 @@ int wmain(int argc, wchar_t** argv) {
         .types = types,
         .clock = clock,
         .terminal = terminal,
-        .machine = {streams, recycleBin, services},
+        .machine = {streams, recycleBin, services, registry},
         .paths = kPaths,
         .in = std::cin,
         .out = std::cout,

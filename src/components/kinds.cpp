@@ -6,6 +6,9 @@
 #include "components/directory_check.h"
 #include "components/directory_creation.h"
 #include "components/directory_report.h"
+#include "components/registry_check.h"
+#include "components/registry_creation.h"
+#include "components/registry_report.h"
 #include "components/service_check.h"
 #include "components/service_creation.h"
 #include "components/service_report.h"
@@ -51,10 +54,12 @@ class ShownCreation : public store::CreationWorker {
     ComponentCreation& inner_;
 };
 
-constexpr std::array<ComponentKind, 2> kKinds = {{
+constexpr std::array<ComponentKind, 3> kKinds = {{
     {store::DatabaseKind::DirectoryStructure, reports::ReportKind::DirectoryStructure, "directory structure",
      makeCreation<DirectoryCreation>, makeCheck<DirectoryCheck>, countDirectories,
      makeRenderer<DirectoryRenderer>},
+    {store::DatabaseKind::Registry, reports::ReportKind::Registry, "registry", makeCreation<RegistryCreation>,
+     makeCheck<RegistryCheck>, countRegistry, makeRenderer<RegistryRenderer>},
     {store::DatabaseKind::Services, reports::ReportKind::Services, "services", makeCreation<ServiceCreation>,
      makeCheck<ServiceCheck>, countServices, makeRenderer<ServiceRenderer>},
 }};

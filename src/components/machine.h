@@ -3,6 +3,7 @@
 #include "platform/recycle_bin.h"
 #include "platform/service_manager.h"
 #include "platform/stream_source.h"
+#include "platform/system_registry.h"
 
 namespace corvalence::components {
 
@@ -11,6 +12,7 @@ struct Machine {
     platform::StreamSource& streams;
     platform::RecycleBin& recycleBin;
     platform::ServiceManager& services;
+    platform::SystemRegistry& registry;
 };
 
 }  // namespace corvalence::components

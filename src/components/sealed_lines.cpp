@@ -23,6 +23,8 @@ SealedLines::SealedLines(const store::Vault& vault, const store::SealedFileRecor
         const std::string_view line = base::withoutLineEnd(whole);
         if (whole.size() <= form.limit && whole.ends_with("\r\n") && form.isRecord(line)) {
             ends_.push_back({begin, static_cast<std::uint32_t>(line.size())});
+        } else if (form.other == LineForm::Other::GoesOn && whole.ends_with("\r\n") && !ends_.empty()) {
+            ends_.back().length = static_cast<std::uint32_t>(begin + line.size() - ends_.back().begin);
         } else if (!base::isStaleTail(text.size() - begin)) {
             ++malformed_;
         }

@@ -15,8 +15,12 @@ namespace corvalence::components {
 
 /// What makes a line of a list a record.
 struct LineForm {
+    /// What a line is that is no record.
+    enum class Other { Malformed, GoesOn };
+
     std::size_t limit;  // bytes with its CR LF
     std::function<bool(std::string_view line)> isRecord;
+    Other other = Other::Malformed;  // GoesOn: part of the record before it
 };
 
 /// The lines of a sealed component file, unsealed into memory that is wiped.
@@ -27,7 +31,7 @@ class SealedLines {
     SealedLines(const store::Vault& vault, const store::SealedFileRecord& file, const LineForm& form);
 
     std::size_t size() const noexcept { return ends_.size(); }
-    /// Without its CR LF.
+    /// Without its CR LF; with the lines that go on with it, and theirs between them.
     std::string_view operator[](std::size_t line) const noexcept;
     /// Lines that are no records, or longer than the list's limit. They are left out as a whole.
     std::uint64_t malformed() const noexcept { return malformed_; }

@@ -11,6 +11,7 @@
 #include "fake_clock.h"
 #include "faulty_file_system.h"
 #include "listed_recycle_bin.h"
+#include "listed_registry.h"
 #include "listed_services.h"
 #include "small_disk.h"
 #include "system_back_end.h"
@@ -123,6 +124,7 @@ class Console {
     ScriptedTerminal terminal;
     ListedRecycleBin recycleBin;
     ListedServices services;
+    ListedRegistry registry;
     std::string input = "secret\n";
     bool outputFails = false;
 };

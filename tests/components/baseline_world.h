@@ -6,6 +6,7 @@
 
 #include "components/kinds.h"
 #include "listed_recycle_bin.h"
+#include "listed_registry.h"
 #include "listed_services.h"
 #include "reports/report_file.h"
 #include "store/database_deletion.h"
@@ -44,7 +45,8 @@ class BaselineWorld {
     World world;
     ListedRecycleBin bin;
     ListedServices services;
-    components::Machine machine{world.machine.system.streams, bin, services};
+    ListedRegistry registry;
+    components::Machine machine{world.machine.system.streams, bin, services, registry};
     const components::ComponentKind& kind;
 
   private:

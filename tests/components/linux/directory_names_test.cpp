@@ -58,8 +58,7 @@ TEST(DirectoryTrash, OfADesktopIsToldWithTheOriginalPath) {
     platform::linux_system::TrashFolders bin(world.machine.system.files, [&] {
         return platform::linux_system::TrashPlaces{{trash}, {}};
     });
-    ListedServices services;
-    const components::Machine real{world.machine.system.streams, bin, services};
+    const components::Machine real{world.machine.system.streams, bin, machine.services, machine.registry};
     machine.create();
     std::filesystem::create_directories(trash + "/files");
     std::filesystem::create_directories(trash + "/info");

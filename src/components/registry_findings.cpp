@@ -1,0 +1,83 @@
+#include "components/registry_findings.h"
+
+#include <algorithm>
+#include <unordered_map>
+
+#include "base/record_text.h"
+#include "components/registry_record.h"
+
+namespace corvalence::components {
+
+namespace {
+
+RegistryFindings::Value valueOf(std::string_view rest) {
+    const std::size_t at = std::min(rest.find(base::kSeparator), rest.size());
+    std::string data(firstLine(rest.substr(std::min(at + 1, rest.size()))));
+    // A text that stands as it is may hold one, a field of the report must not.
+    std::replace(data.begin(), data.end(), base::kSeparator, ' ');
+    return {std::string(rest.substr(0, at)), std::move(data)};
+}
+
+}  // namespace
+
+void RegistryFindings::addNew(std::string_view name, std::string_view identity, std::string_view rest) {
+    findings_.push_back(
+        {RegistryChange::Added, std::string(name), std::string(identity), valueOf(rest), {}, false});
+}
+
+void RegistryFindings::addRemoved(std::string_view name, std::string_view rest) {
+    findings_.push_back(
+        {RegistryChange::Removed, std::string(name), std::string(name), valueOf(rest), {}, false});
+}
+
+void RegistryFindings::addChanged(std::string_view name, std::string_view before, std::string_view now) {
+    findings_.push_back({RegistryChange::Changed, std::string(name), std::string(name), valueOf(before),
+                         valueOf(now), false});
+}
+
+void RegistryFindings::joinMoved() {
+    // From the end on: of several added ones the first behind a removed one is its own.
+    std::unordered_map<std::string_view, std::vector<Finding*>> added;
+    for (auto finding = findings_.rbegin(); finding != findings_.rend(); ++finding) {
+        if (finding->change == RegistryChange::Added) added[finding->identity].push_back(&*finding);
+        if (finding->change != RegistryChange::Removed) continue;
+        const auto found = added.find(finding->identity);
+        if (found == added.end() || found->second.empty()) continue;
+        Finding& other = *found->second.back();
+        found->second.pop_back();
+        other.isDropped = true;
+        if (finding->value == other.value) {
+            finding->isDropped = true;
+        } else {
+            finding->change = RegistryChange::Changed;
+            finding->now = other.value;
+        }
+    }
+    std::erase_if(findings_, [](const Finding& finding) { return finding.isDropped; });
+}
+
+std::vector<Count> RegistryFindings::counts() const {
+    std::vector<Count> counts;
+    for (std::size_t row = 0; row < kRegistryChanges.size(); ++row) {
+        const auto count = std::count_if(findings_.begin(), findings_.end(), [&](const Finding& finding) {
+            return static_cast<std::size_t>(finding.change) == row;
+        });
+        counts.push_back(
+            {kRegistryChanges[row].name, kRegistryChanges[row].total, static_cast<std::uint64_t>(count)});
+    }
+    return counts;
+}
+
+void RegistryFindings::write(reports::ReportWriter& report) const {
+    for (const Finding& finding : findings_) {
+        const std::string_view code = registryChange(finding.change).code;
+        if (finding.change == RegistryChange::Changed) {
+            report.add({finding.name, finding.value.type, finding.value.data, code, finding.now.type,
+                        finding.now.data});
+        } else {
+            report.add({finding.name, finding.value.type, finding.value.data, code});
+        }
+    }
+}
+
+}  // namespace corvalence::components

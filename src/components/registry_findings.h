@@ -1,0 +1,50 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "components/component_check.h"
+#include "components/registry_report.h"
+#include "reports/report_writer.h"
+
+namespace corvalence::components {
+
+/// What a registry check found, in the order in which it found it. Only first lines are kept.
+class RegistryFindings {
+  public:
+    struct Value {
+        std::string type;
+        std::string data;
+
+        bool operator==(const Value&) const = default;
+    };
+
+    /// `name` as the report shows it, `identity` the same for one value wherever it comes from. `rest`: type
+    /// and data with the separator between them.
+    void addNew(std::string_view name, std::string_view identity, std::string_view rest);
+    void addRemoved(std::string_view name, std::string_view rest);
+    void addChanged(std::string_view name, std::string_view before, std::string_view now);
+
+    /// Makes one finding of a value that was found removed and, further on, added, as one that only has
+    /// another place: none where it is the same, else a change.
+    void joinMoved();
+
+    std::vector<Count> counts() const;
+    void write(reports::ReportWriter& report) const;
+
+  private:
+    struct Finding {
+        RegistryChange change;
+        std::string name;
+        std::string identity;
+        Value value;
+        Value now;  // of a changed one
+        bool isDropped = false;
+    };
+
+    std::vector<Finding> findings_;
+};
+
+}  // namespace corvalence::components

@@ -1,0 +1,168 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "baseline_world.h"
+#include "components/registry_record.h"
+#include "components/registry_report.h"
+
+namespace corvalence::test {
+namespace {
+
+using components::renderRegistryValue;
+using platform::RegistryRoot;
+using platform::RegistryValue;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using Counts = std::map<std::string, std::uint64_t>;
+
+RegistryValue textValue(const std::string& name, const std::string& text, std::uint32_t type = 1) {
+    return {name, type, {text.begin(), text.end()}, text};
+}
+RegistryValue bytesValue(std::uint32_t type, std::vector<std::uint8_t> bytes) {
+    return {"n", type, std::move(bytes), {}};
+}
+
+TEST(RegistryRecord, RendersEveryTypeInItsOwnForm) {
+    const auto render = [](const RegistryValue& value) {
+        return renderRegistryValue(value).value_or("refused");
+    };
+    const std::vector<std::pair<std::uint32_t, std::string>> names = {{0, "REG_NONE"},
+                                                                      {3, "REG_BINARY"},
+                                                                      {7, "REG_MULTI_SZ"},
+                                                                      {8, "REG_RESOURCE_LIST"},
+                                                                      {9, "REG_FULL_RESOURCE_DESCRIPTOR"},
+                                                                      {10, "REG_RESOURCE_REQUIREMENTS_LIST"}};
+    for (const auto& [type, name] : names)
+        EXPECT_EQ(render(bytesValue(type, {0, 0xAB, 9})), name +
+                                                              "\x7F"
+                                                              "00 ab 09 ");
+    EXPECT_EQ(render(textValue("n",
+                               "a\r\n\v\f\x7F"
+                               "b")),
+              "REG_SZ\x7F"
+              "a     b");
+    EXPECT_EQ(render(textValue("n", "a\nb", 2)),
+              "REG_EXPAND_SZ\x7F"
+              "a\r\nb");
+    EXPECT_EQ(render(textValue("n", "\\x", 6)), "REG_LINK\x7F\\x");
+    EXPECT_EQ(render(bytesValue(4, {0x78, 0x56, 0x34, 0x12})),
+              "REG_DWORD\x7F"
+              "12345678");
+    EXPECT_EQ(render(bytesValue(5, {1, 0, 0, 0})),
+              "REG_DWORD_BIG_ENDIAN\x7F"
+              "00000001");
+    EXPECT_EQ(render(bytesValue(11, {1, 0, 0, 0, 1, 0, 0, 0})), "REG_QWORD\x7F               1");
+    EXPECT_EQ(render(bytesValue(12, {1})), "Unrecognised Data\x7FUnrecognised Data");
+    EXPECT_EQ(render(bytesValue(3, {})), "REG_SZ\x7F ");
+    EXPECT_EQ(render(textValue("n", "")), "REG_SZ\x7F ");
+    RegistryValue closed = textValue("n", "");
+    closed.isReadable = false;
+    EXPECT_EQ(render(closed), "Error");
+    EXPECT_EQ(render(bytesValue(3, std::vector<std::uint8_t>(100'000'000))), "refused");
+}
+
+class Registry : public testing::Test, public BaselineWorld {
+  protected:
+    Registry() : BaselineWorld(store::DatabaseKind::Registry) {
+        for (const char* name : {"a", "b", "c"})
+            values("Soft\\One").push_back(textValue(name, std::string("is ") + name));
+        values("Soft\\Two").push_back(textValue("", "default"));
+        values("Soft\\Two").push_back(textValue("many", "first\nsecond", 2));
+        key("Soft\\Zero");
+        values("Soft\\Zoo").push_back(textValue("last", "z"));
+    }
+    ListedRegistry::Key& key(const std::string& path) {
+        return registry.key(RegistryRoot::LocalMachine, path);
+    }
+    std::vector<RegistryValue>& values(const std::string& path) { return key(path).values; }
+
+    /// The lines without the root's name.
+    std::vector<std::string> lines() {
+        BaselineOutcome outcome = check();
+        last = outcome;
+        for (std::string& line : outcome.lines)
+            line.replace(line.find("HKEY_LOCAL_MACHINE/"), 19, "");
+        return outcome.lines;
+    }
+    BaselineOutcome last;
+};
+
+TEST_F(Registry, TellsWhatChangedCameAndWent) {
+    // Five roots, "Soft" and "Zero" count as keys without values.
+    EXPECT_EQ(create().counts, (Counts{{"values", 13}}));
+    EXPECT_THAT(lines(), IsEmpty());
+    EXPECT_THAT(last.remarks, IsEmpty());
+    values("Soft\\One")[1] = bytesValue(4, {1, 0, 0, 0});
+    values("Soft\\One")[1].name = "b";
+    values("Soft\\One").erase(values("Soft\\One").begin());
+    values("Soft\\Two").insert(values("Soft\\Two").begin() + 1, textValue("extra", "new"));
+    values("Soft\\Two")[0].text = "short";
+    EXPECT_THAT(lines(), ElementsAre("R Soft/One/a", "C Soft/One/b", "C Soft/Two/", "A Soft/Two/extra"));
+    EXPECT_EQ(last.counts, (Counts{{"added", 1}, {"removed", 1}, {"changed", 2}}));
+    const components::RegistryRenderer renderer{world.platform.paths};
+    const char* const line =
+        "HKLM\\Soft\\b\x7FREG_SZ\x7Fis b\x7F"
+        "C\x7FREG_DWORD\x7F"
+        "00000001\x7F";
+    EXPECT_THAT(*renderer.columns(line),
+                ElementsAre("HKLM\\Soft", "b", "Changed.", "REG_DWORD", "is b", "00000001"));
+    EXPECT_EQ(renderer.text(line),
+              "Changed Registry Value: \nKey:  HKLM\\Soft\\b\nOld Type:  REG_SZ\nNew Type:  REG_DWORD\n"
+              "Old Value:  is b\nNew Value:  00000001\n");
+    EXPECT_THAT(renderer.text("n\x7FREG_SZ\x7Fx\x7FR\x7F"),
+                HasSubstr("Removed Registry Subkey: \nKey:  n\nType:"));
+    EXPECT_FALSE(
+        renderer.columns("n\x7FREG_SZ\x7Fx\x7F"
+                         "C\x7F"));
+}
+
+TEST_F(Registry, DoesNotHideAShortenedValueNorOneThatMoved) {
+    create();
+    values("Soft\\One")[0].text = "is";  // the beginning of what it was
+    EXPECT_THAT(lines(), ElementsAre("C Soft/One/a"));
+    values("Soft\\One")[0].text = "is a";
+    std::rotate(values("Soft\\One").begin(), values("Soft\\One").begin() + 2, values("Soft\\One").end());
+    EXPECT_THAT(lines(), IsEmpty());
+    values("Soft\\One")[1].text = "changed";  // a, moved as well
+    EXPECT_THAT(lines(), ElementsAre("C Soft/One/a"));
+    EXPECT_EQ(last.counts, (Counts{{"changed", 1}}));
+}
+
+TEST_F(Registry, CountsWhatItCannotCompareUnlessWalksAreComplete) {
+    create();
+    values("Soft\\Two")[1].text = "first\nother";  // only its second line
+    registry.key(RegistryRoot::CurrentConfig, "new");
+    EXPECT_THAT(check().lines, IsEmpty());
+    EXPECT_EQ(check().faults, (Counts{{"behind_end", 1}}));
+    world.set(settings::key::kCompleteWalk, "1");
+    EXPECT_THAT(check().lines,
+                ElementsAre("C HKEY_LOCAL_MACHINE/Soft/Two/many", "A HKEY_CURRENT_CONFIG/new"));
+}
+
+TEST_F(Registry, RefusesNamesAndValuesThatNoRecordHoldsAndGoesOnAtAClosedKey) {
+    values("Soft\\One").push_back(textValue("a\nb", "x"));
+    values("Soft\\One").push_back(textValue("large", std::string(2'000'000, 'x')));
+    key("Soft\\x\x7Fy");
+    key("Soft\\Shut").isClosed = true;
+    key("Soft\\Part").isComplete = false;
+    EXPECT_EQ(create().faults, (Counts{{"refused", 3}, {"incomplete", 1}}));
+    EXPECT_THAT(lines(), IsEmpty());
+    key("Soft\\Shut").isClosed = false;
+    EXPECT_THAT(lines(), ElementsAre("C Soft/Shut"));
+}
+
+TEST_F(Registry, LeavesNothingBehindWhereItIsCancelled) {
+    world.machine.ui.cancelAt = world.machine.ui.cancelQuestions() + 5;
+    EXPECT_TRUE(create().cancelled);
+    world.machine.ui.cancelAt.reset();
+    create();
+    world.open("base");
+    world.machine.ui.cancelAt = world.machine.ui.cancelQuestions() + 5;
+    EXPECT_TRUE(components::checkDatabase(world.vault(), machine, kind, world.context()).cancelled);
+    world.machine.ui.cancelAt.reset();
+    EXPECT_THAT(report(), IsEmpty());
+}
+
+}  // namespace
+}  // namespace corvalence::test
