@@ -9,6 +9,14 @@ namespace {
 constexpr std::size_t kExamples = 20;
 constexpr std::size_t kLineEnd = 2;
 
+/// Where this program notes the databases that were opened last: a check would change what it compares. Below
+/// one user's root, or that of all users with the user's name in front.
+bool isOwn(std::string_view path) {
+    constexpr std::string_view kRecent = "Software\\Corvalence\\Recent File List";
+    return path.ends_with(kRecent) &&
+           (path.size() == kRecent.size() || path[path.size() - kRecent.size() - 1] == '\\');
+}
+
 bool canBeRecorded(std::string_view name) {
     using namespace std::string_view_literals;
     return name.find_first_of("\r\n\x7F\0"sv) == std::string_view::npos;
@@ -25,6 +33,7 @@ bool RegistryWalk::run(const Visit& visit) {
 bool RegistryWalk::walkKey(const platform::RegistryRootName& root, const std::string& path,
                            const Visit& visit) {
     if (progress_.cancelled()) return false;
+    if (isOwn(path)) return true;
     const std::string name = std::string(root.name) + "\\" + path;
     progress_.file(name, 0);
     platform::RegistryKeyNames below;
