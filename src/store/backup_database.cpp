@@ -128,15 +128,18 @@ bool readsAsText(const Vault& vault, const std::string& path, const crypto::Chai
         status->size % kBlock != 0)
         return false;
     const auto file = vault.platform.files.openShared(path);
-    const crypto::SecretText begin = unsealPiece(vault, *file, 0, std::min(status->size, kProbe), chain);
     const std::uint64_t last = status->size - kBlock;
     crypto::ChainValue lastChain = chain;
     if (last > 0) {
         file->seek(last - kBlock);
         file->read(lastChain);
     }
-    const crypto::SecretText end = unsealPiece(vault, *file, last, kBlock, lastChain);
-    return isText(begin.view()) && end.view().find('\n') != std::string_view::npos;
+    // Behind the end of the text, the last block holds whatever stood in memory when it was sealed.
+    const std::size_t end = unsealPiece(vault, *file, last, kBlock, lastChain).view().find('\n');
+    if (end == std::string_view::npos) return false;
+    const std::uint64_t probed = std::min(status->size, kProbe);
+    const crypto::SecretText begin = unsealPiece(vault, *file, 0, probed, chain);
+    return isText(begin.view().substr(0, static_cast<std::size_t>(std::min(probed, last + end + 1))));
 }
 
 std::vector<std::string> findEarlierBackups(

@@ -195,6 +195,14 @@ TEST_F(PasswordChange, AsksForSavedReports) {
                              " does not appear to be a Corvalence report that the current password opens."));
 }
 
+// The last sealed block ends with whatever stood in memory: control characters and line feeds by chance.
+TEST_F(PasswordChange, KnowsShortTextsWhateverTheirLastBlockEndsWith) {
+    for (std::size_t length = 3; length < 200; ++length) {
+        seal(world.path("report"), std::string(length - 2, 'r') + "\r\n", crypto::ChainValues().IndexIV);
+        EXPECT_EQ(core::findReportFault(world.vault(), world.path("report")), std::nullopt) << length;
+    }
+}
+
 // Its digest in the index stays, so that it is told afterwards as it was before.
 TEST_F(PasswordChange, NeverBlessesAChangedDatabase) {
     world.add({"1"}, "empty");
