@@ -64,6 +64,7 @@ class Planner {
         for (const Owned& owned : siblings_)
             addBackup(owned);
         addFixedFiles();
+        noteSetAside();
         for (const std::string& report : savedReports)
             addText({report, vault_.session.chains.IndexIV, {}, true});
         for (const Owned& owned : databases_)
@@ -171,7 +172,9 @@ class Planner {
     void addText(store::ResealTarget target) {
         const auto status = claim(target.path);
         if (!status) return;
-        if (status->size % kBlock != 0) {
+        // An index that lists nothing opens with every password, so that this may not be the right one.
+        const bool isProved = !records_.empty() || store::readsAsText(vault_, target.path, target.chain);
+        if (status->size % kBlock != 0 || !isProved) {
             plan_.damaged.push_back(target.path);
         } else {
             add(std::move(target));
@@ -189,16 +192,29 @@ class Planner {
             addText({std::string(root).append(report), chains.IndexIV});
     }
 
+    const std::vector<platform::FolderEntry>& listing(const std::string& folder) {
+        const auto [found, isNew] = listings_.try_emplace(folder);
+        const auto status = folder.empty() ? std::nullopt : files_.status(folder, platform::Follow::Yes);
+        if (isNew && status && status->kind == platform::FileKind::Folder)
+            found->second = files_.list(folder);
+        return found->second;
+    }
+
+    /// Containers whose lists were lost: nobody knows any more where a backup in them begins.
+    void noteSetAside() {
+        const std::string folder = vault_.configuration.folder(key::kBackupFilesDirectory);
+        for (const platform::FolderEntry& entry : listing(folder)) {
+            if (store::isSetAside(entry.name) && claim(folder + entry.name)) {
+                leave(folder + entry.name,
+                      " was kept when its list was lost. Sealed backups in it stay under the old password.");
+            }
+        }
+    }
+
     void noteEarlierBackups(const Owned& owned) {
         if (owned.file.digest.empty()) return;
-        const auto listing = [this](const std::string& folder) -> const std::vector<platform::FolderEntry>& {
-            const auto [found, isNew] = listings_.try_emplace(folder);
-            const auto status = folder.empty() ? std::nullopt : files_.status(folder, platform::Follow::Yes);
-            if (isNew && status && status->kind == platform::FileKind::Folder)
-                found->second = files_.list(folder);
-            return found->second;
-        };
-        for (const std::string& path : store::findEarlierBackups(vault_, owned.file, listing)) {
+        const auto listed = [this](const std::string& folder) -> decltype(auto) { return listing(folder); };
+        for (const std::string& path : store::findEarlierBackups(vault_, owned.file, listed)) {
             if (claim(path)) {
                 leave(path,
                       " is a backup database from before the settings were changed. It stays under the old "

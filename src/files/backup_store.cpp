@@ -85,7 +85,8 @@ void BackupAppender::setOrphanAside(const store::OpenDatabaseContext& context) {
     std::string aside;
     int number = 0;
     do {
-        aside = pair_.file + ".old" + (number == 0 ? "" : std::to_string(number));
+        aside =
+            pair_.file + std::string(store::kSetAsideSuffix) + (number == 0 ? "" : std::to_string(number));
         ++number;
     } while (!files.renameNew(pair_.file, aside));
     vault_.platform.ui.message(platform::Icon::Warning, pair_.index + " lists no backups, but " + pair_.file +

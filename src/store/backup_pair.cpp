@@ -32,6 +32,10 @@ void removeBackupPair(Vault& vault, std::int64_t number) {
     }
 }
 
+bool isSetAside(std::string_view name) noexcept {
+    return name.starts_with(kFileName) && name.find(kSetAsideSuffix) != std::string_view::npos;
+}
+
 std::int64_t highestBackupPair(Vault& vault) {
     std::int64_t highest = 0;
     const std::string folder = vault.configuration.folder(settings::key::kBackupFilesDirectory);

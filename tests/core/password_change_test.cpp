@@ -228,12 +228,15 @@ TEST_F(PasswordChange, BringsALostDatabasesBackupAlong) {
 TEST_F(PasswordChange, LeavesAndTellsWhatIsNotItsOwn) {
     world.create("x.y");
     world.add({"1"}, "x.y");
+    fs::rename(pathOf("Backup Index 3"), world.path("lost"));
+    world.add({"15"}, "x.y");  // sets the container aside that has no list any more
     writeWholeFile(world.databasePath("dbS"), "sixteen bytes...");     // at the name of a component
     writeWholeFile(world.databasePath("empty"), "no whole blocks");    // damaged, and told as changed
     writeWholeFile(world.databasePath("x~.y"), std::string(64, 'f'));  // at the place of a backup database
     fs::copy_file(world.databasePath(), world.databasePath("db%"));    // made under another suffix
     const std::vector<std::string> expected = {world.databasePath("empty"), world.databasePath("x~.y"),
-                                               world.databasePath("dbS"), world.databasePath("db%")};
+                                               world.databasePath("dbS"), world.databasePath("db%"),
+                                               pathOf("Backup File 3.old")};
     std::vector<std::string> before;
     for (const std::string& path : expected)
         before.push_back(readWholeFile(path));
@@ -290,6 +293,27 @@ TEST_F(PasswordChange, AsksBeforeItGoesOnWithoutDamagedBackups) {
         left, ElementsAre(pathOf("Backup Index 1"), world.data("Permissions"), world.databasePath("empty")));
     EXPECT_EQ(readWholeFile(pathOf("Backup Index 1")), std::string(64, 'd'));
     EXPECT_EQ(world.check().counts().identical, 7U);
+}
+
+// An installation without a database opens with every password, also with a mistyped one.
+TEST_F(PasswordChange, SpoilsNothingUnderAPasswordThatNothingProved) {
+    const std::string log = world.data("Checking Schedule/Scheduled Checking Log File");
+    const std::string text = "checked\x7F\r\n";
+    seal(log, text, crypto::ChainValues().LogIV);
+    for (const char* name : {"db", "empty"})
+        store::DatabaseIndex(world.vault()).removeRecord(world.databasePath(name));
+    const std::string before = readWholeFile(log);
+    world.password.password = "open sesam";
+    ASSERT_EQ(world.start(), StartResult::Ready);
+    EXPECT_EQ(world.changePassword(kNew).result, PasswordChangeResult::Declined);
+    EXPECT_THAT(world.machine.ui.transcript(), HasSubstr(log));
+    EXPECT_EQ(readWholeFile(log), before);
+    world.password.password = kOld;
+    ASSERT_EQ(world.start(), StartResult::Ready);
+    EXPECT_EQ(world.changePassword(kNew).result, PasswordChangeResult::Changed);
+    world.password.password = kNew;
+    ASSERT_EQ(world.start(), StartResult::Ready);
+    EXPECT_TRUE(unsealed(log, crypto::ChainValues().LogIV).starts_with(text));
 }
 
 TEST_F(PasswordChange, BringsWhatIsLeftOfACutContainerAlong) {
