@@ -69,8 +69,9 @@ ExitCode codeOf(Context& context, core::PasswordChangeResult result) {
     const bool isCancelled = context.platform.process.cancelRequested();
     switch (result) {
         case core::PasswordChangeResult::Changed:
-        case core::PasswordChangeResult::Retained:
             return ExitCode::Done;
+        case core::PasswordChangeResult::Retained:
+            return isCancelled ? ExitCode::Cancelled : ExitCode::Done;
         case core::PasswordChangeResult::Left:
             return isCancelled ? ExitCode::Cancelled : ExitCode::Refused;
         case core::PasswordChangeResult::Declined:

@@ -152,6 +152,19 @@ INSTANTIATE_TEST_SUITE_P(All, RefusedChange,
                                          Refusal{"secret\nsecret\nsecret\n", 0,
                                                  "Do you want to retain your current password?"}));
 
+TEST_F(ChangingThePassword, isCancelledAtEveryQuestion) {
+    bool wasAsked = false;
+    for (std::uint64_t question = 1;; ++question) {
+        console.input = "secret\nsecret\nsecret\n";
+        console.process.cancelAt(question);
+        const Outcome outcome = console.run({"password"});
+        if (outcome.code == 0) break;
+        EXPECT_EQ(outcome.code, 5) << question;
+        wasAsked |= outcome.err.find("retain your current password") != std::string::npos;
+    }
+    EXPECT_TRUE(wasAsked);
+}
+
 TEST_F(ChangingThePassword, asksOnATerminal) {
     console.terminal.isThere = true;
     console.terminal.secrets = {"secret", "new", "now", "new", "new"};
