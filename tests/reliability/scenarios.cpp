@@ -9,6 +9,8 @@
 #include "components/kinds.h"
 #include "crypto/sealed_file.h"
 #include "listed_recycle_bin.h"
+#include "listed_registry.h"
+#include "listed_services.h"
 #include "reports/report_file.h"
 #include "reports/report_writer.h"
 #include "schedule/schedule_list.h"
@@ -155,7 +157,8 @@ bool isStamped(World& world) {
 
 /// What baselines of the world's files need beside it.
 struct BaselineWork {
-    explicit BaselineWork(World& of) : world(of), machine{of.machine.system.streams, bin} {}
+    explicit BaselineWork(World& of)
+        : world(of), machine{of.machine.system.streams, bin, services, registry} {}
 
     bool create() {
         store::CreationRequest request;
@@ -173,6 +176,8 @@ struct BaselineWork {
 
     World& world;
     ListedRecycleBin bin;
+    ListedServices services;
+    ListedRegistry registry;
     components::Machine machine;
     const components::ComponentKind& kind =
         *components::findComponentKind(store::DatabaseKind::DirectoryStructure);
