@@ -260,7 +260,7 @@ class Commands {
         command->require_subcommand(1);
         CLI::App* show = declare(*command, "show", "A page of the last check's report of a kind, or of all");
         const auto shown = std::make_shared<ReportArguments>();
-        text(*show, "KIND", shown->kind, "directory-structure");
+        text(*show, "KIND", shown->kind, "directory-structure, registry or services");
         page(show, shown->page);
         call(show, shown, runReportShow);
         CLI::App* save =
