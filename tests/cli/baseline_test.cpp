@@ -72,7 +72,7 @@ TEST_F(BaselineConsole, SavesReportsAndOpensThemAgain) {
     EXPECT_EQ(read("otherD"), "not a report");
     done({"--yes", "report", "save", "other"});
     EXPECT_EQ(read("otherD"), read("mineD"));
-    EXPECT_EQ(run({"--yes", "report", "save", home("Databases/dirs")}).code, 0);
+    EXPECT_EQ(run({"--yes", "report", "save", home("Databases/other")}).code, 0);
     done({"create", "directory-structure", "xD"});
     EXPECT_EQ(run({"--yes", "report", "save", home("Databases/x")}).code, 4);
     // A report of another kind, or of nobody.
