@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "platform/linux/settings_text.h"
+#include "platform/linux/small_files.h"
 
 namespace corvalence::platform::linux_system {
 
@@ -51,15 +52,6 @@ bool startsWith(const KeyPath& path, const KeyPath& start) {
     return path.size() >= start.size() && std::equal(start.begin(), start.end(), path.begin());
 }
 
-std::vector<FolderEntry> entriesOf(FileSystem& files, const std::string& folder, bool& isComplete) {
-    try {
-        return files.list(folder);
-    } catch (const base::FileFailure&) {
-        isComplete = false;
-        return {};
-    }
-}
-
 std::optional<FileStatus> statusOf(FileSystem& files, const std::string& path, Follow follow) {
     try {
         return files.status(path, follow);
@@ -104,7 +96,7 @@ std::optional<KeyContent> GatheredKeys::key(const KeyPath& path) {
 
 KeyContent SettingsFiles::folderKey(const std::string& folder) {
     KeyContent content;
-    for (const FolderEntry& entry : entriesOf(files_, folder, content.isComplete)) {
+    for (const FolderEntry& entry : entriesOrNone(files_, folder, content.isComplete)) {
         const bool isFolder = entry.status.kind == FileKind::Folder && !isAmong(kCaches, entry.name);
         if (isFolder ||
             (entry.status.kind != FileKind::Folder && settingsIn(files_, folder + "/" + entry.name)))
@@ -134,7 +126,7 @@ std::optional<KeyContent> KernelParameters::key(const KeyPath& path) {
         return path.empty() ? std::optional(KeyContent{}) : std::nullopt;
     }
     KeyContent content;
-    for (const FolderEntry& entry : entriesOf(files_, here, content.isComplete)) {
+    for (const FolderEntry& entry : entriesOrNone(files_, here, content.isComplete)) {
         const std::string file = here + "/" + entry.name;
         if (isAmong(kUnsteady, std::string_view(file).substr(folder_.size() + 1))) continue;
         if (entry.status.kind == FileKind::Folder) {
@@ -160,25 +152,6 @@ std::string pathOfKey(const std::string& folder, const KeyPath& path) {
 std::string keyName(std::string fileName) {
     std::replace(fileName.begin(), fileName.end(), '\\', '/');
     return fileName;
-}
-
-std::optional<std::string> shortContent(FileSystem& files, const std::string& path, std::size_t limit) {
-    try {
-        const auto file = files.openShared(path);
-        std::string content(std::min<std::size_t>(static_cast<std::size_t>(file->size()), limit) + 4096,
-                            '\0');
-        std::size_t size = 0;
-        while (const std::size_t count = file->read(
-                   {reinterpret_cast<std::uint8_t*>(content.data()) + size, content.size() - size})) {
-            size += count;
-            if (size > limit) return std::nullopt;
-            if (size == content.size()) content.resize(size * 2);
-        }
-        content.resize(size);
-        return content;
-    } catch (const base::FileFailure&) {
-        return std::nullopt;
-    }
 }
 
 }  // namespace corvalence::platform::linux_system

@@ -75,8 +75,4 @@ class KernelParameters : public KeyTree {
 std::string pathOfKey(const std::string& folder, const KeyPath& path);
 std::string keyName(std::string fileName);
 
-/// The content of a file that is no longer than `limit`, whatever size its directory entry tells; nothing
-/// where it is longer or cannot be read.
-std::optional<std::string> shortContent(FileSystem& files, const std::string& path, std::size_t limit);
-
 }  // namespace corvalence::platform::linux_system

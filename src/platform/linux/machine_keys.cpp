@@ -6,6 +6,7 @@
 
 #include "platform/linux/mount_table.h"
 #include "platform/linux/settings_text.h"
+#include "platform/linux/small_files.h"
 
 namespace corvalence::platform::linux_system {
 
@@ -41,13 +42,7 @@ std::string lineIn(FileSystem& files, const std::string& path) {
 template <std::size_t N>
 void addDevices(FileSystem& files, const std::string& folder, const std::string& name,
                 const std::array<const char*, N>& properties, GatheredKeys::Keys& keys) {
-    std::vector<FolderEntry> devices;
-    try {
-        devices = files.list(folder);
-    } catch (const base::FileFailure&) {
-        return;  // a machine without such a bus
-    }
-    for (const FolderEntry& device : devices) {
+    for (const FolderEntry& device : entriesOrNone(files, folder)) {
         std::map<std::string, std::string> values;
         for (const char* property : properties) {
             std::string text = lineIn(files, folder + "/" + device.name + "/" + property);

@@ -3,16 +3,11 @@
 #include <algorithm>
 #include <map>
 
+#include "platform/linux/small_files.h"
+
 namespace corvalence::platform::linux_system {
 
 namespace {
-
-std::string_view trimmed(std::string_view text) noexcept {
-    constexpr std::string_view kBlanks = " \t\r\f";
-    const std::size_t first = text.find_first_not_of(kBlanks);
-    if (first == std::string_view::npos) return {};
-    return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
-}
 
 bool isText(std::string_view text) {
     return std::none_of(text.begin(), text.end(), [](char c) {

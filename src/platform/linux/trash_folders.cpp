@@ -10,6 +10,7 @@
 #include <unordered_map>
 
 #include "base/path_rules.h"
+#include "platform/linux/small_files.h"
 #include "platform/linux/status_query.h"
 
 namespace corvalence::platform::linux_system {
@@ -19,7 +20,7 @@ namespace {
 constexpr base::PathRules kPaths;
 constexpr std::string_view kRecordEnding = ".trashinfo";
 /// A record is a few lines and one path; anything larger is none.
-constexpr std::uint64_t kLongestRecord = 64 * 1024;
+constexpr std::size_t kLongestRecord = 64 * 1024;
 
 std::optional<unsigned> hexDigit(char c) {
     if (c >= '0' && c <= '9') return static_cast<unsigned>(c - '0');
@@ -51,15 +52,6 @@ std::string pathIn(std::string_view record) {
         at = end + 1;
     }
     return {};
-}
-
-std::string contentOf(FileSystem& files, const std::string& path) {
-    const auto file = files.openShared(path);
-    const std::uint64_t size = file->size();
-    if (size > kLongestRecord) return {};
-    std::string content(static_cast<std::size_t>(size), '\0');
-    content.resize(file->read({reinterpret_cast<std::uint8_t*>(content.data()), content.size()}));
-    return content;
 }
 
 bool isNumber(std::string_view text) {
@@ -112,7 +104,7 @@ void TrashFolders::addItems(const std::string& trash, const std::string& base,
         if (file == kept.end()) continue;  // taken back or wiped, only its record was left
         std::string path;
         try {
-            path = pathIn(contentOf(files_, trash + "/info/" + entry.name));
+            path = pathIn(readShort(files_, trash + "/info/" + entry.name, kLongestRecord).value_or(""));
         } catch (const base::FileFailure&) {
             continue;  // the item went while the folder was read, or is another user's
         }

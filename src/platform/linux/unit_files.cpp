@@ -6,6 +6,8 @@
 #include <optional>
 #include <set>
 
+#include "platform/linux/small_files.h"
+
 namespace corvalence::platform::linux_system {
 
 namespace {
@@ -14,7 +16,7 @@ namespace {
 constexpr std::array<std::string_view, 8> kTypes = {"automount", "mount", "path",   "service",
                                                     "socket",    "swap",  "target", "timer"};
 /// A unit file is some lines; anything larger is none.
-constexpr std::uint64_t kLongestUnit = 1024 * 1024;
+constexpr std::size_t kLongestUnit = 1024 * 1024;
 
 std::string_view endingOf(std::string_view name) noexcept {
     const std::size_t stop = name.rfind('.');
@@ -23,13 +25,6 @@ std::string_view endingOf(std::string_view name) noexcept {
 
 bool isUnit(std::string_view name) noexcept {
     return std::find(kTypes.begin(), kTypes.end(), endingOf(name)) != kTypes.end() && name.front() != '.';
-}
-
-std::string_view trimmed(std::string_view text) noexcept {
-    constexpr std::string_view kBlanks = " \t\r";
-    const std::size_t first = text.find_first_not_of(kBlanks);
-    if (first == std::string_view::npos) return {};
-    return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
 }
 
 /// Takes the next line off the text, those that a backslash goes on behind joined to it by a blank.
@@ -57,22 +52,10 @@ std::string templateOf(std::string_view name) {
     return std::string(name.substr(0, at + 1)) + std::string(name.substr(stop));
 }
 
-std::vector<FolderEntry> entriesOf(FileSystem& files, const std::string& folder) {
-    try {
-        return files.list(folder);
-    } catch (const base::FileFailure&) {
-        return {};
-    }
-}
-
 /// Nothing where the file cannot be read; an empty text for a link to a device, as masked units are.
 std::optional<std::string> contentOf(FileSystem& files, const std::string& path) {
     try {
-        const auto file = files.openShared(path);
-        if (file->size() > kLongestUnit) return std::nullopt;
-        std::string content(static_cast<std::size_t>(file->size()), '\0');
-        content.resize(file->read({reinterpret_cast<std::uint8_t*>(content.data()), content.size()}));
-        return content;
+        return readShort(files, path, kLongestUnit);
     } catch (const base::FileFailure& failure) {
         if (failure.cause() == base::Cause::InvalidFile) return std::string();
         return std::nullopt;
@@ -87,18 +70,18 @@ struct Findings {
 };
 
 void collectFolder(FileSystem& files, const UnitFolder& folder, Findings& findings) {
-    for (const FolderEntry& entry : entriesOf(files, folder.path)) {
+    for (const FolderEntry& entry : entriesOrNone(files, folder.path)) {
         const std::string path = folder.path + "/" + entry.name;
         const std::string_view ending = endingOf(entry.name);
         if (isUnit(entry.name) && entry.status.kind != FileKind::Folder) {
             findings.units.emplace(entry.name, path);
         } else if (ending == "d") {
-            for (const FolderEntry& dropIn : entriesOf(files, path)) {
+            for (const FolderEntry& dropIn : entriesOrNone(files, path)) {
                 if (endingOf(dropIn.name) != "conf") continue;
                 findings.dropIns[entry.name].emplace(dropIn.name, path + "/" + dropIn.name);
             }
         } else if (folder.enables && (ending == "wants" || ending == "requires" || ending == "upholds")) {
-            for (const FolderEntry& link : entriesOf(files, path))
+            for (const FolderEntry& link : entriesOrNone(files, path))
                 if (isUnit(link.name)) findings.enabled.insert(link.name);
         }
     }
