@@ -6,6 +6,7 @@
 #include <set>
 
 #include "files/backup_reseal.h"
+#include "reports/report_writer.h"
 #include "schedule/schedule_list.h"
 #include "store/backup_database.h"
 #include "store/backup_pair.h"
@@ -24,9 +25,6 @@ using store::IndexRecord;
 
 constexpr std::uint64_t kBlock = crypto::CipherContext::kBlockSize;
 
-// In the root of the installation; the sealed one bears the suffix.
-constexpr std::array<std::string_view, 5> kReports = {
-    "DirChk123456789z", "FileChk123456789z", "PermsChk123456789z", "RegChk123456789z", "ServsChk123456789z"};
 constexpr std::array<std::string_view, 2> kLogs = {"Scheduled Checking Log File",
                                                    "Scheduled Checking Log File~"};
 
@@ -188,8 +186,8 @@ class Planner {
             addText({vault_.configuration.folder(key::kScheduleDirectory).append(log), chains.LogIV});
         const std::string root = vault_.configuration.folder(key::kInstallDirectory);
         addText({root + "Permissions", chains.LogIV});
-        for (const std::string_view report : kReports)
-            addText({std::string(root).append(report), chains.IndexIV});
+        for (const reports::ReportRow& row : reports::reportRows())
+            addText({reports::reportPath(vault_.configuration, row.kind), chains.IndexIV});
     }
 
     const std::vector<platform::FolderEntry>& listing(const std::string& folder) {
