@@ -62,7 +62,13 @@ stop) stop ;;
 run)
     [ -e "$WINEPREFIX/dosdevices/t:" ] || start
     export CORVALENCE_TEST_FOLDER='T:\'
-    exec "$loader" "$@"
+    # The desktop that the first program with a window starts keeps its standard error, for as long as any program
+    # needs the desktop: whoever reads that pipe to its end would wait for all of them.
+    errors=$(mktemp "$WINEPREFIX/errors-XXXXXX")
+    status=0
+    "$loader" "$@" 2>"$errors" || status=$?
+    cat "$errors" >&2
+    exit "$status"
     ;;
 *)
     echo "wine.sh start|run|stop BUILD ..." >&2
