@@ -82,6 +82,14 @@ void SealWriter::seal(const std::uint8_t* plain, std::size_t blocks) {
     }
 }
 
+void SealWriter::resume(const ChainValue& chain, const ChainValue& work, base::ByteView tail) {
+    assert(tail.size() < kBlock);
+    chain_ = chain;
+    work_ = work;
+    std::copy(tail.begin(), tail.end(), remainder_.begin());
+    remainderSize_ = tail.size();
+}
+
 std::uint64_t SealWriter::finish() {
     if (remainderSize_ > 0) {
         for (std::size_t i = 0; i < remainderSize_; ++i) {

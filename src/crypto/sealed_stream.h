@@ -50,6 +50,12 @@ class SealWriter {
     SealWriter& operator=(const SealWriter&) = delete;
 
     void write(base::ByteView plain);
+    /// Hands the whole blocks that are sealed so far to the file.
+    void push() { emit(); }
+    /// Goes on with a sealing that ended earlier, before anything is written: behind the sealed block
+    /// `chain`, with the plain bytes `tail` of a block that was short. `work` is that sealed block
+    /// deciphered, zeros where `chain` is the first chain value.
+    void resume(const ChainValue& chain, const ChainValue& work, base::ByteView tail);
     /// Seals a short last block, if there is one, and hands everything to the file. The number of sealed
     /// bytes: the plain length rounded up to 16. The next write() begins another sealing of its own, behind
     /// this one.

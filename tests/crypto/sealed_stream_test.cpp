@@ -6,6 +6,7 @@
 
 #include "base/hex_text.h"
 #include "crypto/random_unsealer.h"
+#include "crypto/seal_appender.h"
 #include "crypto/sealed_file.h"
 #include "memory_file.h"
 
@@ -91,6 +92,43 @@ TEST_F(SealedStream, SealsByTheBookHoweverItIsWrittenAndComesBackExactly) {
         EXPECT_TRUE(unsealed(expected, EndRule::exactLength(size)) == plain) << size;
         EXPECT_TRUE(unsealed(expected, EndRule::exactLength(size), 13) == plain) << size;
     }
+}
+
+/// Lines of every length up to 40, so that texts end at every place of a block.
+std::string someLines(std::size_t count) {
+    std::string text;
+    for (std::size_t line = 0; line < count; ++line)
+        text += std::string(line * 7 % 41, static_cast<char>('a' + line % 26)) + "\r\n";
+    return text;
+}
+
+TEST_F(SealedStream, IsAddedToAsIfAllOfItWereSealedAnew) {
+    const auto bytes = [](const std::string& text) { return Bytes(text.begin(), text.end()); };
+    for (std::size_t lines = 0; lines < 42; ++lines) {
+        for (const std::string& added : {std::string(), std::string("\r\n"), someLines(3), someLines(50)}) {
+            const std::string before = someLines(lines);
+            MemoryFile file;
+            file.bytes = sealed(bytes(before));
+            // What an addition that was ended by force leaves behind the last whole block.
+            file.bytes.insert(file.bytes.end(), lines % 16, 0x55);
+            crypto::SealAppender appender(file, key_, chain_);
+            EXPECT_TRUE(appender.isAtLineBegin());
+            for (std::size_t at = 0; at < added.size(); at += 37) {
+                appender.write(base::bytesOf(std::string_view(added).substr(at, 37)));
+                appender.push();
+                // An end here leaves all of what was there.
+                const Bytes whole(file.bytes.begin(), file.bytes.begin() + static_cast<std::ptrdiff_t>(
+                                                                               file.bytes.size() / 16 * 16));
+                const Bytes plain = unsealed(whole, EndRule::textTail());
+                ASSERT_TRUE(std::string(plain.begin(), plain.end()).starts_with(before));
+            }
+            appender.finish();
+            ASSERT_TRUE(file.bytes == sealed(bytes(before + added))) << lines << " lines and " << added;
+        }
+    }
+    MemoryFile torn;
+    torn.bytes = sealed(bytes("sixteen bytes .!"));
+    EXPECT_FALSE(crypto::SealAppender(torn, key_, chain_).isAtLineBegin());
 }
 
 TEST_F(SealedStream, UnsealsAnyBlocksOfAStretch) {
