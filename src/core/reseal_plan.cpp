@@ -7,6 +7,7 @@
 
 #include "files/backup_reseal.h"
 #include "reports/report_writer.h"
+#include "schedule/log_files.h"
 #include "schedule/schedule_list.h"
 #include "store/backup_database.h"
 #include "store/backup_pair.h"
@@ -24,9 +25,6 @@ namespace key = settings::key;
 using store::IndexRecord;
 
 constexpr std::uint64_t kBlock = crypto::CipherContext::kBlockSize;
-
-constexpr std::array<std::string_view, 2> kLogs = {"Scheduled Checking Log File",
-                                                   "Scheduled Checking Log File~"};
 
 class Planner {
   public:
@@ -179,11 +177,23 @@ class Planner {
         }
     }
 
+    /// A log that a killed check was writing to may end in part of a block, which the next check would cut
+    /// off.
+    void addLog(const std::string& path) {
+        const auto status = files_.status(path, platform::Follow::Yes);
+        const crypto::ChainValue chain = vault_.session.chains.LogIV;
+        if (!status || status->size % kBlock == 0 || records_.empty()) return addText({path, chain});
+        if (!claim(path)) return;
+        const std::vector<store::Stretch> whole = {
+            {status->size / kBlock * kBlock, crypto::EndRule::textTail()}};
+        add({path, chain, [whole] { return whole; }});
+    }
+
     void addFixedFiles() {
         const crypto::ChainValues& chains = vault_.session.chains;
         addText({schedule::ScheduleList(vault_).path(), chains.ScheduleIV});
-        for (const std::string_view log : kLogs)
-            addText({vault_.configuration.folder(key::kScheduleDirectory).append(log), chains.LogIV});
+        for (const auto log : {schedule::LogKind::Session, schedule::LogKind::Master})
+            addLog(schedule::LogFiles(vault_).path(log));
         const std::string root = vault_.configuration.folder(key::kInstallDirectory);
         addText({root + "Permissions", chains.LogIV});
         for (const reports::ReportRow& row : reports::reportRows())
