@@ -40,8 +40,8 @@ void writeOutcomeJson(Context& context, const components::CheckOutcome& outcome,
     json.text("kind", kindName(database.record.kind));
     writeCountsJson(json, outcome.counts);
     json.beginArray("changes");
-    for (const std::string_view line : lines)
-        writeRecordJson(json, renderer, line);
+    for (std::size_t number = 0; number < lines.size(); ++number)
+        writeRecordJson(json, renderer, number, lines[number]);
     json.end();
     writeRemarksJson(json, outcome.remarks);
     json.flag("cancelled", outcome.cancelled);
@@ -92,8 +92,9 @@ void writeRemarksJson(JsonWriter& json, const std::vector<components::Remark>& r
     json.end();
 }
 
-void writeRecordJson(JsonWriter& json, const reports::RecordRenderer& renderer, std::string_view line) {
-    const auto fields = renderer.fields(line);
+void writeRecordJson(JsonWriter& json, const reports::RecordRenderer& renderer, std::size_t number,
+                     std::string_view line) {
+    const auto fields = renderer.fields(number, line);
     if (fields.empty()) return;
     json.beginObject();
     for (const reports::ReportField& field : fields)
@@ -113,8 +114,8 @@ ExitCode checkComponent(Context& context, core::Run& run, const components::Comp
         writeOutcomeJson(context, outcome, database, *renderer, lines);
     } else {
         std::vector<std::string> texts;
-        for (const std::string_view line : lines)
-            texts.push_back(renderer->text(line));
+        for (std::size_t number = 0; number < lines.size(); ++number)
+            texts.push_back(renderer->text(number, lines[number]));
         writeOutcome(context, outcome, database, texts);
     }
     if (outcome.cancelled) return ExitCode::Cancelled;

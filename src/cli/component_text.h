@@ -20,8 +20,9 @@ void writeRemarks(Context& context, const std::vector<components::Remark>& remar
 /// Members of the open object: "counts": {...}, "remarks": [...].
 void writeCountsJson(JsonWriter& json, const std::vector<components::Count>& counts);
 void writeRemarksJson(JsonWriter& json, const std::vector<components::Remark>& remarks);
-/// An object with the fields of a report's line; nothing for a line of another kind.
-void writeRecordJson(JsonWriter& json, const reports::RecordRenderer& renderer, std::string_view line);
+/// An object with the fields of a report's line, by its number; nothing for a line of another kind.
+void writeRecordJson(JsonWriter& json, const reports::RecordRenderer& renderer, std::size_t number,
+                     std::string_view line);
 
 /// The check of a baseline and what it found.
 ExitCode checkComponent(Context& context, core::Run& run, const components::ComponentKind& kind,

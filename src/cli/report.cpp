@@ -52,7 +52,7 @@ class ShownReport {
         context_.out << text;
         const auto range = pages_->range(page_);
         for (std::size_t line = range.begin; line < range.end; ++line)
-            writeRow(report_->lines()[line]);
+            writeRows(report_->lines()[line]);
         if (foreign_ > 0) context_.out << std::to_string(foreign_) + " lines are no records of this kind.\n";
     }
 
@@ -68,19 +68,19 @@ class ShownReport {
         json.beginArray("changes");
         const auto range = report_ ? pages_->range(page_) : reports::ReportPages::Range{0, 0};
         for (std::size_t line = range.begin; line < range.end; ++line)
-            writeRecordJson(json, *renderer_, report_->lines()[line]);
+            writeRecordJson(json, *renderer_, line, report_->lines()[line]);
         json.end();
         json.end();
     }
 
   private:
-    void writeRow(std::string_view line) const {
-        const auto columns = renderer_->columns(line);
-        if (!columns) return;
-        std::string row;
-        for (std::size_t at = 0; at < columns->size(); ++at)
-            row += (at == 0 ? "" : "\t") + shown((*columns)[at]);
-        context_.out << row + "\n";
+    void writeRows(std::string_view line) const {
+        for (const std::vector<std::string>& columns : renderer_->rows(line)) {
+            std::string row;
+            for (std::size_t at = 0; at < columns.size(); ++at)
+                row += (at == 0 ? "" : "\t") + shown(columns[at]);
+            context_.out << row + "\n";
+        }
     }
 
     Context& context_;

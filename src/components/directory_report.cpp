@@ -31,13 +31,13 @@ std::optional<std::vector<std::string>> DirectoryRenderer::columns(std::string_v
                        std::string(record->code.status)};
 }
 
-std::vector<reports::ReportField> DirectoryRenderer::fields(std::string_view line) const {
+std::vector<reports::ReportField> DirectoryRenderer::fields(std::size_t, std::string_view line) const {
     const auto record = parse(line);
     if (!record) return {};
     return {{"code", std::string(record->code.code)}, {"path", std::string(record->path), true}};
 }
 
-std::string DirectoryRenderer::text(std::string_view line) const {
+std::string DirectoryRenderer::text(std::size_t, std::string_view line) const {
     const auto record = parse(line);
     return record ? std::string(record->code.prefix).append(record->path) : std::string();
 }

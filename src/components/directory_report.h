@@ -63,8 +63,8 @@ class DirectoryRenderer : public reports::RecordRenderer {
     explicit DirectoryRenderer(const base::PathRules& paths) : paths_(paths) {}
 
     std::optional<std::vector<std::string>> columns(std::string_view line) const override;
-    std::vector<reports::ReportField> fields(std::string_view line) const override;
-    std::string text(std::string_view line) const override;
+    std::vector<reports::ReportField> fields(std::size_t number, std::string_view line) const override;
+    std::string text(std::size_t number, std::string_view line) const override;
 
   private:
     const base::PathRules& paths_;

@@ -54,7 +54,7 @@ std::optional<std::vector<std::string>> RegistryRenderer::columns(std::string_vi
                        std::string(record->newData)};
 }
 
-std::vector<reports::ReportField> RegistryRenderer::fields(std::string_view line) const {
+std::vector<reports::ReportField> RegistryRenderer::fields(std::size_t, std::string_view line) const {
     const auto record = parse(line);
     if (!record) return {};
     std::vector<reports::ReportField> fields = {{"code", std::string(record->row.code)},
@@ -68,7 +68,7 @@ std::vector<reports::ReportField> RegistryRenderer::fields(std::string_view line
     return fields;
 }
 
-std::string RegistryRenderer::text(std::string_view line) const {
+std::string RegistryRenderer::text(std::size_t, std::string_view line) const {
     const auto record = parse(line);
     if (!record) return {};
     std::string text = std::string(record->row.heading) + labelled("Key:  ", record->name);

@@ -36,9 +36,9 @@ class RegistryRenderer : public reports::RecordRenderer {
     explicit RegistryRenderer(const base::PathRules&) {}
 
     std::optional<std::vector<std::string>> columns(std::string_view line) const override;
-    std::vector<reports::ReportField> fields(std::string_view line) const override;
+    std::vector<reports::ReportField> fields(std::size_t number, std::string_view line) const override;
     /// Several lines: a heading, and one for each field.
-    std::string text(std::string_view line) const override;
+    std::string text(std::size_t number, std::string_view line) const override;
 };
 
 }  // namespace corvalence::components

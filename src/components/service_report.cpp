@@ -66,7 +66,7 @@ std::optional<std::vector<std::string>> ServiceRenderer::columns(std::string_vie
     return columns;
 }
 
-std::vector<reports::ReportField> ServiceRenderer::fields(std::string_view line) const {
+std::vector<reports::ReportField> ServiceRenderer::fields(std::size_t, std::string_view line) const {
     const auto record = parse(line);
     if (!record) return {};
     std::vector<reports::ReportField> fields = {{"code", std::string(record->code.code)}};
@@ -75,7 +75,7 @@ std::vector<reports::ReportField> ServiceRenderer::fields(std::string_view line)
     return fields;
 }
 
-std::string ServiceRenderer::text(std::string_view line) const {
+std::string ServiceRenderer::text(std::size_t, std::string_view line) const {
     const auto record = parse(line);
     if (!record) return {};
     std::string text;

@@ -21,9 +21,9 @@ class ServiceRenderer : public reports::RecordRenderer {
 
     bool beginsRecord(std::size_t number, std::string_view line) const override;
     std::optional<std::vector<std::string>> columns(std::string_view line) const override;
-    std::vector<reports::ReportField> fields(std::string_view line) const override;
+    std::vector<reports::ReportField> fields(std::size_t number, std::string_view line) const override;
     /// Several lines: a heading, and one for each field.
-    std::string text(std::string_view line) const override;
+    std::string text(std::size_t number, std::string_view line) const override;
 };
 
 }  // namespace corvalence::components

@@ -42,8 +42,8 @@ std::vector<std::string> BaselineWorld::report() {
         reports::ReportFile::open(world.vault(), reports::reportPath(world.configuration(), kind.report));
     if (!file) return lines;
     const auto renderer = kind.makeRenderer(world.platform.paths);
-    for (const std::string_view line : file->lines()) {
-        const auto fields = renderer->fields(line);
+    for (std::size_t number = 0; number < file->lines().size(); ++number) {
+        const auto fields = renderer->fields(number, file->lines()[number]);
         lines.push_back(fields.size() < 2 ? "?" : fields[0].value + " " + shown(fields[1].value));
     }
     return lines;

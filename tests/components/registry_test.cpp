@@ -110,10 +110,10 @@ TEST_F(Registry, TellsWhatChangedCameAndWent) {
         "00000001\x7F";
     EXPECT_THAT(*renderer.columns(line),
                 ElementsAre("HKLM\\Soft", "b", "Changed.", "REG_DWORD", "is b", "00000001"));
-    EXPECT_EQ(renderer.text(line),
+    EXPECT_EQ(renderer.text(0, line),
               "Changed Registry Value: \nKey:  HKLM\\Soft\\b\nOld Type:  REG_SZ\nNew Type:  REG_DWORD\n"
               "Old Value:  is b\nNew Value:  00000001\n");
-    EXPECT_THAT(renderer.text("n\x7FREG_SZ\x7Fx\x7FR\x7F"),
+    EXPECT_THAT(renderer.text(0, "n\x7FREG_SZ\x7Fx\x7FR\x7F"),
                 HasSubstr("Removed Registry Subkey: \nKey:  n\nType:"));
     EXPECT_FALSE(
         renderer.columns("n\x7FREG_SZ\x7Fx\x7F"

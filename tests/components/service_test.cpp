@@ -84,7 +84,7 @@ TEST_F(Services, TellsEveryChangedFieldWithBothRecords) {
                 ElementsAre("c", "The c", "Changed - New Details", "RUNNING",
                             "OWN PROCESS  INTERACTIVE PROCESS  ", "ACCEPT STOP  ACCEPT SHUTDOWN  ", "/tmp/c",
                             "AUTO START", "ERROR NORMAL", "root", "It runs."));
-    EXPECT_THAT(renderer.text(line), HasSubstr("Service now: \nService Name: c\nDisplay Name: The c\n"));
+    EXPECT_THAT(renderer.text(0, line), HasSubstr("Service now: \nService Name: c\nDisplay Name: The c\n"));
     EXPECT_FALSE(
         renderer.columns("c\x7F"
                          "Ct\x7F"));

@@ -20,8 +20,8 @@ class Renderer : public reports::RecordRenderer {
   public:
     bool beginsRecord(std::size_t, std::string_view line) const override { return !line.starts_with("new"); }
     std::optional<std::vector<std::string>> columns(std::string_view) const override { return std::nullopt; }
-    std::vector<reports::ReportField> fields(std::string_view) const override { return {}; }
-    std::string text(std::string_view) const override { return {}; }
+    std::vector<reports::ReportField> fields(std::size_t, std::string_view) const override { return {}; }
+    std::string text(std::size_t, std::string_view) const override { return {}; }
 };
 
 class Report : public testing::Test, public World {
