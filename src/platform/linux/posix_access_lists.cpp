@@ -4,6 +4,7 @@
 #include <fcntl.h>
 #include <sys/acl.h>
 #include <sys/stat.h>
+#include <sys/xattr.h>
 
 #include <algorithm>
 #include <array>
@@ -26,6 +27,9 @@ constexpr std::uint32_t kDeleteBelow = 0x40;
 constexpr std::uint32_t kChangeList = 0xC'0000;
 constexpr std::uint32_t kFullControl = 0xF'01FF;
 }  // namespace right
+
+constexpr const char* kAccessAttribute = "system.posix_acl_access";
+constexpr const char* kDefaultAttribute = "system.posix_acl_default";
 
 struct FreeList {
     void operator()(acl_t list) const noexcept { ::acl_free(list); }
@@ -74,62 +78,77 @@ constexpr std::array kClasses = {
     ClassRow{ACL_GROUP, "named group"}, ClassRow{ACL_MASK, "mask"}, ClassRow{ACL_OTHER, "other"},
 };
 
-/// Goes over the entries of one list and tells each in the product's terms.
+/// An entry as the system has it.
+struct Entry {
+    acl_tag_t tag = ACL_UNDEFINED_TAG;
+    mode_t rights = 0;            // S_IROTH, S_IWOTH, S_IXOTH
+    std::optional<id_t> id = {};  // of a named one
+};
+
+bool isNamed(acl_tag_t tag) {
+    return tag == ACL_USER || tag == ACL_GROUP;
+}
+
+Entry entryOf(acl_entry_t from) {
+    Entry entry;
+    ::acl_get_tag_type(from, &entry.tag);
+    acl_permset_t set = nullptr;
+    ::acl_get_permset(from, &set);
+    const auto bit = [set](acl_perm_t right, mode_t mode) {
+        return ::acl_get_perm(set, right) == 1 ? mode : 0U;
+    };
+    entry.rights = bit(ACL_READ, S_IROTH) | bit(ACL_WRITE, S_IWOTH) | bit(ACL_EXECUTE, S_IXOTH);
+    if (!isNamed(entry.tag)) return entry;
+    const std::unique_ptr<void, decltype(&::acl_free)> number(::acl_get_qualifier(from), &::acl_free);
+    if (number != nullptr) entry.id = *static_cast<const id_t*>(number.get());
+    return entry;
+}
+
+/// Tells the entries of one list in the product's terms.
 class EntryReader {
   public:
     EntryReader(const struct stat& status, AccountNames& names, bool isDefault)
         : status_(status), names_(names), isDefault_(isDefault) {}
 
-    AccessEntry tell(acl_entry_t entry) {
-        acl_tag_t tag = ACL_UNDEFINED_TAG;
-        ::acl_get_tag_type(entry, &tag);
+    AccessEntry tell(const Entry& entry) {
         AccessEntry told;
         const auto row = std::find_if(kClasses.begin(), kClasses.end(),
-                                      [tag](const ClassRow& each) { return each.tag == tag; });
+                                      [&](const ClassRow& each) { return each.tag == entry.tag; });
         told.domain = row == kClasses.end() ? "unknown" : row->name;
         told.account = told.domain;
-        tellAccount(entry, tag, told);
-        told.rights = rightsOf(entry, tag);
+        tellAccount(entry, told);
+        told.rights = rightsOf(entry);
         if (isDefault_) told.domain.insert(0, "default ");
         return told;
     }
 
   private:
-    void tellAccount(acl_entry_t entry, acl_tag_t tag, AccessEntry& told) {
-        id_t id = tag == ACL_USER_OBJ ? status_.st_uid : status_.st_gid;
-        if (tag == ACL_USER || tag == ACL_GROUP) {
-            const std::unique_ptr<void, decltype(&::acl_free)> number(::acl_get_qualifier(entry),
-                                                                      &::acl_free);
-            if (number == nullptr) {
-                told.state = AccountState::Failed;
-                told.account.clear();
-                told.domain.clear();
-                return;
-            }
-            id = *static_cast<const id_t*>(number.get());
-        } else if (isDefault_) {
-            return;  // speaks of whoever will own the new file
+    void tellAccount(const Entry& entry, AccessEntry& told) {
+        if (isNamed(entry.tag) && !entry.id) {
+            told.state = AccountState::Failed;
+            told.account.clear();
+            told.domain.clear();
+            return;
         }
-        if (tag == ACL_USER_OBJ || tag == ACL_USER) {
+        if (isDefault_ && !entry.id) return;  // speaks of whoever will own the new file
+        if (entry.tag == ACL_USER_OBJ || entry.tag == ACL_USER) {
+            const uid_t id = entry.id.value_or(status_.st_uid);
             told.account = names_.user(id);
             told.isAdministrators = id == 0;
         }
-        if (tag == ACL_GROUP_OBJ || tag == ACL_GROUP) told.account = names_.group(id);
+        if (entry.tag == ACL_GROUP_OBJ || entry.tag == ACL_GROUP)
+            told.account = names_.group(entry.id.value_or(status_.st_gid));
     }
 
-    std::uint32_t rightsOf(acl_entry_t entry, acl_tag_t tag) const {
-        acl_permset_t set = nullptr;
-        ::acl_get_permset(entry, &set);
-        const auto may = [set](acl_perm_t right) { return ::acl_get_perm(set, right) == 1; };
+    std::uint32_t rightsOf(const Entry& entry) const {
+        const auto may = [&](mode_t right) { return (entry.rights & right) != 0; };
         std::uint32_t rights = 0;
-        if (may(ACL_READ)) rights |= right::kRead;
-        if (may(ACL_WRITE)) rights |= right::kWrite | (S_ISDIR(status_.st_mode) ? right::kDeleteBelow : 0U);
-        if (may(ACL_EXECUTE)) rights |= right::kExecute;
-        if (tag == ACL_USER_OBJ) {
-            const bool hasAll = may(ACL_READ) && may(ACL_WRITE) && may(ACL_EXECUTE);
-            rights |= hasAll ? right::kFullControl : right::kChangeList;
-        }
-        return isDefault_ ? rights : rights | modeBit(tag);
+        if (may(S_IROTH)) rights |= right::kRead;
+        if (may(S_IWOTH)) rights |= right::kWrite | (S_ISDIR(status_.st_mode) ? right::kDeleteBelow : 0U);
+        if (may(S_IXOTH)) rights |= right::kExecute;
+        if (entry.tag == ACL_USER_OBJ)
+            rights |= entry.rights == S_IRWXO ? right::kFullControl : right::kChangeList;
+        return isDefault_ ? rights : rights | modeBit(entry.tag);
     }
 
     std::uint32_t modeBit(acl_tag_t tag) const {
@@ -153,6 +172,21 @@ class EntryReader {
     bool isDefault_;
 };
 
+/// Whether a file has a list of its own of one kind beside its mode.
+bool hasList(const std::string& path, const char* attribute) {
+    const bool isThere = ::lgetxattr(systemPath(path), attribute, nullptr, 0) >= 0;
+    if (!isThere && errno != ENODATA && errno != ENOTSUP) throwSystemError(path);
+    return isThere;
+}
+
+/// What the mode alone says, as of a file without a list.
+std::vector<AccessEntry> tellMode(const struct stat& status, AccountNames& names) {
+    EntryReader reader(status, names, false);
+    return {reader.tell({ACL_USER_OBJ, status.st_mode >> 6 & S_IRWXO}),
+            reader.tell({ACL_GROUP_OBJ, status.st_mode >> 3 & S_IRWXO}),
+            reader.tell({ACL_OTHER, status.st_mode & S_IRWXO})};
+}
+
 std::vector<acl_entry_t> entriesOf(acl_t list) {
     std::vector<acl_entry_t> entries;
     acl_entry_t entry = nullptr;
@@ -163,19 +197,11 @@ std::vector<acl_entry_t> entriesOf(acl_t list) {
     return entries;
 }
 
-bool hasRights(acl_entry_t entry) {
-    acl_permset_t set = nullptr;
-    ::acl_get_permset(entry, &set);
-    return ::acl_get_perm(set, ACL_READ) == 1 || ::acl_get_perm(set, ACL_WRITE) == 1 ||
-           ::acl_get_perm(set, ACL_EXECUTE) == 1;
-}
-
 /// Takes an entry out, or its rights where every list has such an entry; false where nothing changed.
 bool takeOut(acl_t list, acl_entry_t entry) {
-    acl_tag_t tag = ACL_UNDEFINED_TAG;
-    ::acl_get_tag_type(entry, &tag);
-    if (tag == ACL_USER || tag == ACL_GROUP) return ::acl_delete_entry(list, entry) == 0;
-    if (tag == ACL_USER_OBJ || !hasRights(entry)) return false;
+    const Entry present = entryOf(entry);
+    if (isNamed(present.tag)) return ::acl_delete_entry(list, entry) == 0;
+    if (present.tag == ACL_USER_OBJ || present.rights == 0) return false;
     acl_permset_t set = nullptr;
     ::acl_get_permset(entry, &set);
     return ::acl_clear_perms(set) == 0;
@@ -196,12 +222,20 @@ void setList(const HeldFile& file, acl_type_t type, acl_t list, const std::strin
 }  // namespace
 
 std::optional<std::vector<AccessEntry>> PosixAccessLists::read(const std::string& path) {
+    // Most files have no list, and two questions are enough for them; every file of a machine comes here.
+    struct stat status {};
+    if (::lstat(systemPath(path), &status) != 0) throwSystemError(path);
+    const bool hasMore =
+        !S_ISLNK(status.st_mode) &&
+        (hasList(path, kAccessAttribute) || (S_ISDIR(status.st_mode) && hasList(path, kDefaultAttribute)));
+    if (!hasMore) return tellMode(status, names_);
+
     const HeldFile file = hold(path);
     std::vector<AccessEntry> entries;
     const auto append = [&](const List& list, bool isDefault) {
         EntryReader reader(file.status, names_, isDefault);
         for (const acl_entry_t entry : entriesOf(list.get()))
-            entries.push_back(reader.tell(entry));
+            entries.push_back(reader.tell(entryOf(entry)));
     };
     append(accessList(file, path), false);
     append(defaultList(file, path), true);
@@ -218,7 +252,7 @@ std::size_t PosixAccessLists::removeEntries(const std::string& path,
         const List list = isDefault ? defaultList(file, path) : accessList(file, path);
         EntryReader reader(file.status, names_, isDefault);
         std::vector<acl_entry_t> unwanted = entriesOf(list.get());
-        std::erase_if(unwanted, [&](acl_entry_t entry) { return !isUnwanted(reader.tell(entry)); });
+        std::erase_if(unwanted, [&](acl_entry_t entry) { return !isUnwanted(reader.tell(entryOf(entry))); });
         const auto count = std::count_if(unwanted.begin(), unwanted.end(),
                                          [&](acl_entry_t entry) { return takeOut(list.get(), entry); });
         if (count > 0) setList(file, type, list.get(), path);
