@@ -8,20 +8,13 @@ namespace {
 
 constexpr std::size_t kStreamLineLimit = 4096;
 
-/// Of either system, as a baseline may have been made on the other.
-bool isPathLine(std::string_view line) {
-    const bool isAbsolute =
-        line.starts_with('/') || line.starts_with("\\\\") || (line.size() > 2 && line[1] == ':');
-    return isAbsolute && isComponentPath(line);
-}
-
 bool isStreamLine(std::string_view line) {
     const std::size_t at = line.find(base::kSeparator);
-    return at != std::string_view::npos && isPathLine(line.substr(0, at)) &&
+    return at != std::string_view::npos && isAbsoluteComponentPath(line.substr(0, at)) &&
            isComponentPath(line.substr(at + 1));
 }
 
-const LineForm kPathForm = {base::kLineLimit, isPathLine};
+const LineForm kPathForm = {base::kLineLimit, isAbsoluteComponentPath};
 const LineForm kStreamForm = {kStreamLineLimit, isStreamLine};
 
 }  // namespace

@@ -1,7 +1,6 @@
 #include "components/directory_creation.h"
 
 #include "components/recycled_paths.h"
-#include "store/database_index.h"
 
 namespace corvalence::components {
 
@@ -58,10 +57,7 @@ class DirectoryCreation::Visitor : public WalkVisitor {
 bool DirectoryCreation::fill(const std::string& database, store::NewFiles& files,
                              platform::Progress& progress) {
     const WalkPlan plan = planWalk(vault_);
-    OwnNames own(vault_);
-    // A component's database is listed already, with all names that it can have.
-    if (!store::DatabaseIndex(vault_).findExact(database))
-        own.noteDatabase(store::DatabaseKind::DirectoryStructure, database);
+    const OwnNames own(vault_, store::DatabaseKind::DirectoryStructure, database);
     DriveWalk walk(vault_, plan, own);
     StreamScan scan(machine_.streams, walk.account());
     Visitor visitor(*this, plan, scan, files, progress);

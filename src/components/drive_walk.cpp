@@ -12,6 +12,12 @@ bool isComponentPath(std::string_view path) noexcept {
            path.find_first_of(kForbidden) == std::string_view::npos;
 }
 
+bool isAbsoluteComponentPath(std::string_view path) noexcept {
+    const bool isAbsolute =
+        path.starts_with('/') || path.starts_with("\\\\") || (path.size() > 2 && path[1] == ':');
+    return isAbsolute && isComponentPath(path);
+}
+
 void WalkAccount::refuse(const std::string& path) {
     ++refused;
     if (examples.size() < kExamples) examples.push_back(path);

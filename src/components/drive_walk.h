@@ -19,6 +19,9 @@ inline constexpr std::size_t kComponentPathLimit = 593;
 /// Whether a component list can hold this path or stream.
 bool isComponentPath(std::string_view path) noexcept;
 
+/// Whether that is so and the path is absolute, on either system: a list may have been made on the other.
+bool isAbsoluteComponentPath(std::string_view path) noexcept;
+
 /// Gets what a walk meets, in the order of the walk. Each answers false to end the walk.
 class WalkVisitor {
   public:

@@ -39,6 +39,12 @@ OwnNames::OwnNames(store::Vault& vault) : vault_(vault) {
     }
 }
 
+OwnNames::OwnNames(store::Vault& vault, store::DatabaseKind kind, const std::string& database)
+    : OwnNames(vault) {
+    // A listed one is noted with all names that it can have.
+    if (!store::DatabaseIndex(vault).findExact(database)) noteDatabase(kind, database);
+}
+
 void OwnNames::noteDatabase(store::DatabaseKind kind, const std::string& database) {
     for (const std::string& place : store::databasePlaces(vault_, kind, database))
         note(place);

@@ -21,14 +21,14 @@ class OwnNames {
 
     /// Those of all listed databases. Throws base::FileFailure.
     explicit OwnNames(store::Vault& vault);
-
-    /// Adds those of a database that is about to be made.
-    void noteDatabase(store::DatabaseKind kind, const std::string& database);
+    /// And those of a database that is about to be made, unless it is listed, as that of a component is.
+    OwnNames(store::Vault& vault, store::DatabaseKind kind, const std::string& database);
 
     /// The own names in a folder, as comparison keys; null where there are none.
     const Names* in(const platform::FileIdentity& folder) const;
 
   private:
+    void noteDatabase(store::DatabaseKind kind, const std::string& database);
     /// Adds a file and the names that its temporaries can have.
     void note(const std::string& path);
 
