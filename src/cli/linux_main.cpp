@@ -20,6 +20,7 @@
 #include "platform/linux/linux_terminal.h"
 #include "platform/linux/linux_volumes.h"
 #include "platform/linux/mime_file_types.h"
+#include "platform/linux/posix_access_lists.h"
 #include "platform/linux/systemd_services.h"
 #include "platform/linux/trash_folders.h"
 
@@ -93,6 +94,7 @@ int main(int argc, char** argv) {
     ExtendedAttributes streams;
     SystemdServices services(files);
     LinuxRegistry registry(files);
+    PosixAccessLists accessLists;
     TrashFolders trash(files, [&volumes] { return trashPlaces(volumes); });
     const base::PathRules paths;
     process.catchCancelSignals();
@@ -105,7 +107,7 @@ int main(int argc, char** argv) {
         .types = types,
         .clock = clock,
         .terminal = terminal,
-        .machine = {streams, trash, services, registry},
+        .machine = {streams, trash, services, registry, accessLists},
         .paths = paths,
         .in = std::cin,
         .out = std::cout,

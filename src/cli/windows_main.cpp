@@ -18,6 +18,7 @@
 #include "platform/windows/token.h"
 #include "platform/windows/wide.h"
 #include "platform/windows/windows_access_control.h"
+#include "platform/windows/windows_access_lists.h"
 #include "platform/windows/windows_clock.h"
 #include "platform/windows/windows_file_system.h"
 #include "platform/windows/windows_process.h"
@@ -79,6 +80,7 @@ int wmain(int argc, wchar_t** argv) {
     BackupStreams streams;
     WindowsServiceManager services;
     WindowsRegistry registry;
+    WindowsAccessLists accessLists;
     ShellRecycleBin recycleBin;
     process.catchCancelSignals();
     const cli::Host host{
@@ -90,7 +92,7 @@ int wmain(int argc, wchar_t** argv) {
         .types = types,
         .clock = clock,
         .terminal = terminal,
-        .machine = {streams, recycleBin, services, registry},
+        .machine = {streams, recycleBin, services, registry, accessLists},
         .paths = kPaths,
         .in = std::cin,
         .out = std::cout,

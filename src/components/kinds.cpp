@@ -6,6 +6,9 @@
 #include "components/directory_check.h"
 #include "components/directory_creation.h"
 #include "components/directory_report.h"
+#include "components/permission_check.h"
+#include "components/permission_creation.h"
+#include "components/permission_report.h"
 #include "components/registry_check.h"
 #include "components/registry_creation.h"
 #include "components/registry_report.h"
@@ -54,14 +57,18 @@ class ShownCreation : public store::CreationWorker {
     ComponentCreation& inner_;
 };
 
-constexpr std::array<ComponentKind, 3> kKinds = {{
+constexpr std::array<ComponentKind, 4> kKinds = {{
     {store::DatabaseKind::DirectoryStructure, reports::ReportKind::DirectoryStructure, "directory structure",
-     makeCreation<DirectoryCreation>, makeCheck<DirectoryCheck>, countDirectories,
-     makeRenderer<DirectoryRenderer>},
-    {store::DatabaseKind::Registry, reports::ReportKind::Registry, "registry", makeCreation<RegistryCreation>,
-     makeCheck<RegistryCheck>, countRegistry, makeRenderer<RegistryRenderer>},
-    {store::DatabaseKind::Services, reports::ReportKind::Services, "services", makeCreation<ServiceCreation>,
-     makeCheck<ServiceCheck>, countServices, makeRenderer<ServiceRenderer>},
+     "Checking directory structure database: ", makeCreation<DirectoryCreation>, makeCheck<DirectoryCheck>,
+     countDirectories, makeRenderer<DirectoryRenderer>},
+    {store::DatabaseKind::Permissions, reports::ReportKind::Permissions, "permissions",
+     "Checking All Files In Permissions Database: ", makeCreation<PermissionCreation>,
+     makeCheck<PermissionCheck>, countPermissions, makeRenderer<PermissionRenderer>},
+    {store::DatabaseKind::Registry, reports::ReportKind::Registry, "registry", "Checking Registry Database: ",
+     makeCreation<RegistryCreation>, makeCheck<RegistryCheck>, countRegistry, makeRenderer<RegistryRenderer>},
+    {store::DatabaseKind::Services, reports::ReportKind::Services, "services",
+     "Checking All Services In Services Database: ", makeCreation<ServiceCreation>, makeCheck<ServiceCheck>,
+     countServices, makeRenderer<ServiceRenderer>},
 }};
 
 }  // namespace
@@ -95,8 +102,8 @@ std::optional<store::OpenDatabaseContext> createDatabase(store::Vault& vault, co
 
 CheckOutcome checkDatabase(store::Vault& vault, const Machine& machine, const ComponentKind& kind,
                            const store::OpenDatabaseContext& database) {
-    const auto progress = vault.platform.ui.openProgress("Checking " + std::string(kind.noun) +
-                                                         " database: " + database.path());
+    const auto progress =
+        vault.platform.ui.openProgress(std::string(kind.checkTitle).append(database.path()));
     auto files = store::componentRecords(vault, kind.kind, store::Form::Standalone, database.record);
     const std::string first = files.front().path;
     const auto check = kind.makeCheck(vault, machine, database.path(), std::move(files));

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/access_lists.h"
 #include "platform/recycle_bin.h"
 #include "platform/service_manager.h"
 #include "platform/stream_source.h"
@@ -13,6 +14,7 @@ struct Machine {
     platform::RecycleBin& recycleBin;
     platform::ServiceManager& services;
     platform::SystemRegistry& registry;
+    platform::AccessLists& accessLists;
 };
 
 }  // namespace corvalence::components

@@ -25,7 +25,7 @@ Outcome Console::run(std::vector<std::string> arguments) {
                          system.types,
                          clock,
                          terminal,
-                         {system.streams, recycleBin, services, registry},
+                         {system.streams, recycleBin, services, registry, system.accessLists},
                          system.paths,
                          in,
                          out,

@@ -31,7 +31,7 @@ INSTANTIATE_TEST_SUITE_P(
                     std::vector<std::string>{"check", "db", "--bogus"},
                     std::vector<std::string>{"check", "nodb"}, std::vector<std::string>{"add", "db"},
                     std::vector<std::string>{"restore", "db"},
-                    std::vector<std::string>{"create", "permissions", "x"},
+                    std::vector<std::string>{"create", "complete-system", "x"},
                     std::vector<std::string>{"create", "file-contents", "x", "--digest", "crc"},
                     std::vector<std::string>{"databases", "--wait", "-1"},
                     std::vector<std::string>{"databases", "--home", ""}, std::vector<std::string>{"config"},

@@ -9,6 +9,7 @@
 #include "listed_registry.h"
 #include "listed_services.h"
 #include "reports/report_file.h"
+#include "scripted_access_lists.h"
 #include "store/database_deletion.h"
 #include "world.h"
 
@@ -46,7 +47,8 @@ class BaselineWorld {
     ListedRecycleBin bin;
     ListedServices services;
     ListedRegistry registry;
-    components::Machine machine{world.machine.system.streams, bin, services, registry};
+    ScriptedAccessLists accessLists{world.machine.system.accessLists};
+    components::Machine machine{world.machine.system.streams, bin, services, registry, accessLists};
     const components::ComponentKind& kind;
 
   private:

@@ -158,7 +158,8 @@ bool isStamped(World& world) {
 /// What baselines of the world's files need beside it.
 struct BaselineWork {
     explicit BaselineWork(World& of)
-        : world(of), machine{of.machine.system.streams, bin, services, registry} {}
+        : world(of),
+          machine{of.machine.system.streams, bin, services, registry, of.machine.system.accessLists} {}
 
     bool create() {
         store::CreationRequest request;

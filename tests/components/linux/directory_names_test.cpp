@@ -58,7 +58,8 @@ TEST(DirectoryTrash, OfADesktopIsToldWithTheOriginalPath) {
     platform::linux_system::TrashFolders bin(world.machine.system.files, [&] {
         return platform::linux_system::TrashPlaces{{trash}, {}};
     });
-    const components::Machine real{world.machine.system.streams, bin, machine.services, machine.registry};
+    const components::Machine real{world.machine.system.streams, bin, machine.services, machine.registry,
+                                   machine.accessLists};
     machine.create();
     std::filesystem::create_directories(trash + "/files");
     std::filesystem::create_directories(trash + "/info");
