@@ -12,25 +12,15 @@
 #   --sizes        instead: add and check of a quarter, half and all of the files. Fails where a file of the largest
 #                  corpus costs half as much again as one of the smallest, or where a check's peak memory passes
 #                  64 MiB + 300 bytes a file
-set -euo pipefail
 
+options="files runs least"
+switches="sizes"
 files=100000
 runs=3
 least=0
 sizes=
-while [ $# -gt 0 ]; do
-    case $1 in
-        --files) files=$2; shift ;;
-        --runs) runs=$2; shift ;;
-        --least) least=$2; shift ;;
-        --sizes) sizes=yes ;;
-        *) sed -n '/^# usage/,/^set/s/^# \{0,1\}//p' "$0" >&2; exit 2 ;;
-    esac
-    shift
-done
-
-# shellcheck source=bench/measure.sh
-. "$(dirname "${BASH_SOURCE[0]}")/measure.sh"
+# shellcheck source=bench/options.sh
+. "$(dirname "${BASH_SOURCE[0]}")/options.sh"
 
 add_and_check() { # PREFIX ALGORITHM BACKUPS COUNT
     new_database "$2" "$3"

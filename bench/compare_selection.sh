@@ -12,23 +12,13 @@
 #
 # Fails where the cost of a file is half as much again for all files as it is for half of them, and where removing a
 # tenth copies the container more than once.
-set -euo pipefail
 
+options="files runs least"
 files=100000
 runs=3
 least=0
-while [ $# -gt 0 ]; do
-    case $1 in
-        --files) files=$2; shift ;;
-        --runs) runs=$2; shift ;;
-        --least) least=$2; shift ;;
-        *) sed -n '/^# usage/,/^set/s/^# \{0,1\}//p' "$0" >&2; exit 2 ;;
-    esac
-    shift
-done
-
-# shellcheck source=bench/measure.sh
-. "$(dirname "${BASH_SOURCE[0]}")/measure.sh"
+# shellcheck source=bench/options.sh
+. "$(dirname "${BASH_SOURCE[0]}")/options.sh"
 export LC_ALL=C
 
 # measure_grep LABEL OPTIONS...: grep ends with 1 where nothing is found, and xargs with 123.

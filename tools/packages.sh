@@ -6,7 +6,7 @@ test_packages=(libgtest-dev libgmock-dev)
 # shellcheck disable=SC2034
 windows_packages=(g++-mingw-w64-x86-64-posix googletest wine64)
 # shellcheck disable=SC2034
-bench_packages=(libbenchmark-dev openssl aide time)
+bench_packages=(libbenchmark-dev openssl acl aide time)
 
 install_missing() {
     local package missing=()
