@@ -36,8 +36,9 @@ std::string blockOf(BaselineWorld& base) {
     const auto report = reports::ReportFile::open(
         base.world.vault(), reports::reportPath(base.world.configuration(), base.kind.report));
     const auto renderer = base.kind.makeRenderer(base.world.platform.paths);
-    for (const std::string_view line : report.value().lines())
-        block.change(renderer->text(line));
+    const auto& lines = report.value().lines();
+    for (std::size_t number = 0; number < lines.size(); ++number)
+        block.change(renderer->text(number, lines[number]));
     block.summary(base.kind.kind, outcome);
     block.end(MailPlan::Off);
     return sink.text;
