@@ -53,6 +53,10 @@ class MemoryFileSystem : public platform::FileSystem {
         rename(from, to);
         return true;
     }
+    bool linkNew(const std::string& from, const std::string& to) override {
+        return entries.emplace(to, find(from)).second;
+    }
+    bool isPseudo(const std::string&) override { return false; }
     void remove(const std::string& path) override {
         find(path);
         entries.erase(path);
