@@ -1,7 +1,8 @@
 # Installs the Debian packages that a script names and that this machine lacks. Sourced by run.sh and test.sh.
 
-build_packages=(g++ cmake ninja-build ccache libacl1-dev libcli11-dev libsystemd-dev nlohmann-json3-dev)
-test_packages=(libgtest-dev libgmock-dev)
+build_packages=(g++ cmake ninja-build ccache libacl1-dev libcli11-dev libcurl4-openssl-dev libsystemd-dev
+    nlohmann-json3-dev)
+test_packages=(libgtest-dev libgmock-dev openssl python3-aiosmtpd)
 # For another system: the compiler, the tests' library as sources, and what runs the result.
 # shellcheck disable=SC2034
 windows_packages=(g++-mingw-w64-x86-64-posix googletest wine64)

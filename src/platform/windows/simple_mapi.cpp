@@ -99,7 +99,8 @@ SimpleMapi::SimpleMapi() : library_(systemLibrary()) {}
 
 SimpleMapi::SimpleMapi(const std::string& library) : library_(systemPath(library)) {}
 
-MailResult SimpleMapi::send(const MailMessage& message) {
+MailResult SimpleMapi::send(const MailMessage& message, const MailServer&, std::stop_token) {
+    if (const auto fault = findAddressFault(message.recipient)) return {Outcome::Refused, *fault};
     const Library library(::LoadLibraryExW(library_.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH));
     if (library == nullptr) return {Outcome::NoTransport, "This machine has no MAPI32.DLL."};
     const auto sendMail = reinterpret_cast<LPMAPISENDMAIL>(

@@ -7,7 +7,8 @@
 namespace corvalence::platform::windows_system {
 
 /// Mail through the mail program of the desktop, by its simple interface. Texts go out in the machine's code
-/// page, in which a character that it lacks becomes a question mark.
+/// page, in which a character that it lacks becomes a question mark. The mail program knows its own server
+/// and cannot be stopped.
 class SimpleMapi : public Mail {
   public:
     /// MAPI32.DLL in the system's own folder.
@@ -15,7 +16,7 @@ class SimpleMapi : public Mail {
     /// The same interface in another library, by its path.
     explicit SimpleMapi(const std::string& library);
 
-    MailResult send(const MailMessage& message) override;
+    MailResult send(const MailMessage& message, const MailServer& server, std::stop_token stop) override;
 
   private:
     std::wstring library_;

@@ -25,14 +25,14 @@ class SimpleMail : public testing::Test {
 
 TEST_F(SimpleMail, handsOverEveryField) {
     const std::string subject = folder_ / "out";
-    const auto plain = mail_.send({"somebody@example.org", subject, "two\r\nlines", "", ""});
+    const auto plain = mail_.send({"somebody@example.org", subject, "two\r\nlines", "", ""}, {}, {});
     EXPECT_EQ(plain.outcome, Outcome::Accepted) << plain.reason;
     EXPECT_EQ(folder_.read("out"),
               "session 0 window 0 flags 0 0 0\nfrom 0 Corvalence\n"
               "to 1 somebody@example.org SMTP:somebody@example.org\nfiles 0\ntwo\r\nlines");
 
     const std::string file = folder_.write("log", "x");
-    EXPECT_EQ(mail_.send({"a@b.org", subject, "", file, "The Log"}).outcome, Outcome::Accepted);
+    EXPECT_EQ(mail_.send({"a@b.org", subject, "", file, "The Log"}, {}, {}).outcome, Outcome::Accepted);
     EXPECT_EQ(folder_.read("out"),
               "session 0 window 0 flags 0 0 0\nfrom 0 Corvalence\nto 1 a@b.org SMTP:a@b.org\nfiles 1\n"
               "at -1 " +
@@ -40,16 +40,19 @@ TEST_F(SimpleMail, handsOverEveryField) {
 }
 
 TEST_F(SimpleMail, tellsWhyItWasNotSent) {
-    const auto refused = mail_.send({"nobody", folder_ / "out", "", "", ""});
+    const auto refused = mail_.send({"nobody@b.org", folder_ / "out", "", "", ""}, {}, {});
     EXPECT_EQ(refused.outcome, Outcome::Refused);
     EXPECT_EQ(refused.reason, "The mail program did not take the message. It does not know the recipient.");
-    EXPECT_EQ(mail_.send({"a@b.org", folder_ / "none\\out", "", "", ""}).reason,
+    EXPECT_EQ(mail_.send({"a@b.org", folder_ / "none\\out", "", "", ""}, {}, {}).reason,
               "The mail program did not take the message. Error 2.");
 
+    EXPECT_EQ(mail_.send({"a@b.org\nBcc: c@d.org", folder_ / "out", "", "", ""}, {}, {}).reason,
+              "\"a@b.org?Bcc: c@d.org\" is not one mail address.");
+
     platform::windows_system::SimpleMapi none(folder_ / "none.dll");
-    EXPECT_EQ(none.send({"a@b.org", "s", "b", "", ""}).outcome, Outcome::NoTransport);
+    EXPECT_EQ(none.send({"a@b.org", "s", "b", "", ""}, {}, {}).outcome, Outcome::NoTransport);
     platform::windows_system::SimpleMapi other("C:\\windows\\system32\\version.dll");
-    EXPECT_EQ(other.send({"a@b.org", "s", "b", "", ""}).outcome, Outcome::NoTransport);
+    EXPECT_EQ(other.send({"a@b.org", "s", "b", "", ""}, {}, {}).outcome, Outcome::NoTransport);
 }
 
 }  // namespace

@@ -6,10 +6,10 @@
 #include <string_view>
 
 /// A mail program as a desktop has one: writes down what it is given in the file that the subject names.
-/// Knows everybody but "nobody".
+/// Knows everybody but "nobody@b.org".
 extern "C" __declspec(dllexport) ULONG WINAPI
     MAPISendMail(LHANDLE session, ULONG_PTR window, lpMapiMessage message, FLAGS flags, ULONG reserved) {
-    if (std::string_view(message->lpRecips->lpszName) == "nobody") return MAPI_E_UNKNOWN_RECIPIENT;
+    if (std::string_view(message->lpRecips->lpszName) == "nobody@b.org") return MAPI_E_UNKNOWN_RECIPIENT;
     std::ofstream out(message->lpszSubject, std::ios::binary);
     out << "session " << session << " window " << window << " flags " << flags << ' ' << reserved << ' '
         << message->flFlags << '\n';
