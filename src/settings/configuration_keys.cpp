@@ -8,7 +8,7 @@ namespace corvalence::settings {
 namespace {
 
 // Columns: name, console name, form, lowest and highest on reading, on entry, fall-back, letters, meaning.
-constexpr std::array<ConfigurationKey, 36> kKeys = {{
+constexpr std::array<ConfigurationKey, 41> kKeys = {{
     {"Config1", "backup-suffix", Form::Character, 0, 0, 0, 0, "~", "",
      "character put into a database's name to form the name of its backup database"},
     {"Config2", "backup-databases", Form::Number, 0, 1, 0, 1, "1", "",
@@ -51,6 +51,15 @@ constexpr std::array<ConfigurationKey, 36> kKeys = {{
     {"Config26", "email-recipient", Form::Text, 0, 0, 0, 0, "", "", "recipient of the mails"},
     {"Config27", "email-timeout", Form::Number, 1, 30, 1, 30, "1", "",
      "minutes to wait for a mail to go out"},
+    {"Mail Server", "mail-server", Form::Text, 0, 0, 0, 0, "", "",
+     "server that takes the mails on Linux: smtp://HOST or smtps://HOST, with :PORT"},
+    {"Mail TLS", "mail-tls", Form::Number, 0, 1, 0, 1, "1", "",
+     "1: no mail to a server without TLS; 0: TLS only where the server offers it"},
+    {"Mail Sender", "mail-sender", Form::Text, 0, 0, 0, 0, "", "", "address that the mails come from"},
+    {"Mail Login", "mail-login", Form::Path, 0, 0, 0, 0, "", "",
+     "file of mode 0600 with user and password of the mail server, one a line; empty: no login"},
+    {"Mail Authorities", "mail-authorities", Form::Path, 0, 0, 0, 0, "", "",
+     "file with the certificates (PEM) that vouch for the mail server; empty: the system's"},
     {"Config28", "auto-restore", Form::Number, 0, 1, 0, 1, "0", "",
      "1: a scheduled check restores changed files from their backups"},
     {"Config29", "auto-restore-moves", Form::Number, 0, 1, 0, 1, "1", "",

@@ -92,6 +92,9 @@ std::optional<std::string> findFault(const ConfigurationKey& key, const std::str
         case Form::Text:
         case Form::Path:
             if (text.find_first_of("\r\n") != std::string::npos) return name + " takes a single line.";
+            // What the settings hold is shown to anybody who may list them.
+            if (key.name == key::kMailServer && text.find('@') != std::string::npos)
+                return "A user or password does not belong in the mail server's address.";
             return std::nullopt;
         case Form::Paths:
             return std::nullopt;
