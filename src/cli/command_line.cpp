@@ -66,6 +66,7 @@ class Commands {
         onDatabase("delete", "Delete a database, its backup and the backups of its files", runDelete);
         report();
         config();
+        mail();
         password();
         plain("reset", "After a forgotten password: empty index, schedule and logs", runReset);
     }
@@ -285,6 +286,12 @@ class Commands {
         plain(*command, "list", "Every key with its text and its meaning", runConfigList);
         configKey(declare(*command, "get", "The text of a key"), false, runConfigGet);
         configKey(declare(*command, "set", "Give a key another text"), true, runConfigSet);
+    }
+
+    void mail() {
+        CLI::App* command = declare(app_, "mail", "The mails about scheduled checks");
+        command->require_subcommand(1);
+        plain(*command, "test", "Send one mail to the recipient of the settings", runMailTest);
     }
 
     void configKey(CLI::App* command, bool withText, Command<ConfigArguments> run) {

@@ -99,6 +99,7 @@ ExitCode runPassword(Context& context, const PasswordArguments& arguments);
 ExitCode runReportShow(Context& context, const ReportArguments& arguments);
 ExitCode runReportSave(Context& context, const ReportArguments& arguments);
 ExitCode runReportOpen(Context& context, const ReportArguments& arguments);
+ExitCode runMailTest(Context& context);
 ExitCode runReset(Context& context);
 
 }  // namespace corvalence::cli

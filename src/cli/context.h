@@ -3,6 +3,7 @@
 #include <chrono>
 #include <exception>
 #include <istream>
+#include <memory>
 #include <optional>
 #include <ostream>
 #include <string>
@@ -11,6 +12,7 @@
 #include "cli/exit_code.h"
 #include "cli/json_writer.h"
 #include "components/machine.h"
+#include "platform/mail.h"
 #include "platform/platform.h"
 
 namespace corvalence::cli {
@@ -30,6 +32,7 @@ struct Context {
     platform::Platform& platform;
     platform::Terminal& terminal;
     const components::Machine& machine;
+    const std::shared_ptr<platform::Mail>& mail;
     ConsoleUserInterface& ui;
     const Options& options;
     std::string dataRoot;  // where `init` makes the data folders, with a closing separator

@@ -21,6 +21,7 @@
 #include "platform/linux/linux_volumes.h"
 #include "platform/linux/mime_file_types.h"
 #include "platform/linux/posix_access_lists.h"
+#include "platform/linux/smtp_mail.h"
 #include "platform/linux/systemd_services.h"
 #include "platform/linux/trash_folders.h"
 
@@ -108,6 +109,7 @@ int main(int argc, char** argv) {
         .clock = clock,
         .terminal = terminal,
         .machine = {streams, trash, services, registry, accessLists},
+        .mail = std::make_shared<SmtpMail>(files, clock),
         .paths = paths,
         .in = std::cin,
         .out = std::cout,

@@ -10,6 +10,7 @@
 
 #include "cli/exit_code.h"
 #include "components/machine.h"
+#include "platform/mail.h"
 #include "platform/platform.h"
 #include "platform/terminal.h"
 
@@ -32,6 +33,7 @@ struct Host {
     platform::Clock& clock;
     platform::Terminal& terminal;
     components::Machine machine;
+    std::shared_ptr<platform::Mail> mail;
     base::PathRules paths;
     std::istream& in;
     std::ostream& out;

@@ -15,6 +15,7 @@
 #include "platform/windows/registry_file_types.h"
 #include "platform/windows/registry_settings_store.h"
 #include "platform/windows/shell_recycle_bin.h"
+#include "platform/windows/simple_mapi.h"
 #include "platform/windows/token.h"
 #include "platform/windows/wide.h"
 #include "platform/windows/windows_access_control.h"
@@ -93,6 +94,7 @@ int wmain(int argc, wchar_t** argv) {
         .clock = clock,
         .terminal = terminal,
         .machine = {streams, recycleBin, services, registry, accessLists},
+        .mail = std::make_shared<SimpleMapi>(),
         .paths = kPaths,
         .in = std::cin,
         .out = std::cout,

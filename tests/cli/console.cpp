@@ -26,6 +26,7 @@ Outcome Console::run(std::vector<std::string> arguments) {
                          clock,
                          terminal,
                          {system.streams, recycleBin, services, registry, system.accessLists},
+                         mail,
                          system.paths,
                          in,
                          out,

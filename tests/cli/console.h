@@ -13,6 +13,7 @@
 #include "listed_recycle_bin.h"
 #include "listed_registry.h"
 #include "listed_services.h"
+#include "scripted_mail.h"
 #include "small_disk.h"
 #include "system_back_end.h"
 #include "temp_folder.h"
@@ -125,6 +126,7 @@ class Console {
     ListedRecycleBin recycleBin;
     ListedServices services;
     ListedRegistry registry;
+    std::shared_ptr<ScriptedMail> mail = std::make_shared<ScriptedMail>();
     std::string input = "secret\n";
     bool outputFails = false;
 };

@@ -13,6 +13,7 @@
 
 #include "child_process.h"
 #include "console.h"
+#include "mail_server.h"
 
 // The built program as users and scripts meet it: its descriptors, its signals, its environment.
 
@@ -242,6 +243,30 @@ TEST_F(Program, doesNotShowAPasswordThatIsTyped) {
     EXPECT_EQ(status, 0) << seen;
     EXPECT_THAT(seen, HasSubstr("created [SHA-256]."));
     EXPECT_THAT(seen, Not(HasSubstr("s3cret")));
+}
+
+TEST_F(Program, sendsAMailAndLeavesAServerThatHangsAtASignal) {
+    EXPECT_EQ(run({"init"}), 0);
+    EXPECT_EQ(run({"config", "set", "email-recipient", "admin@example.org"}), 0);
+    EXPECT_EQ(run({"config", "set", "mail-sender", "watch@example.org"}), 0);
+    const MailServerProcess server({"--tls", "starttls"});
+    EXPECT_EQ(run({"config", "set", "mail-server", server.url()}), 0);
+    EXPECT_EQ(run({"mail", "test"}), 4);
+    EXPECT_THAT(err(), AllOf(HasSubstr("localhost:"), HasSubstr("certificate")));
+    EXPECT_EQ(run({"config", "set", "mail-authorities", server.certificate()}), 0);
+    EXPECT_EQ(run({"mail", "test"}), 0) << err();
+    EXPECT_EQ(server.mail()["to"][0], "admin@example.org");
+    EXPECT_TRUE(server.mail()["tls"]);
+
+    const MailServerProcess hanging({"--hang", "connect"});
+    EXPECT_EQ(run({"config", "set", "mail-server", hanging.url()}), 0);
+    ChildProcess sending([&] { return become(atHome({"mail", "test"})); });
+    std::this_thread::sleep_for(std::chrono::milliseconds(300));
+    EXPECT_TRUE(sending.isRunning());
+    const auto begin = std::chrono::steady_clock::now();
+    sending.signal(SIGTERM);
+    EXPECT_EQ(sending.wait(), 5);
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(2));
 }
 
 }  // namespace
