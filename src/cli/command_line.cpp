@@ -65,6 +65,8 @@ class Commands {
         analyse();
         onDatabase("delete", "Delete a database, its backup and the backups of its files", runDelete);
         report();
+        schedule();
+        log();
         config();
         mail();
         password();
@@ -278,6 +280,83 @@ class Commands {
 
     static void page(CLI::App* command, std::size_t& number) {
         command->add_option("--page", number, "Number of the page (default: 1)")->check(CLI::PositiveNumber);
+    }
+
+    void schedule() {
+        CLI::App* command = declare(app_, "schedule", "The databases that are checked by the clock, and how");
+        command->require_subcommand(1);
+        plain(*command, "list", "Every scheduled database with its last check", runScheduleList);
+        const auto added = std::make_shared<ScheduleArguments>();
+        CLI::App* add = declare(*command, "add", "Put databases at the end of the schedule");
+        text(*add, "DATABASE", added->databases, "Full paths, or file names")->required();
+        call(add, added, runScheduleAdd);
+        const auto removed = std::make_shared<ScheduleArguments>();
+        CLI::App* remove =
+            declare(*command, "remove", "Take databases out, and all whose paths begin like theirs");
+        text(*remove, "DATABASE", removed->databases, "Full paths, or file names");
+        remove->add_flag("--damaged", removed->damaged, "Lines that name no database");
+        call(remove, removed, runScheduleRemove);
+        const auto timed = std::make_shared<ScheduleArguments>();
+        CLI::App* interval = declare(*command, "interval", "Show or set the time between two rounds");
+        text(*interval, "HH:MM:SS", timed->interval, "Up to 24:59:59; 0:0:0 for no checks");
+        call(interval, timed, runScheduleInterval);
+        reaction(declare(*command, "reaction", "Show or set what a scheduled check does about changes"));
+    }
+
+    void reaction(CLI::App* command) {
+        const auto arguments = std::make_shared<ScheduleArguments>();
+        command
+            ->add_option_function<std::string>(
+                "REACTION",
+                [&reaction = arguments->reaction](const std::string& name) {
+                    reaction = name == kReactionNames[0] ? schedule::CheckReaction::Continuous
+                                                         : schedule::CheckReaction::Standard;
+                },
+                "continuous: a log, nobody is asked; standard: asks at changed files")
+            ->check(oneOf({kReactionNames.begin(), kReactionNames.end()}));
+        command
+            ->add_option_function<std::string>(
+                "--auto-restore",
+                [&restore = arguments->autoRestore](const std::string& name) {
+                    const auto found = std::find(kAutoRestoreNames.begin(), kAutoRestoreNames.end(), name);
+                    restore = static_cast<AutoRestoreName>(found - kAutoRestoreNames.begin());
+                },
+                "Changed files are restored, and what they were changed to is deleted or moved")
+            ->check(oneOf({kAutoRestoreNames.begin(), kAutoRestoreNames.end()}));
+        call(command, arguments, runScheduleReaction);
+    }
+
+    void log() {
+        CLI::App* command = declare(app_, "log", "The log of scheduled checks");
+        command->require_subcommand(1);
+        onLog(*command, "show", "The log file", runLogShow);
+        const auto [session, shown] =
+            onLog(*command, "session", "The log of the session in progress", runLogSession);
+        session->add_flag("--append", shown->append, "Append it to the log file, and empty it");
+        session
+            ->add_flag("--overwrite", shown->overwrite, "Put it in the place of the log file, and empty it")
+            ->excludes("--append");
+        CLI::App* exported = declare(*command, "export", "Copy the log file, sealed as it is");
+        const auto copied = std::make_shared<LogArguments>();
+        text(*exported, "PATH", copied->path, "File to be written")->required();
+        exported->add_flag("--session", copied->session, "The session log instead");
+        call(exported, copied, runLogExport);
+        const auto [import, foreign] =
+            onLog(*command, "import", "An exported log, or one from a mail", runLogImport);
+        text(*import, "PATH", foreign->path, "File of the log")->required();
+        text(*import, "--log-password-file", foreign->logPasswordFile,
+             "File whose first line is the password of the log, - for standard input");
+        plain(*command, "delete", "Empty the log file", runLogDelete);
+    }
+
+    std::pair<CLI::App*, std::shared_ptr<LogArguments>> onLog(CLI::App& parent, const std::string& name,
+                                                              const std::string& does,
+                                                              Command<LogArguments> run) {
+        CLI::App* command = declare(parent, name, does);
+        auto arguments = std::make_shared<LogArguments>();
+        command->add_flag("--full", arguments->full, "Values beyond 10 KB to their ends");
+        call(command, arguments, run);
+        return {command, arguments};
     }
 
     void config() {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <optional>
 #include <string>
 #include <vector>
@@ -9,6 +10,7 @@
 #include "crypto/digest_code.h"
 #include "files/add_pipeline.h"
 #include "files/changed_file_details.h"
+#include "schedule/schedule_settings.h"
 
 namespace corvalence::cli {
 
@@ -81,6 +83,29 @@ struct ReportArguments {
     std::size_t page = 1;
 };
 
+/// What Auto Restore does, as the console names it.
+enum class AutoRestoreName { Off, Delete, Move };
+inline constexpr std::array<std::string_view, 3> kAutoRestoreNames = {"off", "delete", "move"};
+inline constexpr std::array<std::string_view, 2> kReactionNames = {"continuous", "standard"};
+AutoRestoreName autoRestoreName(const schedule::ScheduleSettings& settings);
+
+struct ScheduleArguments {
+    std::vector<std::string> databases;
+    bool damaged = false;
+    std::optional<std::string> interval;
+    std::optional<schedule::CheckReaction> reaction;
+    std::optional<AutoRestoreName> autoRestore;
+};
+
+struct LogArguments {
+    std::string path;
+    std::optional<std::string> logPasswordFile;
+    bool full = false;  // no value is truncated
+    bool session = false;
+    bool append = false;
+    bool overwrite = false;
+};
+
 ExitCode runInit(Context& context);
 ExitCode runCreate(Context& context, const CreateArguments& arguments);
 ExitCode runDatabases(Context& context, const ListArguments& arguments);
@@ -101,5 +126,15 @@ ExitCode runReportSave(Context& context, const ReportArguments& arguments);
 ExitCode runReportOpen(Context& context, const ReportArguments& arguments);
 ExitCode runMailTest(Context& context);
 ExitCode runReset(Context& context);
+ExitCode runScheduleList(Context& context);
+ExitCode runScheduleAdd(Context& context, const ScheduleArguments& arguments);
+ExitCode runScheduleRemove(Context& context, const ScheduleArguments& arguments);
+ExitCode runScheduleInterval(Context& context, const ScheduleArguments& arguments);
+ExitCode runScheduleReaction(Context& context, const ScheduleArguments& arguments);
+ExitCode runLogShow(Context& context, const LogArguments& arguments);
+ExitCode runLogSession(Context& context, const LogArguments& arguments);
+ExitCode runLogExport(Context& context, const LogArguments& arguments);
+ExitCode runLogImport(Context& context, const LogArguments& arguments);
+ExitCode runLogDelete(Context& context);
 
 }  // namespace corvalence::cli

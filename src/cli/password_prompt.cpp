@@ -21,6 +21,16 @@ std::optional<crypto::SecretText> readLine(std::istream& in) {
     return line;
 }
 
+/// False where a signal came meanwhile.
+bool openUnbuffered(Context& context, const std::string& name, std::ifstream& file) {
+    const std::string path = absolutePath(context, name);
+    file.rdbuf()->pubsetbuf(nullptr, 0);  // no copy of the password in a buffer that nobody wipes
+    file.open(std::filesystem::path(std::u8string(path.begin(), path.end())), std::ios::binary);
+    if (file) return true;
+    if (context.platform.process.cancelRequested()) return false;
+    throw CommandEnd(ExitCode::Failed, path + " could not be opened.");
+}
+
 }  // namespace
 
 std::optional<crypto::SecretText> PasswordPrompt::show(bool choosing, bool again) {
@@ -76,15 +86,14 @@ std::optional<crypto::SecretText> PasswordPrompt::readSecret(const std::string& 
 std::optional<crypto::SecretText> PasswordPrompt::readNextLine() {
     const auto& name = context_.options.passwordFile;
     if (!name || *name == "-") return readLine(context_.in);
-    if (file_.is_open()) return readLine(file_);
-    const std::string path = absolutePath(context_, *name);
-    file_.rdbuf()->pubsetbuf(nullptr, 0);  // no copy of the password in a buffer that nobody wipes
-    file_.open(std::filesystem::path(std::u8string(path.begin(), path.end())), std::ios::binary);
-    if (!file_) {
-        if (context_.platform.process.cancelRequested()) return std::nullopt;
-        throw CommandEnd(ExitCode::Failed, path + " could not be opened.");
-    }
+    if (!file_.is_open() && !openUnbuffered(context_, *name, file_)) return std::nullopt;
     return readLine(file_);
+}
+
+std::optional<crypto::SecretText> readPasswordFile(Context& context, const std::string& name) {
+    if (name == "-") return readLine(context.in);
+    std::ifstream file;
+    return openUnbuffered(context, name, file) ? readLine(file) : std::nullopt;
 }
 
 }  // namespace corvalence::cli

@@ -33,4 +33,8 @@ class PasswordPrompt : public core::PasswordDialog {
     crypto::SecretText given_;
 };
 
+/// The first line of a file that holds a password, or the next of standard input for "-". Nothing where there
+/// is none, or a signal came meanwhile. Throws CommandEnd where the file cannot be opened.
+std::optional<crypto::SecretText> readPasswordFile(Context& context, const std::string& name);
+
 }  // namespace corvalence::cli

@@ -14,14 +14,13 @@ namespace {
 constexpr std::string_view kUnchecked = "Unchecked";
 
 /// By the first record that begins with the path, as the index is searched everywhere.
-std::string lastCheckOf(store::Vault& vault, const std::vector<store::IndexRecord>& records,
-                        const std::string& database) {
-    const auto record =
-        std::find_if(records.begin(), records.end(), [&](const store::IndexRecord& candidate) {
-            return vault.platform.paths.beginsWith(candidate.path, database);
-        });
-    if (record == records.end() || !record->lastCheck) return std::string(kUnchecked);
-    return platform::formatFileTime(vault.platform.clock, *record->lastCheck);
+std::optional<base::FileTime> lastCheckOf(const base::PathRules& paths,
+                                          const std::vector<store::IndexRecord>& records,
+                                          const std::string& database) {
+    const auto record = std::find_if(
+        records.begin(), records.end(),
+        [&](const store::IndexRecord& candidate) { return paths.beginsWith(candidate.path, database); });
+    return record == records.end() ? std::nullopt : record->lastCheck;
 }
 
 bool isCompleteSystem(store::Vault& vault, const std::string& database) {
@@ -52,8 +51,10 @@ void ScheduleDialog::fill() {
     rows_.clear();
     for (std::string& database : content.databases) {
         std::string name(vault_.platform.paths.fileName(database));
-        std::string lastCheck = lastCheckOf(vault_, records, database);
-        rows_.push_back({std::move(name), std::move(database), std::move(lastCheck)});
+        const auto checkedAt = lastCheckOf(vault_.platform.paths, records, database);
+        std::string lastCheck =
+            checkedAt ? platform::formatFileTime(vault_.platform.clock, *checkedAt) : std::string(kUnchecked);
+        rows_.push_back({std::move(name), std::move(database), std::move(lastCheck), checkedAt});
     }
     damaged_ = std::move(content.damaged);
     isTorn_ = content.isTorn;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -13,6 +14,7 @@ struct ScheduleRow {
     std::string name;       // file name
     std::string location;   // full path
     std::string lastCheck;  // "09:05:07   3.11.2004", or "Unchecked"
+    std::optional<base::FileTime> checkedAt;
 };
 
 enum class AddToSchedule { NothingEntered, NotValid, EmptyDatabase, Listed, Added };
