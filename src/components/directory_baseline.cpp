@@ -19,11 +19,12 @@ const LineForm kStreamForm = {kStreamLineLimit, isStreamLine};
 
 }  // namespace
 
-DirectoryBaseline::DirectoryBaseline(const store::Vault& vault, const BaselineFiles& from)
-    : files(vault, from[directory_file::kFiles], kPathForm),
-      folders(vault, from[directory_file::kFolders], kPathForm),
-      streams(vault, from[directory_file::kStreams], kStreamForm),
-      recycled(vault, from[directory_file::kRecycled], kPathForm) {}
+DirectoryBaseline::DirectoryBaseline(const store::Vault& vault, const BaselineFiles& from,
+                                     platform::Progress* progress)
+    : files(vault, from[directory_file::kFiles], kPathForm, progress),
+      folders(vault, from[directory_file::kFolders], kPathForm, progress),
+      streams(vault, from[directory_file::kStreams], kStreamForm, progress),
+      recycled(vault, from[directory_file::kRecycled], kPathForm, progress) {}
 
 std::uint64_t DirectoryBaseline::malformed() const noexcept {
     return files.malformed() + folders.malformed() + streams.malformed() + recycled.malformed();

@@ -17,7 +17,8 @@ inline constexpr std::size_t kRecycled = 3;
 struct DirectoryBaseline {
     DirectoryBaseline() = default;
     /// Throws files::DatabaseChanged, base::FileFailure.
-    DirectoryBaseline(const store::Vault& vault, const BaselineFiles& files);
+    DirectoryBaseline(const store::Vault& vault, const BaselineFiles& files,
+                      platform::Progress* progress = nullptr);
 
     SealedLines files;
     SealedLines folders;

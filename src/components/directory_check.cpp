@@ -77,7 +77,7 @@ DirectoryCheck::DirectoryCheck(store::Vault& vault, const Machine& machine, cons
 
 bool DirectoryCheck::compare(platform::Progress& progress, reports::ReportWriter& report) {
     platform::Platform& system = vault_.platform;
-    load();
+    load(progress);
     const OwnNames own(vault_);
     DriveWalk walk(vault_, plan_, own);
     StreamScan scan(machine_.streams, walk.account());
@@ -100,8 +100,9 @@ bool DirectoryCheck::compare(platform::Progress& progress, reports::ReportWriter
     return !progress.cancelled();
 }
 
-void DirectoryCheck::load() {
-    lines_ = DirectoryBaseline(vault_, baseline_);
+void DirectoryCheck::load(platform::Progress& progress) {
+    progress_ = &progress;
+    lines_ = DirectoryBaseline(vault_, baseline_, progress_);
     streamMet_.assign(lines_.streams.size(), false);
     foldersByRoot_.resize(plan_.roots.size());
     for (std::size_t line = 0; line < lines_.folders.size(); ++line) {
@@ -131,7 +132,7 @@ void DirectoryCheck::compareFile(const std::string& path) {
         return isComplete_ ? line == path : line.starts_with(path);
     };
     if (!isInStep(lines_.files[nextFile_])) {
-        if (!fileIndex_) fileIndex_.emplace(lines_.files, isComplete_);
+        if (!fileIndex_) fileIndex_.emplace(lines_.files, isComplete_, *progress_);
         const auto found = fileIndex_->find(path, nextFile_);
         if (!found) {
             addNew(DirectoryChange::FileAdded, path);
@@ -197,7 +198,7 @@ void DirectoryCheck::compareStream(const std::string& entry) {
         streamMet_[nextStream_++] = true;
         return;
     }
-    if (!streamIndex_) streamIndex_.emplace(lines_.streams, false);
+    if (!streamIndex_) streamIndex_.emplace(lines_.streams, false, *progress_);
     if (const auto line = streamIndex_->equal(entry)) {
         streamMet_[*line] = true;
         nextStream_ = *line + 1;

@@ -34,7 +34,7 @@ class DirectoryCheck : public ComponentCheck {
         std::uint64_t elsewhere = 0;  // folders below no root
     };
 
-    void load();
+    void load(platform::Progress& progress);
     void compareFile(const std::string& path);
     void missFile(std::string_view line);
     void addNew(DirectoryChange change, std::string_view path);
@@ -57,6 +57,7 @@ class DirectoryCheck : public ComponentCheck {
     std::optional<RecycledPaths> recycled_;
 
     DirectoryBaseline lines_;
+    platform::Progress* progress_ = nullptr;  // of compare()
     std::optional<LineIndex> fileIndex_;
     std::optional<LineIndex> streamIndex_;
     std::vector<std::vector<std::size_t>> foldersByRoot_;  // lines of lines_.folders

@@ -10,11 +10,13 @@ constexpr std::size_t kBarInterval = 10;
 
 PermissionCheck::PermissionCheck(store::Vault& vault, const Machine& machine, const std::string&,
                                  BaselineFiles files)
-    : isComplete_(vault.configuration.isOn(settings::key::kCompleteWalk)),
-      scan_(vault.platform, machine),
-      lines_(readPermissions(vault, files)) {}
+    : vault_(vault),
+      baseline_(std::move(files)),
+      isComplete_(vault.configuration.isOn(settings::key::kCompleteWalk)),
+      scan_(vault.platform, machine) {}
 
 bool PermissionCheck::compare(platform::Progress& progress, reports::ReportWriter& report) {
+    lines_ = readPermissions(vault_, baseline_, &progress);
     const std::uint64_t count = lines_.size();
     for (std::size_t at = 0; at < count; ++at) {
         if (progress.cancelled()) return false;

@@ -20,6 +20,8 @@ class PermissionCheck : public ComponentCheck {
   private:
     void compareRecord(std::string_view before, reports::ReportWriter& report);
 
+    store::Vault& vault_;
+    BaselineFiles baseline_;
     bool isComplete_;
     PermissionScan scan_;
     SealedLines lines_;

@@ -87,8 +87,9 @@ std::vector<Count> PermissionCreation::counts() const {
     return permissionCount(records_);
 }
 
-SealedLines readPermissions(const store::Vault& vault, const BaselineFiles& files) {
-    return {vault, files.front(), {kPermissionLineLimit, isPermissionRecord}};
+SealedLines readPermissions(const store::Vault& vault, const BaselineFiles& files,
+                            platform::Progress* progress) {
+    return {vault, files.front(), {kPermissionLineLimit, isPermissionRecord}, progress};
 }
 
 std::vector<Count> countPermissions(const store::Vault& vault, const BaselineFiles& files) {

@@ -26,7 +26,8 @@ class PermissionCreation : public ComponentCreation {
 };
 
 /// The records of a baseline. Throws files::DatabaseChanged, base::FileFailure.
-SealedLines readPermissions(const store::Vault& vault, const BaselineFiles& files);
+SealedLines readPermissions(const store::Vault& vault, const BaselineFiles& files,
+                            platform::Progress* progress = nullptr);
 
 /// What a database lists.
 std::vector<Count> countPermissions(const store::Vault& vault, const BaselineFiles& files);

@@ -25,14 +25,15 @@ RegistryCheck::RegistryCheck(store::Vault& vault, const Machine& machine, const 
                              BaselineFiles files)
     : vault_(vault),
       machine_(machine),
-      isComplete_(vault.configuration.isOn(settings::key::kCompleteWalk)),
-      lines_(readRegistry(vault, files)) {}
+      baseline_(std::move(files)),
+      isComplete_(vault.configuration.isOn(settings::key::kCompleteWalk)) {}
 
 bool RegistryCheck::compare(platform::Progress& progress, reports::ReportWriter& report) {
+    lines_ = readRegistry(vault_, baseline_, &progress);
     RegistryWalk walk(machine_.registry, progress);
     const std::size_t total = std::max<std::size_t>(lines_.size(), 1);
     const bool isWhole = walk.run([&](const RegistryRecord& live) {
-        compareValue(live);
+        compareValue(live, progress);
         progress.bar(static_cast<std::uint32_t>(std::uint64_t{platform::Progress::kSteps} * next_ / total));
         return true;
     });
@@ -53,22 +54,22 @@ bool RegistryCheck::isEqual(std::string_view before, std::string_view now) const
     return isComplete_ ? before == now : firstLine(before) == firstLine(now);
 }
 
-std::optional<std::size_t> RegistryCheck::find(const RegistryRecord& live) {
-    if (!index_) index_.emplace(lines_, false);
+std::optional<std::size_t> RegistryCheck::find(const RegistryRecord& live, platform::Progress& progress) {
+    if (!index_) index_.emplace(lines_, false, progress);
     // With the separator behind it, a name is found as a whole.
     const std::string name =
         isComplete_ ? std::string(live.name) + base::kSeparator : std::string(shortName(live));
     return index_->find(name, next_);
 }
 
-void RegistryCheck::compareValue(const RegistryRecord& live) {
+void RegistryCheck::compareValue(const RegistryRecord& live, platform::Progress& progress) {
     const auto add = [&] { findings_.addNew(shortName(live), live.name, live.rest); };
     if (next_ == lines_.size()) {
         isComplete_ ? add() : void(++behindEnd_);
         return;
     }
     if (!isInStep(lines_[next_], live)) {
-        const auto found = find(live);
+        const auto found = find(live, progress);
         if (!found) return add();
         for (; next_ < *found; ++next_)
             miss(lines_[next_]);

@@ -21,15 +21,16 @@ class RegistryCheck : public ComponentCheck {
     std::vector<Remark> remarks() const override;
 
   private:
-    void compareValue(const RegistryRecord& live);
+    void compareValue(const RegistryRecord& live, platform::Progress& progress);
     bool isInStep(std::string_view line, const RegistryRecord& live) const;
     bool isEqual(std::string_view before, std::string_view now) const;
-    std::optional<std::size_t> find(const RegistryRecord& live);
+    std::optional<std::size_t> find(const RegistryRecord& live, platform::Progress& progress);
     void miss(std::string_view line);
     void endLines();
 
     store::Vault& vault_;
     const Machine& machine_;
+    BaselineFiles baseline_;
     bool isComplete_;
     SealedLines lines_;
     std::optional<LineIndex> index_;

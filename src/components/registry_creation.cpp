@@ -30,8 +30,10 @@ std::vector<Count> RegistryCreation::counts() const {
     return valueCount(values_);
 }
 
-SealedLines readRegistry(const store::Vault& vault, const BaselineFiles& files) {
-    return {vault, files.front(), {kRegistryLineLimit, beginsRegistryRecord, LineForm::Other::GoesOn}};
+SealedLines readRegistry(const store::Vault& vault, const BaselineFiles& files,
+                         platform::Progress* progress) {
+    return {
+        vault, files.front(), {kRegistryLineLimit, beginsRegistryRecord, LineForm::Other::GoesOn}, progress};
 }
 
 std::vector<Count> countRegistry(const store::Vault& vault, const BaselineFiles& files) {

@@ -22,7 +22,8 @@ class RegistryCreation : public ComponentCreation {
 };
 
 /// The records of a registry database, each with the lines that go on with it.
-SealedLines readRegistry(const store::Vault& vault, const BaselineFiles& files);
+SealedLines readRegistry(const store::Vault& vault, const BaselineFiles& files,
+                         platform::Progress* progress = nullptr);
 
 /// What a database lists.
 std::vector<Count> countRegistry(const store::Vault& vault, const BaselineFiles& files);

@@ -10,12 +10,29 @@
 
 namespace corvalence::components {
 
-SealedLines::SealedLines(const store::Vault& vault, const store::SealedFileRecord& file,
-                         const LineForm& form) {
+namespace {
+
+/// Ends what has no other way to be ended. Caught in this file.
+struct Cancelled {};
+
+}  // namespace
+
+SealedLines::SealedLines(const store::Vault& vault, const store::SealedFileRecord& file, const LineForm& form,
+                         platform::Progress* progress) {
     crypto::Md5 digest;
-    text_ = crypto::unsealText(vault.platform.files, file.path, vault.session.key, crypto::PathIV(file.path),
-                               crypto::kUnsealDatabase, &digest);
+    try {
+        text_ = crypto::unsealText(vault.platform.files, file.path, vault.session.key,
+                                   crypto::PathIV(file.path), crypto::kUnsealDatabase, &digest, [&] {
+                                       if (progress != nullptr && progress->cancelled()) throw Cancelled();
+                                   });
+    } catch (const Cancelled&) {
+        return;
+    }
     if (base::hexText(digest.finish()) != file.digest) throw files::DatabaseChanged(file.path);
+    split(form);
+}
+
+void SealedLines::split(const LineForm& form) {
     const std::string_view text = text_.view();
     for (std::size_t begin = 0; begin < text.size();) {
         const std::size_t feed = std::min(text.find('\n', begin), text.size() - 1);
@@ -36,11 +53,10 @@ std::string_view SealedLines::operator[](std::size_t line) const noexcept {
     return text_.view().substr(ends_[line].begin, ends_[line].length);
 }
 
-LineIndex::LineIndex(const SealedLines& lines, bool whole)
+LineIndex::LineIndex(const SealedLines& lines, bool whole, platform::Progress& progress)
     : lines_(lines), whole_(whole), order_(lines.size()), places_(lines.size()), tree_(2 * lines.size()) {
     std::iota(order_.begin(), order_.end(), 0U);
-    std::sort(order_.begin(), order_.end(),
-              [&](std::uint32_t a, std::uint32_t b) { return lines[a] < lines[b]; });
+    if (!sort(progress)) order_.clear();
     const std::size_t count = order_.size();
     for (std::size_t place = 0; place < count; ++place) {
         places_[order_[place]] = static_cast<std::uint32_t>(place);
@@ -48,6 +64,20 @@ LineIndex::LineIndex(const SealedLines& lines, bool whole)
     }
     for (std::size_t node = count; node-- > 1;)
         tree_[node] = std::min(tree_[2 * node], tree_[2 * node + 1]);
+}
+
+bool LineIndex::sort(platform::Progress& progress) {
+    constexpr std::size_t kInterval = 1 << 16;  // comparisons: a few milliseconds
+    std::size_t compared = 0;
+    try {
+        std::sort(order_.begin(), order_.end(), [&](std::uint32_t a, std::uint32_t b) {
+            if (++compared % kInterval == 0 && progress.cancelled()) throw Cancelled();
+            return lines_[a] < lines_[b];
+        });
+        return true;
+    } catch (const Cancelled&) {
+        return false;
+    }
 }
 
 LineIndex::Range LineIndex::rangeOf(std::string_view text) const {
@@ -83,7 +113,7 @@ std::optional<std::size_t> LineIndex::find(std::string_view text, std::size_t fr
 }
 
 void LineIndex::dropBefore(std::size_t line) {
-    for (; dropped_ < line; ++dropped_) {
+    for (; dropped_ < std::min(line, order_.size()); ++dropped_) {
         std::size_t node = order_.size() + places_[dropped_];
         tree_[node] = kGone;
         while ((node /= 2) > 0)

@@ -28,7 +28,10 @@ class SealedLines {
   public:
     SealedLines() = default;
     /// Throws files::DatabaseChanged where the sealed bytes are not those of the record, base::FileFailure.
-    SealedLines(const store::Vault& vault, const store::SealedFileRecord& file, const LineForm& form);
+    /// `progress`, where given, is asked for every block whether the user wants the work to stop; there are
+    /// no lines then.
+    SealedLines(const store::Vault& vault, const store::SealedFileRecord& file, const LineForm& form,
+                platform::Progress* progress = nullptr);
 
     std::size_t size() const noexcept { return ends_.size(); }
     /// Without its CR LF; with the lines that go on with it, and theirs between them.
@@ -37,6 +40,8 @@ class SealedLines {
     std::uint64_t malformed() const noexcept { return malformed_; }
 
   private:
+    void split(const LineForm& form);
+
     struct End {
         std::uint64_t begin;
         std::uint32_t length;
@@ -51,8 +56,9 @@ class SealedLines {
 /// as long as a search in a sorted list.
 class LineIndex {
   public:
-    /// The lines have to outlive it. `whole`: lines are compared as a whole instead.
-    LineIndex(const SealedLines& lines, bool whole);
+    /// The lines have to outlive it. `whole`: lines are compared as a whole instead. `progress` is asked
+    /// while they are sorted; nothing is found where the user wants the work to stop.
+    LineIndex(const SealedLines& lines, bool whole, platform::Progress& progress);
 
     /// Whether any line begins with `text`.
     bool has(std::string_view text) const;
@@ -66,6 +72,7 @@ class LineIndex {
         std::size_t begin;
         std::size_t end;
     };
+    bool sort(platform::Progress& progress);
     Range rangeOf(std::string_view text) const;
     void dropBefore(std::size_t line);
     std::uint32_t lowest(Range range) const;

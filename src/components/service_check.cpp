@@ -9,12 +9,13 @@ namespace corvalence::components {
 
 ServiceCheck::ServiceCheck(store::Vault& vault, const Machine& machine, const std::string&,
                            BaselineFiles files)
-    : machine_(machine),
+    : vault_(vault),
+      machine_(machine),
       baseline_(std::move(files)),
-      isComplete_(vault.configuration.isOn(settings::key::kCompleteWalk)),
-      lines_(vault, baseline_.front(), {kServiceLineLimit, isServiceRecord}) {}
+      isComplete_(vault.configuration.isOn(settings::key::kCompleteWalk)) {}
 
 bool ServiceCheck::compare(platform::Progress& progress, reports::ReportWriter& report) {
+    lines_ = SealedLines(vault_, baseline_.front(), {kServiceLineLimit, isServiceRecord}, &progress);
     auto live = listServices(machine_.services, progress);
     if (!live) return false;
     live_ = *std::move(live);

@@ -27,6 +27,7 @@ class ServiceCheck : public ComponentCheck {
     void add(std::string_view record, std::string_view code);
     void change(std::string_view before, std::string_view now);
 
+    store::Vault& vault_;
     const Machine& machine_;
     BaselineFiles baseline_;
     bool isComplete_;

@@ -22,6 +22,12 @@ std::unique_ptr<platform::File> openSource(platform::FileSystem& files, const st
     return files.openShared(source);
 }
 
+/// Plain bytes, zeroed whichever way they go.
+struct PlainBlock {
+    base::PageBuffer buffer;
+    ~PlainBlock() { secureZero(buffer.data(), buffer.size()); }
+};
+
 /// Unseals the whole file, handing the plain text on in blocks.
 template <typename Sink>
 void unsealInto(platform::FileSystem& files, const std::string& source, const SessionKey& key,
@@ -29,10 +35,10 @@ void unsealInto(platform::FileSystem& files, const std::string& source, const Se
     const auto file = openSource(files, source, variant);
     const std::uint64_t size = file->size();
     UnsealReader reader(*file, size, key, chain, variant.rule, digest);
-    base::PageBuffer block(static_cast<std::size_t>(std::min<std::uint64_t>(size, platform::kBlockSize)));
-    while (const std::size_t count = reader.read(block.bytes()))
-        sink(block.bytes().first(count));
-    secureZero(block.data(), block.size());
+    PlainBlock block{
+        base::PageBuffer(static_cast<std::size_t>(std::min<std::uint64_t>(size, platform::kBlockSize)))};
+    while (const std::size_t count = reader.read(block.buffer.bytes()))
+        sink(block.buffer.bytes().first(count));
 }
 
 }  // namespace
@@ -50,12 +56,15 @@ void unsealFile(platform::FileSystem& files, const std::string& source, platform
 }
 
 SecretText unsealText(platform::FileSystem& files, const std::string& source, const SessionKey& key,
-                      const ChainValue& chain, const UnsealVariant& variant, Md5* digest) {
+                      const ChainValue& chain, const UnsealVariant& variant, Md5* digest,
+                      const std::function<void()>& atBlock) {
     SecretText text;
     if (const auto status = files.status(source, platform::Follow::Yes))
         text.reserve(static_cast<std::size_t>(status->size));
-    unsealInto(files, source, key, chain, variant, digest,
-               [&](base::ByteView plain) { text.append(base::textOf(plain)); });
+    unsealInto(files, source, key, chain, variant, digest, [&](base::ByteView plain) {
+        text.append(base::textOf(plain));
+        if (atBlock) atBlock();
+    });
     return text;
 }
 

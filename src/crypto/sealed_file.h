@@ -45,8 +45,10 @@ void unsealFile(platform::FileSystem& files, const std::string& source, platform
                 Md5* digest = nullptr);
 
 /// The same into memory: the plain form then never reaches a disk.
+/// `atBlock`, where given, is called for every block of the file and may end the work by throwing.
 SecretText unsealText(platform::FileSystem& files, const std::string& source, const SessionKey& key,
-                      const ChainValue& chain, const UnsealVariant& variant, Md5* digest = nullptr);
+                      const ChainValue& chain, const UnsealVariant& variant, Md5* digest = nullptr,
+                      const std::function<void()>& atBlock = {});
 
 /// Seals `text` into a file beside `destination`, flushes it and renames it over `destination`. On failure
 /// the old file is as it was.

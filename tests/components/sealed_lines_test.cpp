@@ -26,11 +26,12 @@ class Lists : public testing::Test {
                          crypto::PathIV(path));
         const std::string digest = base::hexText(crypto::Md5::of(base::bytesOf(readWholeFile(path))));
         return SealedLines(world_.vault(), {path, digest},
-                           LineForm{600, [](std::string_view line) { return line.starts_with('/'); }});
+                           LineForm{600, [](std::string_view line) { return line.starts_with('/'); }},
+                           progress_.get());
     }
 
-  private:
     World world_;
+    std::unique_ptr<platform::Progress> progress_ = world_.machine.ui.openProgress("");
 };
 
 TEST_F(Lists, LeaveOutWhatIsNoRecordAsAWholeAndCountIt) {
@@ -72,7 +73,7 @@ TEST_F(Lists, AreIndexedToFindTheFirstLineFromThereOnAsALookThroughAllWould) {
         const SealedLines lines = read(text);
         ASSERT_EQ(lines.size(), all.size());
         const bool whole = round % 2 == 0;
-        LineIndex index(lines, whole);
+        LineIndex index(lines, whole, *progress_);
         for (std::size_t from = 0; from <= all.size(); from += random() % 3) {
             const std::string sought = word();
             const auto fits = [&](const std::string& line) {
@@ -89,6 +90,27 @@ TEST_F(Lists, AreIndexedToFindTheFirstLineFromThereOnAsALookThroughAllWould) {
                       std::find(all.begin(), all.end(), sought) != all.end());
         }
     }
+}
+
+TEST_F(Lists, AreReadAndSortedNoFurtherThanTheUserWants) {
+    ScriptedUserInterface& user = world_.machine.ui;
+    std::string text;
+    for (int line = 0; line < 100'000; ++line)
+        text += "/" + std::to_string(line * 7919 % 100'000) + "\r\n";
+    user.cancelAt = 2;
+    EXPECT_EQ(read(text).size(), 0U);
+    EXPECT_EQ(user.cancelQuestions(), 2U);  // of the blocks, it asks at each
+
+    user.cancelAt.reset();
+    const SealedLines lines = read(text);
+    ASSERT_EQ(lines.size(), 100'000U);
+    EXPECT_EQ(LineIndex(lines, true, *progress_).find("/3", 0),
+              LineIndex(lines, true, *progress_).equal("/3"));
+    user.cancelAt = user.cancelQuestions() + 2;
+    LineIndex index(lines, true, *progress_);
+    EXPECT_FALSE(index.find("/3", 5));
+    EXPECT_FALSE(index.has("/3") || index.equal("/3"));
+    EXPECT_EQ(user.cancelQuestions(), *user.cancelAt);
 }
 
 }  // namespace
