@@ -4,6 +4,7 @@
 #include <array>
 
 #include "base/record_text.h"
+#include "crypto/digester.h"
 
 namespace corvalence::components {
 
@@ -70,6 +71,13 @@ std::string withBlanksFor(std::string_view characters, std::string text) {
     return text;
 }
 
+/// What is mailed in a log must not give a secret away.
+std::string digestText(const platform::RegistryValue& value) {
+    crypto::Digester digester(crypto::DigestCode::Sha256);
+    digester.update(value.data);
+    return "SHA-256 " + digester.finish();
+}
+
 std::string dataText(Form form, const platform::RegistryValue& value) {
     using namespace std::string_view_literals;
     switch (form) {
@@ -101,7 +109,8 @@ std::optional<std::string> renderRegistryValue(const platform::RegistryValue& va
     const TypeRow& type = kTypes[value.type];
     const std::size_t size = type.form == Form::Bytes ? value.data.size() * kBytesWidth : value.text.size();
     if (size > kRegistryLineLimit) return std::nullopt;
-    const std::string text = dataText(type.form, value);
+    const std::string text =
+        value.isProtected && !value.data.empty() ? digestText(value) : dataText(type.form, value);
     if (text.empty()) return std::string(kEmptyKey);
     return std::string(type.name) + base::kSeparator + text;
 }

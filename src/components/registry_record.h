@@ -12,8 +12,8 @@ namespace corvalence::components {
 inline constexpr std::size_t kRegistryLineLimit = 1'000'000;
 
 /// Type and data of a value as records tell them, with the separator between them; the type alone for a value
-/// that the system refuses to give. A text that may hold line breaks keeps them, as CR LF. Nothing where the
-/// text would be longer than a record may be.
+/// that the system refuses to give. Of a protected value its digest takes the place of the data. A text that
+/// may hold line breaks keeps them, as CR LF. Nothing where the text would be longer than a record may be.
 std::optional<std::string> renderRegistryValue(const platform::RegistryValue& value);
 
 /// In the place of a value: a key without values, and one that cannot be opened.

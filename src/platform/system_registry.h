@@ -43,6 +43,8 @@ struct RegistryValue {
     std::string text;
     /// False where the system names the value but refuses to give it; type, data and text are then empty.
     bool isReadable = true;
+    /// It comes from a place that only the machine's administrator can read: a secret, as like as not.
+    bool isProtected = false;
 };
 
 struct RegistryKeyNames {

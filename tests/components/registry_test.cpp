@@ -59,6 +59,10 @@ TEST(RegistryRecord, RendersEveryTypeInItsOwnForm) {
     RegistryValue closed = textValue("n", "");
     closed.isReadable = false;
     EXPECT_EQ(render(closed), "Error");
+    RegistryValue secret = textValue("n", "abc");
+    secret.isProtected = true;
+    EXPECT_EQ(render(secret),
+              "REG_SZ\x7FSHA-256 ba7816bf8f01cfea414140de5dae2223b00361a396177a9cb410ff61f20015ad");
     EXPECT_EQ(render(bytesValue(3, std::vector<std::uint8_t>(100'000'000))), "refused");
 }
 

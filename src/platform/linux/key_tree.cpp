@@ -67,10 +67,14 @@ std::optional<SettingsText> settingsIn(FileSystem& files, const std::string& pat
     return text ? parseSettings(*text) : std::nullopt;
 }
 
-KeyContent sectionKey(const SettingsText& settings, const std::string& name) {
+KeyContent sectionKey(const SettingsText& settings, const std::string& name, const std::string& file) {
+    const bool isProtected = isForRootAlone(file);
     KeyContent content;
     for (const SettingsSection& section : settings.sections) {
-        if (section.name == name) content.values = section.values;
+        if (section.name == name) {
+            for (const auto& [key, text] : section.values)
+                content.values.emplace_back(key, KeyText(text, isProtected));
+        }
         if (name.empty() && !section.name.empty()) content.subKeys.push_back(keyName(section.name));
     }
     return content;
@@ -109,13 +113,14 @@ std::optional<KeyContent> SettingsFiles::key(const KeyPath& path) {
     const std::string here = pathOfKey(folder_, path);
     const auto status = statusOf(files_, here, Follow::No);
     if (status && status->kind == FileKind::Folder) return folderKey(here);
-    if (const auto settings = settingsIn(files_, here)) return sectionKey(*settings, "");
+    if (const auto settings = settingsIn(files_, here)) return sectionKey(*settings, "", here);
     if (path.empty()) return KeyContent{};  // a user without settings
     // A section of a file.
-    const auto settings = settingsIn(files_, pathOfKey(folder_, {path.begin(), path.end() - 1}));
+    const std::string file = pathOfKey(folder_, {path.begin(), path.end() - 1});
+    const auto settings = settingsIn(files_, file);
     if (!settings) return std::nullopt;
     for (const SettingsSection& section : settings->sections)
-        if (keyName(section.name) == path.back()) return sectionKey(*settings, section.name);
+        if (keyName(section.name) == path.back()) return sectionKey(*settings, section.name, file);
     return std::nullopt;
 }
 
@@ -134,7 +139,7 @@ std::optional<KeyContent> KernelParameters::key(const KeyPath& path) {
         } else if (auto text = shortContent(files_, file, kLongestParameter)) {
             while (text->ends_with('\n'))
                 text->pop_back();
-            content.values.emplace_back(keyName(entry.name), std::move(*text));
+            content.values.emplace_back(keyName(entry.name), KeyText(std::move(*text), isForRootAlone(file)));
         }
     }
     return content;

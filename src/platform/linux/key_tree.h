@@ -1,5 +1,6 @@
 #pragma once
 
+#include <concepts>
 #include <functional>
 #include <map>
 #include <optional>
@@ -11,10 +12,21 @@
 
 namespace corvalence::platform::linux_system {
 
+/// The text of a value.
+struct KeyText {
+    KeyText() = default;
+    template <std::convertible_to<std::string> Text>
+    KeyText(Text&& value) : text(std::forward<Text>(value)) {}
+    KeyText(std::string value, bool isSecret) : text(std::move(value)), isProtected(isSecret) {}
+
+    std::string text;
+    bool isProtected = false;  // only root can read where it comes from
+};
+
 /// A key as the registry shows it: texts by name, and the names of the keys below, each in an order that
 /// stays.
 struct KeyContent {
-    std::vector<std::pair<std::string, std::string>> values;
+    std::vector<std::pair<std::string, KeyText>> values;
     std::vector<std::string> subKeys;
     bool isComplete = true;  // false where not all keys below could be listed
 };
@@ -34,7 +46,7 @@ class KeyTree {
 class GatheredKeys : public KeyTree {
   public:
     /// Values by name of every key, by its path. Keys on the way to another one need no entry.
-    using Keys = std::map<KeyPath, std::map<std::string, std::string>>;
+    using Keys = std::map<KeyPath, std::map<std::string, KeyText>>;
 
     explicit GatheredKeys(std::function<Keys()> gather) : gather_(std::move(gather)) {}
     std::optional<KeyContent> key(const KeyPath& path) override;

@@ -18,9 +18,10 @@ class KeyReader : public RegistryKeyReader {
         auto& [name, text] = content_.values[next_++];
         value.name = std::move(name);
         value.type = registry_type::kText;
-        value.data.assign(text.begin(), text.end());
-        value.text = std::move(text);
+        value.data.assign(text.text.begin(), text.text.end());
+        value.text = std::move(text.text);
         value.isReadable = true;
+        value.isProtected = text.isProtected;
         return true;
     }
     RegistryKeyNames subKeys() override { return {content_.subKeys, content_.isComplete}; }

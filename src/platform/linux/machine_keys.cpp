@@ -43,10 +43,11 @@ template <std::size_t N>
 void addDevices(FileSystem& files, const std::string& folder, const std::string& name,
                 const std::array<const char*, N>& properties, GatheredKeys::Keys& keys) {
     for (const FolderEntry& device : entriesOrNone(files, folder)) {
-        std::map<std::string, std::string> values;
+        std::map<std::string, KeyText> values;
         for (const char* property : properties) {
-            std::string text = lineIn(files, folder + "/" + device.name + "/" + property);
-            if (!text.empty()) values.emplace(property, std::move(text));
+            const std::string file = folder + "/" + device.name + "/" + property;
+            std::string text = lineIn(files, file);
+            if (!text.empty()) values.emplace(property, KeyText(std::move(text), isForRootAlone(file)));
         }
         if (!values.empty()) keys[{"Devices", name, keyName(device.name)}] = std::move(values);
     }

@@ -1,6 +1,10 @@
 #include "platform/linux/small_files.h"
 
+#include <sys/stat.h>
+
 #include <algorithm>
+#include <cstdlib>
+#include <memory>
 
 namespace corvalence::platform::linux_system {
 
@@ -38,6 +42,22 @@ std::vector<FolderEntry> entriesOrNone(FileSystem& files, const std::string& fol
 std::vector<FolderEntry> entriesOrNone(FileSystem& files, const std::string& folder) {
     bool isComplete = true;
     return entriesOrNone(files, folder, isComplete);
+}
+
+bool isForRootAlone(const std::string& path) {
+    const std::unique_ptr<char, decltype(&std::free)> resolved(::realpath(path.c_str(), nullptr), &std::free);
+    if (!resolved) return false;
+    const auto isClosed = [](const std::string& place, mode_t bit) {
+        struct stat status {};
+        return ::stat(place.c_str(), &status) == 0 && status.st_uid == 0 && (status.st_mode & bit) == 0;
+    };
+    std::string place = resolved.get();
+    if (isClosed(place, S_IROTH)) return true;
+    while (place.size() > 1) {
+        place.resize(std::max<std::size_t>(place.rfind('/'), 1));
+        if (isClosed(place, S_IXOTH)) return true;
+    }
+    return false;
 }
 
 std::string_view trimmed(std::string_view text) noexcept {

@@ -23,6 +23,10 @@ std::optional<std::string> shortContent(FileSystem& files, const std::string& pa
 std::vector<FolderEntry> entriesOrNone(FileSystem& files, const std::string& folder, bool& isComplete);
 std::vector<FolderEntry> entriesOrNone(FileSystem& files, const std::string& folder);
 
+/// Whether root alone can read the file, or what a link there leads to: it is root's and closed to others, or
+/// lies in such a folder. False where there is no telling.
+bool isForRootAlone(const std::string& path);
+
 /// The text without blanks, tabs, carriage returns and form feeds at its ends.
 std::string_view trimmed(std::string_view text) noexcept;
 

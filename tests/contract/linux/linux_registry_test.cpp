@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <filesystem>
 
@@ -83,6 +84,31 @@ TEST_F(Registry, showsSettingsFilesWithTheirSections) {
     for (const char* none : {"Configuration\\script", "Configuration\\app\\app.ini\\three", "Other", "\\\\"})
         EXPECT_THAT(keys(kMachine, none), ElementsAre("no key")) << none;
     EXPECT_THAT(keys(RegistryRoot::CurrentUser, "Configuration"), IsEmpty());
+}
+
+TEST_F(Registry, tellsWhatRootAloneCanRead) {
+    if (::geteuid() != 0) GTEST_SKIP() << "makes files of root's";
+    namespace fs = std::filesystem;
+    folder_.write("etc/open.conf", "k=v\n");
+    folder_.write("etc/closed.conf", "k=v\n");
+    folder_.write("etc/private/inside.conf", "k=v\n");
+    fs::permissions(folder_.path(), fs::perms(0755));
+    fs::permissions(folder_ / "etc", fs::perms(0755));
+    fs::permissions(folder_ / "etc/open.conf", fs::perms(0644));
+    fs::permissions(folder_ / "etc/closed.conf", fs::perms(0640));
+    fs::permissions(folder_ / "etc/private", fs::perms(0700));
+    fs::permissions(folder_ / "etc/private/inside.conf", fs::perms(0644));
+    fs::create_symlink(folder_ / "etc/private/inside.conf", folder_ / "etc/link.conf");
+    const auto isProtected = [&](const std::string& name) {
+        LinuxRegistry registry(system_.files, places_);
+        platform::RegistryValue value;
+        const auto key = registry.open(RegistryRoot::LocalMachine, "Configuration\\" + name);
+        EXPECT_TRUE(key && key->nextValue(value)) << name;
+        return value.isProtected;
+    };
+    EXPECT_FALSE(isProtected("open.conf"));
+    for (const char* name : {"closed.conf", "private\\inside.conf", "link.conf"})
+        EXPECT_TRUE(isProtected(name)) << name;
 }
 
 TEST_F(Registry, showsTheKernelsParametersButNotWhatChangesByItself) {
