@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
+
 #include "baseline_world.h"
 #include "reports/report_writer.h"
 
@@ -171,6 +173,25 @@ TEST(LogBlock, OfServicesTellsEveryField) {
                   "Service now: \n" + fields("other") +
                   "2 Services Checked. \n1 Service Changed. \n0 New Services. \n0 Removed Services. \n" +
                   kEnd);
+}
+
+TEST(LogBlock, OfPermissionsTellsTheListsBeforeAndNow) {
+    BaselineWorld base(DatabaseKind::Permissions);
+    if (base.world.platform.paths.separator == '\\') GTEST_SKIP() << "modes are no access lists here";
+    base.world.write("a", "1");
+    base.world.write("b", "2");
+    base.create();
+    std::filesystem::permissions(fsPath(base.world.path("a")), std::filesystem::perms::owner_read);
+    const std::string block = blockOf(base);
+    const std::string before = "The Permissions for " + base.world.path("a") +
+                               " have been changed!\n\nPrevious Permissions: \n\nAccount: ";
+    EXPECT_TRUE(block.starts_with(header("base") + before)) << block;
+    EXPECT_NE(block.find("\nNew Permissions: \n\nAccount: "), std::string::npos) << block;
+    EXPECT_TRUE(
+        block.ends_with(" File Permissions checked. \n0 File Permissions unchecked. \n"
+                        "1 File Permissions changed. \n1 File Permissions unchanged. \n" +
+                        kEnd))
+        << block;
 }
 
 TEST(LogBlock, TellsWhatKeepsAResultFromBeingWhole) {
