@@ -117,7 +117,7 @@ TEST(Json, ofTheOtherCommands) {
                     {"moved_to", nullptr}}));
     EXPECT_EQ(console.done({"config", "get", "page-size", "--json"}).json(),
               (json{{"key", "Config15"}, {"name", "page-size"}, {"text", "10000"}}));
-    EXPECT_EQ(console.done({"config", "list", "--json"}).json().at("keys").size(), 36U);
+    EXPECT_EQ(console.done({"config", "list", "--json"}).json().at("keys").size(), 41U);
     EXPECT_EQ(console.run({"delete", "db", "--json"}).json(), (json{{"database", path}, {"deleted", false}}));
     EXPECT_EQ(console.run({"reset", "--json"}).json(), (json{{"reset", false}}));
 }
