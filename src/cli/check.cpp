@@ -3,6 +3,7 @@
 #include "cli/changed_file_prompt.h"
 #include "cli/check_report.h"
 #include "cli/commands.h"
+#include "cli/complete_system.h"
 #include "cli/component_text.h"
 #include "cli/session.h"
 
@@ -36,9 +37,16 @@ ExitCode checkFiles(Context& context, core::Run& run, store::OpenDatabaseContext
 ExitCode runCheck(Context& context, const CheckArguments& arguments) {
     const auto run = startRun(context);
     auto database = openDatabase(context, *run, arguments.database);
+    const bool isSystem = store::isCompleteSystem(run->vault(), database.record);
+    if (!isSystem && !arguments.components.empty())
+        throw CommandEnd(ExitCode::Usage, database.path() + " has no components.");
     if (const auto* kind = components::findComponentKind(database.record.kind))
         return checkComponent(context, *run, *kind, database);
-    requireFileDatabase(database);
+    if (isSystem) {
+        if (arguments.reaction.value_or(files::Reaction::Ignore) != files::Reaction::Ignore)
+            throw CommandEnd(ExitCode::Usage, "The check of a Complete System changes nothing.");
+        return checkSystem(context, *run, database, arguments);
+    }
     return checkFiles(context, *run, database, arguments);
 }
 

@@ -4,6 +4,8 @@
 #include <memory>
 
 #include "cli/commands.h"
+#include "cli/session.h"
+#include "reports/report_kind.h"
 
 namespace corvalence::cli {
 
@@ -137,7 +139,7 @@ class Commands {
     void create() {
         CLI::App* command = declare(app_, "create", "Make a database");
         const auto arguments = std::make_shared<CreateArguments>();
-        text(*command, "KIND", arguments->kind, "file-contents, directory-structure")->required();
+        text(*command, "KIND", arguments->kind, kindNames())->required();
         text(*command, "NAME", arguments->name, "File name of the database")->required();
         text(*command, "--location", arguments->location,
              "Folder of the database (default: the data folder for databases)");
@@ -153,7 +155,29 @@ class Commands {
                 },
                 "Digest of the listed files (default: sha256)")
             ->check(oneOf(names));
+        backups(
+            command, [&choice = arguments->backups](files::AddBackups made) { choice = made; },
+            "Of a Complete System: backups of the files (default: none)");
+        command->add_flag(
+            "--ignore-failed", arguments->ignoreFailed,
+            "Of a Complete System: count the files that cannot be added, but do not tell each one");
         call(command, arguments, runCreate);
+    }
+
+    static void backups(CLI::App* command, const std::function<void(files::AddBackups)>& choose,
+                        const std::string& meaning) {
+        std::vector<std::string> names;
+        for (const BackupsRow& row : kBackups)
+            names.emplace_back(row.name);
+        command
+            ->add_option_function<std::string>(
+                "--backups",
+                [choose](const std::string& name) {
+                    for (const BackupsRow& row : kBackups)
+                        if (row.name == name) choose(row.backups);
+                },
+                meaning)
+            ->check(oneOf(names));
     }
 
     static void criteria(CLI::App* command, CriteriaTexts& texts) {
@@ -186,18 +210,9 @@ class Commands {
                           "Tell each file that is listed already");
         command->add_flag("--ignore-failed", arguments->ignoreFailed,
                           "Count the files that cannot be added, but do not tell each one");
-        std::vector<std::string> backups;
-        for (const BackupsRow& row : kBackups)
-            backups.emplace_back(row.name);
-        command
-            ->add_option_function<std::string>(
-                "--backups",
-                [&choice = arguments->backups](const std::string& name) {
-                    for (const BackupsRow& row : kBackups)
-                        if (row.name == name) choice = row.backups;
-                },
-                "Backups that this command makes, whatever the settings say")
-            ->check(oneOf(backups));
+        backups(
+            command, [&choice = arguments->backups](files::AddBackups made) { choice = made; },
+            "Backups that this command makes, whatever the settings say");
         call(command, arguments, runAdd);
     }
 
@@ -230,6 +245,15 @@ class Commands {
                 "What is done about a changed file (default: ask on a terminal, else ignore)")
             ->check(oneOf(names));
         changedFile(command, arguments->changedFile);
+        std::vector<std::string> components;
+        for (const reports::ReportRow& row : reports::reportRows())
+            components.emplace_back(row.consoleName);
+        command
+            ->add_option("--components", arguments->components,
+                         "Of a Complete System: what is checked, separated by commas (default: all)")
+            ->delimiter(',')
+            ->allow_extra_args(false)
+            ->check(oneOf(components));
         call(command, arguments, runCheck);
     }
 
@@ -263,7 +287,8 @@ class Commands {
         command->require_subcommand(1);
         CLI::App* show = declare(*command, "show", "A page of the last check's report of a kind, or of all");
         const auto shown = std::make_shared<ReportArguments>();
-        text(*show, "KIND", shown->kind, "directory-structure, registry or services");
+        text(*show, "KIND", shown->kind,
+             "file-contents, directory-structure, permissions, registry or services");
         page(show, shown->page);
         call(show, shown, runReportShow);
         CLI::App* save =

@@ -22,6 +22,8 @@ struct CreateArguments {
     std::string name;
     std::optional<std::string> location;
     crypto::DigestCode digest = crypto::DigestCode::Sha256;
+    std::optional<files::AddBackups> backups;  // of a Complete System
+    bool ignoreFailed = false;
 };
 
 struct ListArguments {
@@ -54,6 +56,7 @@ struct CheckArguments {
     std::string database;
     std::optional<files::Reaction> reaction;  // empty: ask where there is a terminal, else ignore
     files::RestoreChoice changedFile = files::RestoreChoice::MoveChangedFile;
+    std::vector<std::string> components;  // of a Complete System, by the console names of their reports
 };
 
 struct RestoreArguments {

@@ -9,43 +9,14 @@ namespace corvalence::cli {
 
 namespace {
 
-reports::ReportFile openReport(core::Run& run, reports::ReportKind kind) {
+/// The report of the last check; none where that was cancelled, or had nothing to compare.
+std::optional<reports::ReportFile> openReport(core::Run& run, reports::ReportKind kind,
+                                              const components::CheckOutcome& outcome) {
+    if (outcome.cancelled || outcome.isEmpty) return std::nullopt;
     const std::string path = reports::reportPath(run.vault().configuration, kind);
     auto report = reports::ReportFile::open(run.vault(), path);
     if (!report) throw base::FileFailure(base::Cause::FileNotFound, 0, path);
-    return *std::move(report);
-}
-
-void writeOutcome(Context& context, const components::CheckOutcome& outcome,
-                  const store::OpenDatabaseContext& database, const std::vector<std::string>& lines) {
-    for (const std::string& line : lines)
-        context.out << shown(line, LineFeeds::Keep) + "\n";
-    if (outcome.cancelled) {
-        context.out << "The check was cancelled. It left no report.\n";
-        return;
-    }
-    if (outcome.isEmpty) return;
-    const std::string now = platform::formatFileTime(context.platform.clock, context.platform.clock.now());
-    context.out << "\nDatabase: " + shown(database.path()) + "\nChecked: " + now + "\n";
-    writeCounts(context, outcome.counts);
-    writeRemarks(context, outcome.remarks);
-}
-
-void writeOutcomeJson(Context& context, const components::CheckOutcome& outcome,
-                      const store::OpenDatabaseContext& database, const reports::RecordRenderer& renderer,
-                      const std::vector<std::string_view>& lines) {
-    JsonWriter& json = context.json;
-    json.beginObject();
-    json.path("database", database.path());
-    json.text("kind", kindName(database.record.kind));
-    writeCountsJson(json, outcome.counts);
-    json.beginArray("changes");
-    for (std::size_t number = 0; number < lines.size(); ++number)
-        writeRecordJson(json, renderer, number, lines[number]);
-    json.end();
-    writeRemarksJson(json, outcome.remarks);
-    json.flag("cancelled", outcome.cancelled);
-    json.flag("empty", outcome.isEmpty);
+    return report;
 }
 
 }  // namespace
@@ -102,21 +73,53 @@ void writeRecordJson(JsonWriter& json, const reports::RecordRenderer& renderer, 
     json.end();
 }
 
+void writeOutcome(Context& context, core::Run& run, reports::ReportKind kind,
+                  const components::CheckOutcome& outcome) {
+    const auto renderer = components::makeRenderer(kind, context.platform);
+    if (const auto report = openReport(run, kind, outcome)) {
+        const auto& lines = report->lines();
+        for (std::size_t at = 0; at < lines.size(); ++at)
+            context.out << shown(renderer->text(at, lines[at]), LineFeeds::Keep) + "\n";
+    }
+}
+
+void writeCheckedAt(Context& context, const store::OpenDatabaseContext& database) {
+    const std::string now = platform::formatFileTime(context.platform.clock, context.platform.clock.now());
+    context.out << "\nDatabase: " + shown(database.path()) + "\nChecked: " + now + "\n";
+}
+
+void writeOutcomeJson(Context& context, core::Run& run, reports::ReportKind kind,
+                      const components::CheckOutcome& outcome) {
+    JsonWriter& json = context.json;
+    writeCountsJson(json, outcome.counts);
+    const auto renderer = components::makeRenderer(kind, context.platform);
+    json.beginArray("changes");
+    if (const auto report = openReport(run, kind, outcome)) {
+        for (std::size_t at = 0; at < report->lines().size(); ++at)
+            writeRecordJson(json, *renderer, at, report->lines()[at]);
+    }
+    json.end();
+    writeRemarksJson(json, outcome.remarks);
+    json.flag("cancelled", outcome.cancelled);
+    json.flag("empty", outcome.isEmpty);
+}
+
 ExitCode checkComponent(Context& context, core::Run& run, const components::ComponentKind& kind,
                         const store::OpenDatabaseContext& database) {
     const auto outcome = components::checkDatabase(run.vault(), context.machine, kind, database);
-    const auto renderer = kind.makeRenderer(context.platform.paths);
-    std::optional<reports::ReportFile> report;
-    if (!outcome.cancelled && !outcome.isEmpty) report.emplace(openReport(run, kind.report));
-    const std::vector<std::string_view> lines = report ? report->lines() : std::vector<std::string_view>();
     context.ui.clearLine();
     if (context.options.json) {
-        writeOutcomeJson(context, outcome, database, *renderer, lines);
-    } else {
-        std::vector<std::string> texts;
-        for (std::size_t number = 0; number < lines.size(); ++number)
-            texts.push_back(renderer->text(number, lines[number]));
-        writeOutcome(context, outcome, database, texts);
+        context.json.beginObject();
+        context.json.path("database", database.path());
+        context.json.text("kind", kindName(database.record.kind));
+        writeOutcomeJson(context, run, kind.report, outcome);
+    } else if (outcome.cancelled) {
+        context.out << "The check was cancelled. It left no report.\n";
+    } else if (!outcome.isEmpty) {
+        writeOutcome(context, run, kind.report, outcome);
+        writeCheckedAt(context, database);
+        writeCounts(context, outcome.counts);
+        writeRemarks(context, outcome.remarks);
     }
     if (outcome.cancelled) return ExitCode::Cancelled;
     return outcome.differs() || !outcome.isWhole() ? ExitCode::Differences : ExitCode::Done;

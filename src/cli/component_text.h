@@ -24,6 +24,15 @@ void writeRemarksJson(JsonWriter& json, const std::vector<components::Remark>& r
 void writeRecordJson(JsonWriter& json, const reports::RecordRenderer& renderer, std::size_t number,
                      std::string_view line);
 
+/// What a check found, from its report.
+void writeOutcome(Context& context, core::Run& run, reports::ReportKind kind,
+                  const components::CheckOutcome& outcome);
+/// Which database was checked, and that it was now.
+void writeCheckedAt(Context& context, const store::OpenDatabaseContext& database);
+/// Members of the open object: counts, "changes": [...], remarks, "cancelled", "empty".
+void writeOutcomeJson(Context& context, core::Run& run, reports::ReportKind kind,
+                      const components::CheckOutcome& outcome);
+
 /// The check of a baseline and what it found.
 ExitCode checkComponent(Context& context, core::Run& run, const components::ComponentKind& kind,
                         const store::OpenDatabaseContext& database);

@@ -1,4 +1,5 @@
 #include "cli/commands.h"
+#include "cli/complete_system.h"
 #include "cli/component_text.h"
 #include "cli/console_text.h"
 #include "cli/json_writer.h"
@@ -47,9 +48,7 @@ ExitCode createComponent(Context& context, core::Run& run, const components::Com
         writeCounts(context, creation->counts());
         writeRemarks(context, remarks);
     }
-    const bool isWhole = std::none_of(remarks.begin(), remarks.end(),
-                                      [](const components::Remark& remark) { return remark.isFault; });
-    return isWhole ? ExitCode::Done : ExitCode::Differences;
+    return isWhole(remarks) ? ExitCode::Done : ExitCode::Differences;
 }
 
 }  // namespace
@@ -58,8 +57,11 @@ ExitCode runCreate(Context& context, const CreateArguments& arguments) {
     const auto kind = findKind(arguments.kind);
     if (!kind) {
         throw CommandEnd(ExitCode::Usage,
-                         arguments.kind + " is no kind that `create` takes. It takes: " + creatableKinds());
+                         arguments.kind + " is no kind that `create` takes. It takes: " + kindNames());
     }
+    const bool isSystem = arguments.kind == kCompleteSystem;
+    if (!isSystem && (arguments.backups || arguments.ignoreFailed))
+        throw CommandEnd(ExitCode::Usage, "--backups and --ignore-failed go with a Complete System.");
     const auto run = startRun(context);
     store::CreationRequest request;
     request.name = arguments.name;
@@ -68,6 +70,7 @@ ExitCode runCreate(Context& context, const CreateArguments& arguments) {
     request.location = arguments.location
                            ? absolutePath(context, *arguments.location)
                            : run->configuration().folder(settings::key::kInstallDirectory) + "Databases";
+    if (isSystem) return createSystem(context, *run, request, arguments);
     if (const auto* component = components::findComponentKind(*kind))
         return createComponent(context, *run, *component, request);
     return createFileDatabase(context, *run, request);

@@ -6,6 +6,7 @@
 #include "cli/json_writer.h"
 #include "cli/session.h"
 #include "platform/time_text.h"
+#include "store/database_files.h"
 #include "store/database_opening.h"
 #include "store/recent_list.h"
 
@@ -53,11 +54,12 @@ std::vector<store::IndexRecord> recentOnly(std::vector<store::IndexRecord> recor
     return records;
 }
 
-void writeJson(JsonWriter& json, const store::IndexRecord& record, State state, std::size_t recent) {
+void writeJson(JsonWriter& json, const store::IndexRecord& record, std::string_view kind, State state,
+               std::size_t recent) {
     const bool numbered = record.kind == store::DatabaseKind::Numbered;
     json.beginObject();
     json.path("path", record.path);
-    json.text("kind", kindName(record.kind));
+    json.text("kind", kind);
     numbered ? json.number("number", record.number) : json.null("number");
     numbered ? json.text("digest", crypto::digestKind(record.digest).consoleName) : json.null("digest");
     json.time("created", record.created);
@@ -67,11 +69,11 @@ void writeJson(JsonWriter& json, const store::IndexRecord& record, State state, 
     json.end();
 }
 
-void writeLine(Context& context, const store::IndexRecord& record, State state) {
+void writeLine(Context& context, const store::IndexRecord& record, std::string_view kind, State state) {
     platform::Clock& clock = context.platform.clock;
     const std::string checked =
         record.lastCheck ? platform::formatFileTime(clock, *record.lastCheck) : "Unchecked";
-    context.out << std::string(kindName(record.kind)) + "\t" + shown(record.path) + "\t" +
+    context.out << std::string(kind) + "\t" + shown(record.path) + "\t" +
                        platform::formatFileTime(clock, record.created) + "\t" + checked + "\t" +
                        std::string(stateName(state)) + "\n";
 }
@@ -95,9 +97,11 @@ ExitCode runDatabases(Context& context, const ListArguments& arguments) {
     for (const store::IndexRecord& record : records) {
         endIfCancelled();
         const State state = stateOf(context, *run, record);
+        const std::string_view kind =
+            store::isCompleteSystem(run->vault(), record) ? kCompleteSystem : kindName(record.kind);
         allVerify = allVerify && state == State::Ok;
-        context.options.json ? writeJson(json, record, state, placeIn(recent, record.path))
-                             : writeLine(context, record, state);
+        context.options.json ? writeJson(json, record, kind, state, placeIn(recent, record.path))
+                             : writeLine(context, record, kind, state);
     }
     endIfCancelled();
     return allVerify ? ExitCode::Done : ExitCode::Differences;

@@ -4,6 +4,7 @@
 #include "cli/console_text.h"
 #include "cli/json_writer.h"
 #include "cli/session.h"
+#include "components/complete_system.h"
 #include "files/database_copy.h"
 #include "files/file_record.h"
 #include "files/file_texts.h"
@@ -30,22 +31,35 @@ Totals countFiles(core::Run& run, const store::OpenDatabaseContext& database) {
     return totals;
 }
 
-void writeTimesJson(JsonWriter& json, const store::IndexRecord& record, base::FileTime modified) {
+void writeTimesJson(JsonWriter& json, const store::IndexRecord& record, std::string_view kind,
+                    base::FileTime modified) {
     json.beginObject();
     json.path("database", record.path);
-    json.text("kind", kindName(record.kind));
+    json.text("kind", kind);
     json.time("created", record.created);
     record.lastCheck ? json.time("last_check", *record.lastCheck) : json.null("last_check");
     json.time("modified", modified);
 }
 
+using Components = std::vector<components::ComponentCreated>;
+
+/// `system`: the other components of a Complete System; none for File Contents.
 void writeJson(Context& context, const store::IndexRecord& record, base::FileTime modified,
-               const Totals& totals) {
+               const Totals& totals, const Components& system) {
     JsonWriter& json = context.json;
-    writeTimesJson(json, record, modified);
+    writeTimesJson(json, record, system.empty() ? kindName(record.kind) : kCompleteSystem, modified);
     json.number("listed", totals.files);
     json.number("total_size", totals.bytes);
     json.text("digest", crypto::digestKind(record.digest).consoleName);
+    if (system.empty()) return;
+    json.beginArray("components");
+    for (const components::ComponentCreated& component : system) {
+        json.beginObject();
+        json.text("kind", reports::reportRow(component.component).consoleName);
+        writeCountsJson(json, component.counts);
+        json.end();
+    }
+    json.end();
 }
 
 std::string timesText(Context& context, const store::IndexRecord& record, base::FileTime modified) {
@@ -58,19 +72,23 @@ std::string timesText(Context& context, const store::IndexRecord& record, base::
 }
 
 void writeText(Context& context, const store::IndexRecord& record, base::FileTime modified,
-               const Totals& totals) {
+               const Totals& totals, const Components& system) {
     context.out << timesText(context, record, modified) +
                        "Number of files listed: " + std::to_string(totals.files) +
                        "\nTotal size of files listed: " + files::formatSizeText(totals.bytes) +
                        "\nDigest value: " + std::string(crypto::digestKind(record.digest).name) +
                        "\nDatabase: " + shown(record.path) + "\n";
+    for (const components::ComponentCreated& component : system) {
+        context.out << std::string(reports::reportRow(component.component).consoleName) + ":\n";
+        writeCounts(context, component.counts);
+    }
 }
 
 /// A baseline has counts of what it lists in the place of sizes and digests.
 void writeBaseline(Context& context, const store::IndexRecord& record, base::FileTime modified,
                    const std::vector<components::Count>& listed) {
     if (context.options.json) {
-        writeTimesJson(context.json, record, modified);
+        writeTimesJson(context.json, record, kindName(record.kind), modified);
         for (const components::Count& count : listed)
             context.json.number(count.name, count.count);
         return;
@@ -93,10 +111,12 @@ ExitCode runDetails(Context& context, const DatabaseArguments& arguments) {
         writeBaseline(context, record, modified, kind->countListed(run->vault(), files));
         return ExitCode::Done;
     }
-    requireFileDatabase(database);
     const Totals totals = countFiles(*run, database);
-    context.options.json ? writeJson(context, record, modified, totals)
-                         : writeText(context, record, modified, totals);
+    Components system;
+    if (store::isCompleteSystem(run->vault(), record))
+        system = components::countComponents(run->vault(), record);
+    context.options.json ? writeJson(context, record, modified, totals, system)
+                         : writeText(context, record, modified, totals, system);
     return ExitCode::Done;
 }
 

@@ -18,12 +18,7 @@ class ShownReport {
     ShownReport(Context& context, core::Run& run, const reports::ReportRow& row, const std::string& path,
                 std::size_t page)
         : context_(context), row_(row), report_(reports::ReportFile::open(run.vault(), path)) {
-        const components::ComponentKind* kind = components::findComponentKind(row.kind);
-        if (kind == nullptr) {
-            throw CommandEnd(ExitCode::Usage,
-                             "Reports of this kind cannot be shown: " + std::string(row.consoleName));
-        }
-        renderer_ = kind->makeRenderer(context.platform.paths);
+        renderer_ = components::makeRenderer(row.kind, context.platform);
         if (!report_) return;
         pages_.emplace(*report_, *renderer_, reports::reportPageSize(run.configuration()));
         page_ = pages_->limited(page);

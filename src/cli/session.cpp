@@ -45,10 +45,6 @@ std::string joined(const std::vector<store::IndexRecord>& records) {
     return text;
 }
 
-bool canBeCreated(store::DatabaseKind kind) {
-    return kind == store::DatabaseKind::Numbered || components::findComponentKind(kind) != nullptr;
-}
-
 }  // namespace
 
 void refuseMovedInstallation(Context& context) {
@@ -184,17 +180,16 @@ std::string_view kindName(store::DatabaseKind kind) {
 
 std::optional<store::DatabaseKind> findKind(std::string_view name) {
     for (const auto& [kind, kindName] : kKinds) {
-        if (kindName == name && canBeCreated(kind)) return kind;
+        if (kindName == name) return kind;
     }
-    return std::nullopt;
+    return name == kCompleteSystem ? std::optional(store::DatabaseKind::Numbered) : std::nullopt;
 }
 
-std::string creatableKinds() {
+std::string kindNames() {
     std::string names;
-    for (const auto& [kind, name] : kKinds) {
-        if (canBeCreated(kind)) names.append(names.empty() ? "" : ", ").append(name);
-    }
-    return names;
+    for (const auto& row : kKinds)
+        names.append(row.second) += ", ";
+    return names.append(kCompleteSystem);
 }
 
 }  // namespace corvalence::cli

@@ -49,10 +49,14 @@ void noteRecent(core::Run& run, const std::string& path);
 /// Refused where the database does not list files.
 void requireFileDatabase(const store::OpenDatabaseContext& database);
 
-/// The kind of a database as `create` takes it: "file-contents".
+inline constexpr std::string_view kCompleteSystem = "complete-system";
+
+/// The kind of a database as `create` takes it: "file-contents". Numbered ones that are a Complete System
+/// have another name, kCompleteSystem.
 std::string_view kindName(store::DatabaseKind kind);
-/// The kind of that name, if `create` makes such databases; and all those names.
+/// The kind of that name; a Complete System is a numbered one as well.
 std::optional<store::DatabaseKind> findKind(std::string_view name);
-std::string creatableKinds();
+/// All names that findKind() knows.
+std::string kindNames();
 
 }  // namespace corvalence::cli

@@ -44,9 +44,12 @@ bool CheckOutcome::differs() const noexcept {
     return std::any_of(counts.begin(), counts.end(), [](const Count& count) { return count.count > 0; });
 }
 
+bool isWhole(const std::vector<Remark>& remarks) noexcept {
+    return std::none_of(remarks.begin(), remarks.end(), [](const Remark& remark) { return remark.isFault; });
+}
+
 bool CheckOutcome::isWhole() const noexcept {
-    return !isEmpty &&
-           std::none_of(remarks.begin(), remarks.end(), [](const Remark& remark) { return remark.isFault; });
+    return !isEmpty && components::isWhole(remarks);
 }
 
 CheckOutcome runCheck(store::Vault& vault, const store::OpenDatabaseContext& database,

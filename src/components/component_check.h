@@ -62,6 +62,9 @@ class ComponentCheck {
     virtual std::vector<Remark> remarks() const = 0;
 };
 
+/// Whether none of them is a fault.
+bool isWhole(const std::vector<Remark>& remarks) noexcept;
+
 struct CheckOutcome {
     std::vector<Count> counts;
     std::vector<Remark> remarks;

@@ -6,6 +6,7 @@
 #include "components/directory_check.h"
 #include "components/directory_creation.h"
 #include "components/directory_report.h"
+#include "components/file_report.h"
 #include "components/permission_check.h"
 #include "components/permission_creation.h"
 #include "components/permission_report.h"
@@ -89,6 +90,12 @@ const ComponentKind* findComponentKind(reports::ReportKind kind) noexcept {
         if (row.report == kind) return &row;
     }
     return nullptr;
+}
+
+std::unique_ptr<reports::RecordRenderer> makeRenderer(reports::ReportKind kind,
+                                                      const platform::Platform& system) {
+    if (const ComponentKind* row = findComponentKind(kind)) return row->makeRenderer(system.paths);
+    return std::make_unique<FileRenderer>(system);
 }
 
 std::optional<store::OpenDatabaseContext> createDatabase(store::Vault& vault, const ComponentKind& kind,

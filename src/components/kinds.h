@@ -38,6 +38,10 @@ std::span<const ComponentKind> componentKinds() noexcept;
 const ComponentKind* findComponentKind(store::DatabaseKind kind) noexcept;
 const ComponentKind* findComponentKind(reports::ReportKind kind) noexcept;
 
+/// For the lines of any report, those of file contents among them.
+std::unique_ptr<reports::RecordRenderer> makeRenderer(reports::ReportKind kind,
+                                                      const platform::Platform& system);
+
 /// Makes a database of its own. Nothing where it was refused or cancelled; `wasCancelled` tells. Throws
 /// base::FileFailure.
 std::optional<store::OpenDatabaseContext> createDatabase(store::Vault& vault, const ComponentKind& kind,

@@ -28,6 +28,7 @@ OwnNames::OwnNames(store::Vault& vault) : vault_(vault) {
         note(schedule + std::string(name));
     for (const reports::ReportRow& row : reports::reportRows())
         note(reports::reportPath(vault.configuration, row.kind));
+    if (const std::string stored = vault.platform.settings.file(); !stored.empty()) note(stored);
     note(store::DatabaseIndex(vault).path());
     note(store::ComponentIndex(vault).path());
     for (const store::IndexRecord& record : store::DatabaseIndex(vault).records()) {
@@ -64,6 +65,17 @@ void OwnNames::note(const std::string& path) {
                                     vault_.working.savePath(path), vault_.working.copyPath(path)}) {
         names.insert(paths.comparisonKey(paths.fileName(each)));
     }
+}
+
+bool OwnNames::hold(const std::string& path) {
+    const base::PathRules& paths = vault_.platform.paths;
+    const std::string_view folder = paths.folder(path);
+    if (folder != heldFolder_) {
+        heldFolder_ = folder;
+        const auto status = vault_.platform.files.status(heldFolder_, platform::Follow::Yes);
+        held_ = status ? in(status->identity) : nullptr;
+    }
+    return held_ != nullptr && held_->contains(paths.comparisonKey(paths.fileName(path)));
 }
 
 const OwnNames::Names* OwnNames::in(const platform::FileIdentity& folder) const {

@@ -26,9 +26,12 @@ constexpr std::string_view kMove = "move";  // to be renamed once the moves are 
 constexpr std::string_view kCommit = "commit";
 constexpr std::string_view kDone = "done";
 
-constexpr std::string_view kWipe = "wipe";      // goes with a database's index record, overwritten first
-constexpr std::string_view kRemove = "remove";  // goes with it
+constexpr std::string_view kWipe = "wipe";          // goes with a database's index record, overwritten first
+constexpr std::string_view kRemove = "remove";      // goes with it
+constexpr std::string_view kCreation = "creation";  // of a database, not completed
 constexpr std::string_view kSaveSuffix = ".123456789s";
+// No file has this name: it keeps the line about a creation apart from those about the database's file.
+constexpr std::string_view kCreationSuffix = ".123456789n";
 constexpr std::size_t kJournalLineLimit = 16384;
 
 std::uint64_t number(std::string_view text) noexcept {
@@ -170,6 +173,20 @@ bool WorkingFiles::noteDeletion(const std::string& database, const std::string& 
     ++live_;
     journal_->flush();
     return true;
+}
+
+void WorkingFiles::noteCreation(const std::string& database) {
+    recordMade(kCreation, database + std::string(kCreationSuffix), {}, database);
+    ++live_;
+    journal_->flush();
+}
+
+void WorkingFiles::creationDone(const std::string& database) {
+    const std::string name = database + std::string(kCreationSuffix);
+    // A lost line of another kind costs a temporary too many; this one would cost a whole database.
+    record({kDone, name});
+    journal_->flush();
+    finished(name);
 }
 
 TemporaryFile WorkingFiles::createPlain(const std::string& path, std::string_view suffix,
@@ -370,22 +387,26 @@ void WorkingFiles::clearLeftovers() {
             uncleared_.push_back(failure.what());
         }
     }
-    const bool isPending = !pendingSaves_.empty() || !pendingDeletions_.empty();
-    if (!isPending && uncleared_.empty()) {
+    if (!isPending() && uncleared_.empty()) {
         journal_->resize(0);
         journal_->seek(0);
         return;
     }
     // What is not settled stays in the journal, as if it were a temporary of this run.
     journal_->seek(journal_->size());
-    if (isPending) ++live_;
+    if (isPending()) ++live_;
     if (!uncleared_.empty()) ++live_;
 }
 
+bool WorkingFiles::isPending() const noexcept {
+    return !pendingSaves_.empty() || !pendingDeletions_.empty() || !pendingCreations_.empty();
+}
+
 void WorkingFiles::pendingSettled() noexcept {
-    if (pendingSaves_.empty() && pendingDeletions_.empty()) return;
+    if (!isPending()) return;
     pendingSaves_.clear();
     pendingDeletions_.clear();
+    pendingCreations_.clear();
     finished({});
 }
 
@@ -412,6 +433,10 @@ bool WorkingFiles::isFolderInUse(const std::string& path) {
 }
 
 void WorkingFiles::clear(const Leftover& leftover) {
+    if (leftover.kind == kCreation) {
+        pendingCreations_.push_back(leftover.target);
+        return;
+    }
     const auto status = files_.status(leftover.path, platform::Follow::No);
     if (leftover.kind == kSave && (!status || isSameFile(status->identity, leftover.identity))) {
         pendingSaves_.push_back({status ? leftover.path : std::string(), leftover.target});

@@ -103,6 +103,8 @@ class WorkingFiles {
     const std::vector<PendingSave>& pendingSaves() const noexcept { return pendingSaves_; }
     /// To be carried out where the index no longer lists the database.
     const std::vector<PendingDeletion>& pendingDeletions() const noexcept { return pendingDeletions_; }
+    /// Databases whose creation was not completed; to be taken back where the index lists them.
+    const std::vector<std::string>& pendingCreations() const noexcept { return pendingCreations_; }
     /// All that was pending has been carried on or dropped.
     void pendingSettled() noexcept;
 
@@ -129,6 +131,12 @@ class WorkingFiles {
     /// The file is gone, or is to stay after all.
     void deletionDone(const std::string& file) noexcept { finished(file); }
 
+    /// Notes a database that is made in several steps, before its index record is. Where a run is ended
+    /// before creationDone(), the next start finds it in pendingCreations().
+    void noteCreation(const std::string& database);
+    /// The database is whole, or gone; on the device when this returns.
+    void creationDone(const std::string& database);
+
     /// Renames every file over its target such that after a crash either none or all of them are renamed, the
     /// latest at the next start. Throws MovesPending where that has begun and could not be ended; after any
     /// other failure no target was touched.
@@ -152,6 +160,7 @@ class WorkingFiles {
     void leaveBehind(const TemporaryFile& file) noexcept;
     bool endLeftBehind(const std::string& path);
     void carryOnMoves();
+    bool isPending() const noexcept;
     std::vector<Leftover> readJournal();
     void clear(const Leftover& leftover);
     void clearMove(const Leftover& leftover, bool isThere);
@@ -169,6 +178,7 @@ class WorkingFiles {
     std::vector<LeftBehind> leftBehind_;  // by this run
     std::vector<PendingSave> pendingSaves_;
     std::vector<PendingDeletion> pendingDeletions_;
+    std::vector<std::string> pendingCreations_;
     std::vector<std::string> uncleared_;
     std::vector<std::pair<std::string, std::string>> unfinishedMoves_;  // path, target
     std::uint64_t commitAt_ = 0;                                        // where the commit line stands

@@ -266,6 +266,13 @@ AddReport AddPipeline::addLocation(const std::string& location, const Criteria& 
     return report;
 }
 
+AddReport AddPipeline::addFound(AddScan scan, const AddOptions& options) {
+    AddReport report = Command(vault_, context_, options, scan.bytes).run(scan.paths, false);
+    report.passedOver = std::move(scan.passedOver);
+    report.text = addReportText(report.added, report.listed, std::string(kAnyLocation));
+    return report;
+}
+
 AddScan AddPipeline::search(const std::string& location, const Criteria& criteria,
                             const AddOptions& options) {
     std::unordered_set<std::string> listed;
@@ -276,7 +283,7 @@ AddScan AddPipeline::search(const std::string& location, const Criteria& criteri
         listed = listedKeys(reader, vault_.platform.paths);
     }
     return scanForFiles(
-        vault_, location, {criteria, options.notifyListed, options.notifyFailed},
+        vault_, location, {criteria, options.notifyListed, options.notifyFailed, {}, {}},
         [&](const std::string& path) { return listed.contains(vault_.platform.paths.comparisonKey(path)); });
 }
 

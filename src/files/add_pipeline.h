@@ -65,6 +65,8 @@ class AddPipeline {
     /// for first, so that a user who cancels the search has changed nothing, and nothing is added where there
     /// is no room for their backups.
     AddReport addLocation(const std::string& location, const Criteria& criteria, const AddOptions& options);
+    /// Adds what a search found on every drive, whatever room there is. Throws what addFiles() does.
+    AddReport addFound(AddScan scan, const AddOptions& options);
 
   private:
     class Command;

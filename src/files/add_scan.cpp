@@ -24,7 +24,7 @@ class Search {
     AddScan run(const std::string& location) {
         platform::WalkRoots roots;
         if (location == kAnyLocation) {
-            roots = vault_.platform.volumes.walkRoots();
+            roots = options_.roots ? *options_.roots : vault_.platform.volumes.walkRoots();
             walk_.keepOutOf(roots.barriers);
         } else {
             roots.roots = {location};
@@ -62,6 +62,7 @@ class Search {
                     return cancel();
             }
         }
+        if (options_.leavesOut && options_.leavesOut(path)) return true;
         if (isListed_(path)) {
             ++scan_.listed;
             if (options_.notifyListed)

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -26,6 +27,10 @@ struct AddScanOptions {
     Criteria criteria;
     bool notifyListed = false;  // a message for each file that is listed already
     bool notifyFailed = true;   // a message for each file whose content cannot be tested
+    /// Where a search on every drive goes; the machine's own roots where it is empty.
+    std::optional<platform::WalkRoots> roots;
+    /// Tells files that are left out without a word, such as the installation's own.
+    std::function<bool(const std::string& path)> leavesOut;
 };
 
 /// What a search found, in two lines: "Number of files to be added: 2" and "Total size of files to be added:

@@ -48,25 +48,27 @@ FileContentsCheck::Totals FileContentsCheck::countRecords() {
 }
 
 CheckSummary FileContentsCheck::checkAllFiles() {
+    return checkAllFiles(
+        *vault_.platform.ui.openProgress("Checking all files in Database: " + context_.path()));
+}
+
+CheckSummary FileContentsCheck::checkAllFiles(platform::Progress& progress) {
     platform::Platform& system = vault_.platform;
     const Totals totals = countRecords();
     counts_.listed = totals.records;
-    {
-        const auto progress = system.ui.openProgress("Checking all files in Database: " + context_.path());
-        progress_ = progress.get();
-        ByteProgress bytes(*progress, totals.bytes);
-        savedAt_ = system.clock.elapsed();
-        try {
-            walk(totals.records, bytes);
-        } catch (const base::FileFailure&) {
-            // What was told as updated is saved, or told as lost, on this way out as well.
-            if (!saveFailed_) saveUpdates();
-            throw;
-        }
-        compactBackups();
-        if (!counts_.cancelled) bytes.finish();
-        progress_ = nullptr;
+    progress_ = &progress;
+    ByteProgress bytes(progress, totals.bytes);
+    savedAt_ = system.clock.elapsed();
+    try {
+        walk(totals.records, bytes);
+    } catch (const base::FileFailure&) {
+        // What was told as updated is saved, or told as lost, on this way out as well.
+        if (!saveFailed_) saveUpdates();
+        throw;
     }
+    compactBackups();
+    if (!counts_.cancelled) bytes.finish();
+    progress_ = nullptr;
     copy_.discard();
     counts_.checked = judged_ - counts_.unchecked;
     counts_.identical = counts_.checked - counts_.changed;

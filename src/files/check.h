@@ -68,6 +68,8 @@ class FileContentsCheck {
     /// case. Throws DatabaseChanged before any file is looked at, base::FileFailure where the database itself
     /// fails.
     CheckSummary checkAllFiles();
+    /// The same within work that is shown already.
+    CheckSummary checkAllFiles(platform::Progress& progress);
 
   private:
     struct Totals {

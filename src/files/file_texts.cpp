@@ -77,6 +77,17 @@ std::string_view attributeText(AttributeCode code) noexcept {
     return {};
 }
 
+std::string attributeLetters(AttributeCode code) {
+    std::string letters;
+    // Each begins with its own capital; the second word of "Read only" has none.
+    for (const char c : attributeText(code)) {
+        if (c >= 'A' && c <= 'Z') letters.append(letters.empty() ? "" : "+").push_back(c);
+    }
+    // The words of a few combinations have them the other way round.
+    if (const std::size_t at = letters.find("R+H"); at != std::string::npos) letters.replace(at, 3, "H+R");
+    return letters;
+}
+
 std::string formatSizeText(std::uint64_t bytes) {
     const std::string unit = bracket(bytes);
     return std::to_string(bytes) + " Bytes. " + unit + (unit.empty() ? "" : ".");

@@ -14,6 +14,9 @@ namespace corvalence::files {
 /// "Read only, Hidden.", "Archive.", …; empty for a code that stands for nothing (8, 128, 0 among them).
 std::string_view attributeText(AttributeCode code) noexcept;
 
+/// The attributes by their letters, as reports show them: "S+H+R", "C+A"; empty where attributeText() is.
+std::string attributeLetters(AttributeCode code);
+
 /// "2048.00" without its decimals: "2048 Bytes.  [2.00 KB].", the bracket strictly above 1024 bytes and not
 /// at exactly 1048576 or 1073741824.
 std::string formatSizeText(std::uint64_t bytes);

@@ -20,6 +20,7 @@ class JsonSettingsStore : public SettingsStore {
     std::optional<std::string> read(const std::string& keyPath) override;
     bool write(const std::string& keyPath, const std::string& text) override;
     bool exists() override;
+    std::string file() const override { return path_; }
 
   private:
     void replace(const std::string& text);

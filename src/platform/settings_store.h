@@ -18,6 +18,8 @@ class SettingsStore {
     virtual bool write(const std::string& keyPath, const std::string& text) = 0;
     /// Whether there is a store at all; false before an installation is made.
     virtual bool exists() = 0;
+    /// Where the store lies; empty where it is no file.
+    virtual std::string file() const { return {}; }
 };
 
 }  // namespace corvalence::platform

@@ -35,4 +35,9 @@ inline constexpr std::array<ReportKind, 5> kSaveOrder = {ReportKind::Registry, R
                                                          ReportKind::FileContents, ReportKind::Permissions,
                                                          ReportKind::Services};
 
+/// The order in which a cancelled check removes them.
+inline constexpr std::array<ReportKind, 5> kRemovalOrder = {ReportKind::DirectoryStructure,
+                                                            ReportKind::FileContents, ReportKind::Permissions,
+                                                            ReportKind::Registry, ReportKind::Services};
+
 }  // namespace corvalence::reports

@@ -15,6 +15,14 @@ std::string reportPath(const settings::Configuration& configuration, ReportKind 
         .append(kSealedSuffix);
 }
 
+void removeReports(const store::Vault& vault) {
+    platform::FileSystem& files = vault.platform.files;
+    for (const ReportKind kind : kRemovalOrder) {
+        const std::string path = reportPath(vault.configuration, kind);
+        if (files.status(path, platform::Follow::No)) files.remove(path);
+    }
+}
+
 ReportWriter::ReportWriter(store::Vault& vault, ReportKind kind)
     : path_(reportPath(vault.configuration, kind)),
       file_(vault.working.createSealed(path_, crypto::kSealedBesideSuffix)),

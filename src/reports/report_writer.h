@@ -14,6 +14,10 @@ namespace corvalence::reports {
 /// Where the report of the last check of a kind lies.
 std::string reportPath(const settings::Configuration& configuration, ReportKind kind);
 
+/// Removes the reports of the last checks, of all five kinds; what is not there is none. Throws
+/// base::FileFailure.
+void removeReports(const store::Vault& vault);
+
 /// The report that a check writes: sealed as it goes, beside the one of the check before, which it replaces
 /// once it is kept. Without that it goes, as on Cancel. Throws base::FileFailure.
 class ReportWriter {

@@ -51,4 +51,11 @@ std::vector<std::string> siblingFiles(DatabaseKind kind, const std::string& data
     return all;
 }
 
+std::vector<std::string> componentMarks(const std::string& database) {
+    std::vector<std::string> marks;
+    for (const Row& row : kRows)
+        marks.push_back(database + std::string(row.component.front()));
+    return marks;
+}
+
 }  // namespace corvalence::store

@@ -20,4 +20,7 @@ std::vector<std::string> componentFiles(DatabaseKind kind, Form form, const std:
 /// components.
 std::vector<std::string> siblingFiles(DatabaseKind kind, const std::string& database);
 
+/// The files by which a numbered database is told for a Complete System: the first one of each component.
+std::vector<std::string> componentMarks(const std::string& database);
+
 }  // namespace corvalence::store

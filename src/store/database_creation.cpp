@@ -10,6 +10,7 @@
 #include "store/backup_pair.h"
 #include "store/component_files.h"
 #include "store/component_index.h"
+#include "store/database_deletion.h"
 #include "store/database_files.h"
 #include "store/database_index.h"
 
@@ -114,31 +115,70 @@ IndexRecord DatabaseCreation::newRecord(const CreationRequest& request, const st
     record.kind = request.kind;
     record.digest = request.digest;
     record.created = vault_.platform.clock.now();
+    if (request.kind == DatabaseKind::Numbered) record.fileDigest = base::hexText(crypto::Md5::of({}));
     // The number is taken for every kind, so that it also counts the databases.
     const std::int64_t number = nextNumber(DatabaseIndex(vault_).records());
     if (request.kind == DatabaseKind::Numbered) record.number = number;
     return record;
 }
 
-std::optional<OpenDatabaseContext> DatabaseCreation::create(const CreationRequest& request) {
-    const auto path = acceptPath(request);
-    if (!path) return std::nullopt;
-    IndexRecord record = newRecord(request, *path);
-    record.fileDigest = base::hexText(crypto::Md5::of({}));
-
-    crypto::TemporaryFile database = vault_.working.createDatabase(*path);
+void DatabaseCreation::makeNumbered(const IndexRecord& record) {
+    crypto::TemporaryFile database = vault_.working.createDatabase(record.path);
     database.close();
     createBackupPair(vault_, record.number);
     DatabaseIndex(vault_).appendRecord(record);
     try {
-        writeBackupDatabase(vault_, *path);
+        writeBackupDatabase(vault_, record.path);
     } catch (const base::FileFailure&) {
         database.abandon();  // it is listed; the next start makes up for its copy
         throw;
     }
     database.release();
+}
+
+std::optional<OpenDatabaseContext> DatabaseCreation::create(const CreationRequest& request) {
+    const auto path = acceptPath(request);
+    if (!path) return std::nullopt;
+    const IndexRecord record = newRecord(request, *path);
+    makeNumbered(record);
     vault_.platform.ui.status(0, "Complete.");
     return OpenDatabaseContext{record};
+}
+
+std::unique_ptr<UnfinishedDatabase> DatabaseCreation::begin(const CreationRequest& request) {
+    const auto path = acceptPath(request);
+    if (!path) return nullptr;
+    auto unfinished = std::make_unique<UnfinishedDatabase>(vault_, newRecord(request, *path));
+    vault_.working.noteCreation(*path);
+    makeNumbered(unfinished->context().record);
+    return unfinished;
+}
+
+UnfinishedDatabase::~UnfinishedDatabase() {
+    if (isWhole_) return;
+    try {
+        if (const auto record = DatabaseIndex(vault_).findExact(context_.path()))
+            takeBackDatabase(vault_, *record);
+        vault_.working.creationDone(context_.path());
+    } catch (const base::FileFailure& failure) {
+        vault_.platform.ui.message(platform::Icon::Warning,
+                                   "The next start removes " + context_.path() + ". " + failure.what());
+    }
+}
+
+void UnfinishedDatabase::complete(const std::vector<std::unique_ptr<NewFiles>>& components) {
+    vault_.platform.ui.status(0, "Completing...");
+    std::vector<SealedFileRecord> records;
+    for (const auto& files : components) {
+        files->finish();
+        records.insert(records.end(), files->records().begin(), files->records().end());
+    }
+    ComponentIndex(vault_).put(records);
+    for (const auto& files : components)
+        files->backUpAndKeep();
+    vault_.working.creationDone(context_.path());
+    isWhole_ = true;
+    vault_.platform.ui.status(0, "Complete.");
 }
 
 std::optional<OpenDatabaseContext> DatabaseCreation::create(const CreationRequest& request,

@@ -1,7 +1,9 @@
 #pragma once
 
+#include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "store/new_files.h"
 #include "store/open_database.h"
@@ -16,6 +18,27 @@ class CreationWorker {
     /// Writes the lines of the kind's files, in the order of componentFiles(). False where the user
     /// cancelled: nothing is left of the database then.
     virtual bool fill(const std::string& database, NewFiles& files) = 0;
+};
+
+/// A numbered database that comes into being in several steps: until it is completed it goes whole, with this
+/// object or at the latest with the next start.
+class UnfinishedDatabase {
+  public:
+    UnfinishedDatabase(Vault& vault, IndexRecord record) : vault_(vault), context_{std::move(record)} {}
+    ~UnfinishedDatabase();
+    UnfinishedDatabase(const UnfinishedDatabase&) = delete;
+    UnfinishedDatabase& operator=(const UnfinishedDatabase&) = delete;
+
+    OpenDatabaseContext& context() noexcept { return context_; }
+
+    /// Lists the files as the database's components, copies them to their backups and keeps all. Throws
+    /// base::FileFailure: then the database is still unfinished.
+    void complete(const std::vector<std::unique_ptr<NewFiles>>& components);
+
+  private:
+    Vault& vault_;
+    OpenDatabaseContext context_;
+    bool isWhole_ = false;
 };
 
 struct CreationRequest {
@@ -35,6 +58,8 @@ class DatabaseCreation {
 
     /// A numbered database.
     std::optional<OpenDatabaseContext> create(const CreationRequest& request);
+    /// An empty numbered database that is to become a Complete System; null where it was refused.
+    std::unique_ptr<UnfinishedDatabase> begin(const CreationRequest& request);
     /// A database of one of the other kinds. Nothing as well where the worker was cancelled.
     std::optional<OpenDatabaseContext> create(const CreationRequest& request, CreationWorker& worker);
 
@@ -43,6 +68,7 @@ class DatabaseCreation {
     /// Why the database cannot have this path, as the message for the user.
     std::optional<std::string> findTakenPlace(const std::string& path, DatabaseKind kind);
     IndexRecord newRecord(const CreationRequest& request, const std::string& path);
+    void makeNumbered(const IndexRecord& record);
     std::int64_t nextNumber(const std::vector<IndexRecord>& records);
 
     Vault& vault_;

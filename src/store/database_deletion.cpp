@@ -110,9 +110,20 @@ class Deletion {
 
 }  // namespace
 
+void takeBackDatabase(Vault& vault, const IndexRecord& record) {
+    /// No list has a database that never was whole.
+    class NoList : public DeletionListener {
+      public:
+        void databaseDeleted(const std::string&) override {}
+    };
+    NoList none;
+    Deletion(vault, record).run(none);
+}
+
 DeletionResult deleteDatabase(Vault& vault, const OpenDatabaseContext& context, DeletionListener& listener) {
     platform::Platform& system = vault.platform;
-    const bool listsFiles = context.record.kind == DatabaseKind::Numbered;
+    const bool listsFiles =
+        context.record.kind == DatabaseKind::Numbered && !isCompleteSystem(vault, context.record);
     if (!system.ui.ask(platform::Icon::Warning,
                        listsFiles
                            ? "Are you sure you would like to delete this database, its backup, and the "

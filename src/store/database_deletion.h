@@ -27,4 +27,8 @@ enum class DeletionResult {
 /// removes. Throws base::FileFailure where nothing was deleted.
 DeletionResult deleteDatabase(Vault& vault, const OpenDatabaseContext& context, DeletionListener& listener);
 
+/// Takes a database back whose creation was not completed: all of the above without a question and without a
+/// word unless something of it has to stay. Throws base::FileFailure where nothing was deleted.
+void takeBackDatabase(Vault& vault, const IndexRecord& record);
+
 }  // namespace corvalence::store

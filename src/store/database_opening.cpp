@@ -3,6 +3,7 @@
 #include "crypto/wipe.h"
 #include "platform/file_copy.h"
 #include "store/backup_database.h"
+#include "store/database_deletion.h"
 #include "store/database_digest.h"
 #include "store/database_files.h"
 
@@ -91,6 +92,7 @@ void DatabaseOpening::completeSave(const SealedFileRecord& file) {
 
 void DatabaseOpening::settlePending() {
     settlePendingSaves();
+    settlePendingCreations();
     for (const crypto::PendingDeletion& deletion : vault_.working.pendingDeletions()) {
         if (index_.findExact(deletion.database)) continue;
         try {
@@ -107,6 +109,18 @@ void DatabaseOpening::settlePending() {
         }
     }
     vault_.working.pendingSettled();
+}
+
+void DatabaseOpening::settlePendingCreations() {
+    for (const std::string& database : vault_.working.pendingCreations()) {
+        const auto record = index_.findExact(database);
+        if (!record) continue;
+        takeBackDatabase(vault_, *record);
+        vault_.platform.ui.message(
+            platform::Icon::Warning,
+            "The creation of " + database +
+                " was not completed. What there was of the database has been removed.");
+    }
 }
 
 void DatabaseOpening::settlePendingSaves() {

@@ -32,12 +32,13 @@ class DatabaseOpening {
     enum class State { Ok, Changed, Missing };
     State state(const IndexRecord& record);
 
-    /// Carries on or drops the saves and deletions that WorkingFiles names as pending. To be called once,
-    /// after the password is proved.
+    /// Carries on or drops the saves, creations and deletions that WorkingFiles names as pending. To be
+    /// called once, after the password is proved.
     void settlePending();
 
   private:
     void settlePendingSaves();
+    void settlePendingCreations();
     void completeSave(const SealedFileRecord& file);
     OpenResult prove(const SealedFileRecord& file);
     OpenResult recover(const SealedFileRecord& record, const std::string& reason);

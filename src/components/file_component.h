@@ -1,0 +1,26 @@
+#pragma once
+
+#include "components/component_check.h"
+#include "files/check.h"
+
+namespace corvalence::components {
+
+/// The check of listed files without a user: nothing is asked and no record changes, what differs goes to the
+/// report of file contents.
+class FileComponentCheck : public ComponentCheck {
+  public:
+    FileComponentCheck(store::Vault& vault, const store::OpenDatabaseContext& database)
+        : vault_(vault), database_(database) {}
+
+    bool compare(platform::Progress& progress, reports::ReportWriter& report) override;
+    std::vector<Count> counts() const override;
+    std::vector<Remark> remarks() const override;
+
+  private:
+    store::Vault& vault_;
+    store::OpenDatabaseContext database_;
+    files::CheckCounts counts_;
+    std::vector<files::UnreadableEntry> notChecked_;
+};
+
+}  // namespace corvalence::components
