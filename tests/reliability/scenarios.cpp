@@ -6,7 +6,7 @@
 #include <filesystem>
 #include <iterator>
 
-#include "components/kinds.h"
+#include "components/complete_system.h"
 #include "crypto/sealed_file.h"
 #include "listed_recycle_bin.h"
 #include "listed_registry.h"
@@ -175,6 +175,21 @@ struct BaselineWork {
                components::checkDatabase(world.vault(), machine, kind, world.context()).isWhole();
     }
 
+    bool createSystem() {
+        store::CreationRequest request;
+        request.location = world.data("Databases");
+        request.name = "new";
+        return components::createCompleteSystem(world.vault(), machine, request,
+                                                {files::AddBackups::Sealed, false})
+            .database.has_value();
+    }
+    bool checkSystem() {
+        if (world.open("new") != store::OpenResult::Opened) return false;
+        const std::array all = {reports::ReportKind::FileContents, reports::ReportKind::DirectoryStructure};
+        const auto checked = components::checkCompleteSystem(world.vault(), machine, world.context(), all);
+        return checked.isWhole() && !checked.differs();
+    }
+
     World& world;
     ListedRecycleBin bin;
     ListedServices services;
@@ -217,6 +232,21 @@ bool isBaselineDeleted(World& world) {
     const auto names = {"new", "newd", "newa", "newBn", "new~", "newd~", "newa~", "newBn~"};
     return std::none_of(names.begin(), names.end(),
                         [&](const char* name) { return fs::exists(world.databasePath(name)); });
+}
+
+Claim createSystem(World& world) {
+    return claimOf(world, BaselineWork(world).createSystem());
+}
+bool isSystemCreated(World& world) {
+    return BaselineWork(world).checkSystem() && world.records("new").size() == 3 &&
+           fs::exists(world.databasePath("newS~"));
+}
+void prepareSystem(World& world) {
+    limitWalks(world);
+    BaselineWork(world).createSystem();
+}
+Claim checkSystem(World& world) {
+    return claimOf(world, BaselineWork(world).checkSystem());
 }
 
 void nothing(World&) {}
@@ -295,6 +325,8 @@ constexpr Scenario kScenarios[] = {
      expectSealedByThePassword},
     {"createBaseline", kSealed, Files::Stay, limitWalks, createBaseline, isBaselineCreated},
     {"checkBaseline", kSealed, Files::Stay, prepareBaseline, checkBaseline, isBaselineChecked},
+    {"createSystem", kSealed, Files::Stay, limitWalks, createSystem, isSystemCreated},
+    {"checkSystem", kSealed, Files::Stay, prepareSystem, checkSystem, isBaselineChecked},
     {"deleteBaseline", kSealed, Files::Stay, prepareBaseline, deleteBaseline, isBaselineDeleted},
 };
 
