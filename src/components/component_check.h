@@ -56,7 +56,7 @@ class ComponentCheck {
     virtual ~ComponentCheck() = default;
     /// Writes what differs to the report, in the kind's order. False where the user cancelled. Throws
     /// base::FileFailure, files::DatabaseChanged.
-    virtual bool compare(platform::Progress& progress, reports::ReportWriter& report) = 0;
+    virtual bool compare(platform::Progress& progress, reports::ReportSink& report) = 0;
     /// Of all kinds of difference, after compare().
     virtual std::vector<Count> counts() const = 0;
     virtual std::vector<Remark> remarks() const = 0;

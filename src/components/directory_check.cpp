@@ -75,7 +75,7 @@ DirectoryCheck::DirectoryCheck(store::Vault& vault, const Machine& machine, cons
       hasRecycleFolders_(vault.platform.paths.separator == '\\'),
       plan_(planWalk(vault)) {}
 
-bool DirectoryCheck::compare(platform::Progress& progress, reports::ReportWriter& report) {
+bool DirectoryCheck::compare(platform::Progress& progress, reports::ReportSink& report) {
     platform::Platform& system = vault_.platform;
     load(progress);
     const OwnNames own(vault_);

@@ -19,7 +19,7 @@ class DirectoryCheck : public ComponentCheck {
     DirectoryCheck(store::Vault& vault, const Machine& machine, const std::string& database,
                    BaselineFiles files);
 
-    bool compare(platform::Progress& progress, reports::ReportWriter& report) override;
+    bool compare(platform::Progress& progress, reports::ReportSink& report) override;
     std::vector<Count> counts() const override { return findings_.counts(); }
     std::vector<Remark> remarks() const override;
 

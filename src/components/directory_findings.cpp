@@ -59,7 +59,7 @@ std::vector<Count> DirectoryFindings::counts() const {
     return counts;
 }
 
-void DirectoryFindings::write(reports::ReportWriter& report) const {
+void DirectoryFindings::write(reports::ReportSink& report) const {
     for (std::size_t at = 0; at < size(); ++at) {
         if (dropped_.empty() || !dropped_[at]) report.add({paths_[at], directoryCode(changes_[at]).code});
     }

@@ -31,7 +31,7 @@ class DirectoryFindings {
     void dropPairs();
 
     std::vector<Count> counts() const;
-    void write(reports::ReportWriter& report) const;
+    void write(reports::ReportSink& report) const;
 
   private:
     PathList paths_;

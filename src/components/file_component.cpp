@@ -15,7 +15,7 @@ class NobodyAnswers : public files::ChangedFileDetailsDialog {
 
 }  // namespace
 
-bool FileComponentCheck::compare(platform::Progress& progress, reports::ReportWriter& report) {
+bool FileComponentCheck::compare(platform::Progress& progress, reports::ReportSink& report) {
     NobodyAnswers nobody;
     FileReport findings(report);
     counts_ = files::FileContentsCheck(vault_, database_, nobody, findings).checkAllFiles(progress).counts;

@@ -12,7 +12,7 @@ class FileComponentCheck : public ComponentCheck {
     FileComponentCheck(store::Vault& vault, const store::OpenDatabaseContext& database)
         : vault_(vault), database_(database) {}
 
-    bool compare(platform::Progress& progress, reports::ReportWriter& report) override;
+    bool compare(platform::Progress& progress, reports::ReportSink& report) override;
     std::vector<Count> counts() const override;
     std::vector<Remark> remarks() const override;
 

@@ -16,7 +16,7 @@ namespace corvalence::components {
 /// are kept with their reasons.
 class FileReport : public files::CheckObserver {
   public:
-    explicit FileReport(reports::ReportWriter& report) : report_(report) {}
+    explicit FileReport(reports::ReportSink& report) : report_(report) {}
 
     void unchecked(const std::string& path, const std::string& reason) override;
     void changed(const files::ChangedFileDetails& details, files::Reaction reaction, bool done,
@@ -26,7 +26,7 @@ class FileReport : public files::CheckObserver {
     const std::vector<files::UnreadableEntry>& notChecked() const noexcept { return notChecked_; }
 
   private:
-    reports::ReportWriter& report_;
+    reports::ReportSink& report_;
     std::vector<files::UnreadableEntry> notChecked_;
 };
 

@@ -15,7 +15,7 @@ PermissionCheck::PermissionCheck(store::Vault& vault, const Machine& machine, co
       isComplete_(vault.configuration.isOn(settings::key::kCompleteWalk)),
       scan_(vault.platform, machine) {}
 
-bool PermissionCheck::compare(platform::Progress& progress, reports::ReportWriter& report) {
+bool PermissionCheck::compare(platform::Progress& progress, reports::ReportSink& report) {
     lines_ = readPermissions(vault_, baseline_, &progress);
     const std::uint64_t count = lines_.size();
     for (std::size_t at = 0; at < count; ++at) {
@@ -28,7 +28,7 @@ bool PermissionCheck::compare(platform::Progress& progress, reports::ReportWrite
     return !progress.cancelled();
 }
 
-void PermissionCheck::compareRecord(std::string_view before, reports::ReportWriter& report) {
+void PermissionCheck::compareRecord(std::string_view before, reports::ReportSink& report) {
     const std::string_view path = permissionPath(before);
     if (!isComplete_ && PermissionScan::isPassedOver(path)) return passedOver_.add(path, {});
     if (!scan_.render(path, now_)) return unchecked_.add(path, base::reasonText(base::Cause::FileNotFound));

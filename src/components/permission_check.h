@@ -13,12 +13,12 @@ class PermissionCheck : public ComponentCheck {
     PermissionCheck(store::Vault& vault, const Machine& machine, const std::string& database,
                     BaselineFiles files);
 
-    bool compare(platform::Progress& progress, reports::ReportWriter& report) override;
+    bool compare(platform::Progress& progress, reports::ReportSink& report) override;
     std::vector<Count> counts() const override;
     std::vector<Remark> remarks() const override;
 
   private:
-    void compareRecord(std::string_view before, reports::ReportWriter& report);
+    void compareRecord(std::string_view before, reports::ReportSink& report);
 
     store::Vault& vault_;
     BaselineFiles baseline_;

@@ -28,7 +28,7 @@ RegistryCheck::RegistryCheck(store::Vault& vault, const Machine& machine, const 
       baseline_(std::move(files)),
       isComplete_(vault.configuration.isOn(settings::key::kCompleteWalk)) {}
 
-bool RegistryCheck::compare(platform::Progress& progress, reports::ReportWriter& report) {
+bool RegistryCheck::compare(platform::Progress& progress, reports::ReportSink& report) {
     lines_ = readRegistry(vault_, baseline_, &progress);
     RegistryWalk walk(machine_.registry, progress);
     const std::size_t total = std::max<std::size_t>(lines_.size(), 1);

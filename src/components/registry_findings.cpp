@@ -68,7 +68,7 @@ std::vector<Count> RegistryFindings::counts() const {
     return counts;
 }
 
-void RegistryFindings::write(reports::ReportWriter& report) const {
+void RegistryFindings::write(reports::ReportSink& report) const {
     for (const Finding& finding : findings_) {
         const std::string_view code = registryChange(finding.change).code;
         if (finding.change == RegistryChange::Changed) {

@@ -32,7 +32,7 @@ class RegistryFindings {
     void joinMoved();
 
     std::vector<Count> counts() const;
-    void write(reports::ReportWriter& report) const;
+    void write(reports::ReportSink& report) const;
 
   private:
     struct Finding {

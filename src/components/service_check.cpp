@@ -14,7 +14,7 @@ ServiceCheck::ServiceCheck(store::Vault& vault, const Machine& machine, const st
       baseline_(std::move(files)),
       isComplete_(vault.configuration.isOn(settings::key::kCompleteWalk)) {}
 
-bool ServiceCheck::compare(platform::Progress& progress, reports::ReportWriter& report) {
+bool ServiceCheck::compare(platform::Progress& progress, reports::ReportSink& report) {
     lines_ = SealedLines(vault_, baseline_.front(), {kServiceLineLimit, isServiceRecord}, &progress);
     auto live = listServices(machine_.services, progress);
     if (!live) return false;

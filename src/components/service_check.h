@@ -15,7 +15,7 @@ class ServiceCheck : public ComponentCheck {
     ServiceCheck(store::Vault& vault, const Machine& machine, const std::string& database,
                  BaselineFiles files);
 
-    bool compare(platform::Progress& progress, reports::ReportWriter& report) override;
+    bool compare(platform::Progress& progress, reports::ReportSink& report) override;
     std::vector<Count> counts() const override;
     std::vector<Remark> remarks() const override;
 
@@ -36,7 +36,7 @@ class ServiceCheck : public ComponentCheck {
     LiveServices live_;
     std::unordered_map<std::string_view, std::size_t> last_;  // by name the last line that bears it
     std::size_t next_ = 0;
-    reports::ReportWriter* report_ = nullptr;
+    reports::ReportSink* report_ = nullptr;
 
     std::uint64_t changed_ = 0;
     std::uint64_t added_ = 0;

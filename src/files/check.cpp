@@ -6,6 +6,7 @@
 #include "base/record_text.h"
 #include "files/backup_rewrite.h"
 #include "files/file_texts.h"
+#include "files/warning_sound.h"
 #include "platform/time_text.h"
 #include "store/database_index.h"
 #include "store/database_saving.h"
@@ -18,9 +19,6 @@ namespace {
 constexpr std::chrono::milliseconds kSaveInterval{5000};
 constexpr int kSaveShare = 10;
 
-constexpr std::string_view kWarningSounds[] = {"clm", "zaaz", "rml"};
-constexpr int kSoundFile = 4;
-
 }  // namespace
 
 FileContentsCheck::FileContentsCheck(store::Vault& vault, store::OpenDatabaseContext& context,
@@ -32,9 +30,7 @@ FileContentsCheck::FileContentsCheck(store::Vault& vault, store::OpenDatabaseCon
       copy_(vault, context),
       digester_(context.digest()),
       restore_(vault, context),
-      indexPath_(store::DatabaseIndex(vault).path()),
-      warningSound_(vault.configuration.number(settings::key::kWarningSound)),
-      warningFile_(vault.configuration.text(settings::key::kWarningSoundFile)) {}
+      indexPath_(store::DatabaseIndex(vault).path()) {}
 
 FileContentsCheck::Totals FileContentsCheck::countRecords() {
     Totals totals;
@@ -130,7 +126,7 @@ void FileContentsCheck::tellUnchecked(const std::string& path, std::string_view 
 void FileContentsCheck::handleChanged(const FileRecord& then, const std::string& digest,
                                       const platform::FileStatus& now) {
     ++counts_.changed;
-    playWarning();
+    if (dialog_.warnsOfEach()) playWarning(vault_);
     if (dialog_.attended()) {
         vault_.platform.ui.message(platform::Icon::Warning, then.path + " has been changed! ");
     }
@@ -162,14 +158,6 @@ ChangedFileDetails FileContentsCheck::describe(const FileRecord& then, const std
     details.digestTruncated = context_.digest() == crypto::DigestCode::Sha512;
     details.onlyIgnore = system.paths.equal(then.path, indexPath_);
     return details;
-}
-
-void FileContentsCheck::playWarning() {
-    if (warningSound_ == kSoundFile) {
-        vault_.platform.sound.playFile(warningFile_);
-    } else if (warningSound_ < static_cast<int>(std::size(kWarningSounds))) {
-        vault_.platform.sound.playResource(std::string(kWarningSounds[warningSound_]));
-    }
 }
 
 void FileContentsCheck::restore(const ChangedFileDetails& details) {

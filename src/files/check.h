@@ -42,6 +42,8 @@ class ChangedFileDetailsDialog {
     /// Whether a person answers. An answer by a person is told by message boxes and sealed at once; answers
     /// that were fixed beforehand are collected, and sealed at the end and every few seconds.
     virtual bool attended() const = 0;
+    /// Whether the warning sound is played for each changed file.
+    virtual bool warnsOfEach() const { return true; }
 };
 
 /// Told what a check finds, in the order of the records.
@@ -84,7 +86,6 @@ class FileContentsCheck {
     void handleChanged(const FileRecord& then, const std::string& digest, const platform::FileStatus& now);
     ChangedFileDetails describe(const FileRecord& then, const std::string& digest,
                                 const platform::FileStatus& now);
-    void playWarning();
     void restore(const ChangedFileDetails& details);
     void update(const ChangedFileDetails& details, Reaction reaction);
     struct NewBackup {
@@ -107,8 +108,6 @@ class FileContentsCheck {
     FileDigester digester_;
     FileRestore restore_;
     std::string indexPath_;
-    int warningSound_;
-    std::string warningFile_;
     platform::Progress* progress_ = nullptr;
     CheckCounts counts_;
     std::uint32_t judged_ = 0;

@@ -28,7 +28,7 @@ ReportWriter::ReportWriter(store::Vault& vault, ReportKind kind)
       file_(vault.working.createSealed(path_, crypto::kSealedBesideSuffix)),
       writer_(file_.file(), vault.session.key, vault.session.chains.IndexIV) {}
 
-void ReportWriter::add(std::initializer_list<std::string_view> fields) {
+void ReportSink::add(std::initializer_list<std::string_view> fields) {
     std::string line;
     for (const std::string_view field : fields)
         base::appendField(line, field);

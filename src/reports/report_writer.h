@@ -18,16 +18,24 @@ std::string reportPath(const settings::Configuration& configuration, ReportKind 
 /// base::FileFailure.
 void removeReports(const store::Vault& vault);
 
+/// Takes the lines of a report as a check finds them. Throws base::FileFailure.
+class ReportSink {
+  public:
+    virtual ~ReportSink() = default;
+
+    /// Adds a line: each field with the separator behind it.
+    void add(std::initializer_list<std::string_view> fields);
+    /// Adds a line that is rendered already, without its end.
+    virtual void addLine(std::string_view line) = 0;
+};
+
 /// The report that a check writes: sealed as it goes, beside the one of the check before, which it replaces
 /// once it is kept. Without that it goes, as on Cancel. Throws base::FileFailure.
-class ReportWriter {
+class ReportWriter : public ReportSink {
   public:
     ReportWriter(store::Vault& vault, ReportKind kind);
 
-    /// Adds a line: each field with the separator behind it, then CR LF.
-    void add(std::initializer_list<std::string_view> fields);
-    /// Adds a line that is rendered already, all but CR LF.
-    void addLine(std::string_view line);
+    void addLine(std::string_view line) override;
 
     void keep();
 

@@ -67,7 +67,7 @@ class CompleteSystem : public testing::Test, public BaselineWorld {
         const auto renderer = components::makeRenderer(of, world.platform);
         if (report) {
             for (const std::string_view line : report->lines())
-                texts.push_back(shown(renderer->fields(line).front().value));
+                texts.push_back(shown(renderer->fields(texts.size(), line).front().value));
         }
         return texts;
     }
@@ -107,7 +107,7 @@ TEST_F(CompleteSystem, TellsWhatChangedOfEachComponentAndNothingOfAQuietMachine)
     EXPECT_EQ(checked->components.size(), kAll.size());
     EXPECT_EQ(checked->firstPage(), 1U);
     EXPECT_EQ(components::systemPageCaption(1), "Page: 1 of 5");
-    EXPECT_THAT(linesOf(ReportKind::FileContents), ElementsAre("b", "b"));
+    EXPECT_THAT(linesOf(ReportKind::FileContents), ElementsAre("old", "new"));
     EXPECT_THAT(linesOf(ReportKind::DirectoryStructure), ElementsAre("R", "A"));
     EXPECT_FALSE(linesOf(ReportKind::Registry).empty());
     EXPECT_EQ(linesOf(ReportKind::Services).size(), 2U);
@@ -116,7 +116,7 @@ TEST_F(CompleteSystem, TellsWhatChangedOfEachComponentAndNothingOfAQuietMachine)
     EXPECT_FALSE(checked->isWhole());
     EXPECT_TRUE(world.context().record.lastCheck);
     // The database is as it was: the next check tells the same.
-    EXPECT_THAT((checkSystem(), linesOf(ReportKind::FileContents)), ElementsAre("b", "b"));
+    EXPECT_THAT((checkSystem(), linesOf(ReportKind::FileContents)), ElementsAre("old", "new"));
     ASSERT_EQ(world.open("db"), store::OpenResult::Opened);
     EXPECT_TRUE(world.restore("b").restored);
     EXPECT_EQ(world.read("b"), "b");
@@ -152,7 +152,7 @@ TEST_F(CompleteSystem, ChecksWhatIsSelectedAndLeavesTheOtherReports) {
     const auto checked = checkSystem(kServices);
     EXPECT_EQ(checked->firstPage(), 5U);
     EXPECT_EQ(checked->components.size(), 1U);
-    EXPECT_THAT(linesOf(ReportKind::FileContents), ElementsAre("b", "b")) << "the earlier result";
+    EXPECT_THAT(linesOf(ReportKind::FileContents), ElementsAre("old", "new")) << "the earlier result";
     EXPECT_EQ(checkSystem({})->firstPage(), 0U);
 }
 
@@ -206,7 +206,7 @@ TEST_F(CompleteSystem, GoesAlongWithAChangeOfThePasswordAndIsDeletedWhole) {
     world.write("b", "changed");
     EXPECT_EQ(world.changePassword("another", {}).result, core::PasswordChangeResult::Changed);
     checkSystem();
-    EXPECT_THAT(linesOf(ReportKind::FileContents), ElementsAre("b", "b"));
+    EXPECT_THAT(linesOf(ReportKind::FileContents), ElementsAre("old", "new"));
     EXPECT_TRUE(world.restore("b").restored);
     NobodyListens nobody;
     world.machine.ui.answers = {true};
