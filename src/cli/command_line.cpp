@@ -72,6 +72,7 @@ class Commands {
         config();
         mail();
         password();
+        plain("run", "Check by the schedule, unattended, until a signal comes", runUnattended);
         plain("reset", "After a forgotten password: empty index, schedule and logs", runReset);
     }
 

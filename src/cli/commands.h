@@ -139,5 +139,7 @@ ExitCode runLogSession(Context& context, const LogArguments& arguments);
 ExitCode runLogExport(Context& context, const LogArguments& arguments);
 ExitCode runLogImport(Context& context, const LogArguments& arguments);
 ExitCode runLogDelete(Context& context);
+/// Checks by the schedule until a signal comes.
+ExitCode runUnattended(Context& context);
 
 }  // namespace corvalence::cli

@@ -14,6 +14,7 @@
 #include "components/machine.h"
 #include "platform/mail.h"
 #include "platform/platform.h"
+#include "platform/supervisor.h"
 
 namespace corvalence::cli {
 
@@ -33,6 +34,7 @@ struct Context {
     platform::Terminal& terminal;
     const components::Machine& machine;
     const std::shared_ptr<platform::Mail>& mail;
+    platform::Supervisor& supervisor;
     ConsoleUserInterface& ui;
     const Options& options;
     std::string dataRoot;  // where `init` makes the data folders, with a closing separator

@@ -23,6 +23,7 @@
 #include "platform/linux/posix_access_lists.h"
 #include "platform/linux/smtp_mail.h"
 #include "platform/linux/systemd_services.h"
+#include "platform/linux/systemd_supervisor.h"
 #include "platform/linux/trash_folders.h"
 
 namespace {
@@ -95,6 +96,7 @@ int main(int argc, char** argv) {
     ExtendedAttributes streams;
     SystemdServices services(files);
     LinuxRegistry registry(files);
+    SystemdSupervisor supervisor;
     PosixAccessLists accessLists;
     TrashFolders trash(files, [&volumes] { return trashPlaces(volumes); });
     const base::PathRules paths;
@@ -110,6 +112,7 @@ int main(int argc, char** argv) {
         .terminal = terminal,
         .machine = {streams, trash, services, registry, accessLists},
         .mail = std::make_shared<SmtpMail>(files, clock),
+        .supervisor = supervisor,
         .paths = paths,
         .in = std::cin,
         .out = std::cout,

@@ -12,6 +12,7 @@
 #include "components/machine.h"
 #include "platform/mail.h"
 #include "platform/platform.h"
+#include "platform/supervisor.h"
 #include "platform/terminal.h"
 
 namespace corvalence::cli {
@@ -34,6 +35,7 @@ struct Host {
     platform::Terminal& terminal;
     components::Machine machine;
     std::shared_ptr<platform::Mail> mail;
+    platform::Supervisor& supervisor;
     base::PathRules paths;
     std::istream& in;
     std::ostream& out;

@@ -81,6 +81,7 @@ int wmain(int argc, wchar_t** argv) {
     BackupStreams streams;
     WindowsServiceManager services;
     WindowsRegistry registry;
+    platform::Supervisor supervisor;
     WindowsAccessLists accessLists;
     ShellRecycleBin recycleBin;
     process.catchCancelSignals();
@@ -95,6 +96,7 @@ int wmain(int argc, wchar_t** argv) {
         .terminal = terminal,
         .machine = {streams, recycleBin, services, registry, accessLists},
         .mail = std::make_shared<SimpleMapi>(),
+        .supervisor = supervisor,
         .paths = kPaths,
         .in = std::cin,
         .out = std::cout,

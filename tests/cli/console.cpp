@@ -27,6 +27,7 @@ Outcome Console::run(std::vector<std::string> arguments) {
                          terminal,
                          {system.streams, recycleBin, services, registry, system.accessLists},
                          mail,
+                         supervisor,
                          system.paths,
                          in,
                          out,

@@ -127,6 +127,7 @@ class Console {
     ListedServices services;
     ListedRegistry registry;
     std::shared_ptr<ScriptedMail> mail = std::make_shared<ScriptedMail>();
+    platform::Supervisor supervisor;
     std::string input = "secret\n";
     bool outputFails = false;
 };

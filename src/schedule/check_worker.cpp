@@ -1,0 +1,275 @@
+#include "schedule/check_worker.h"
+
+#include "components/kinds.h"
+#include "files/check.h"
+#include "files/warning_sound.h"
+#include "schedule/mail_message.h"
+#include "schedule/schedule_settings.h"
+#include "store/database_files.h"
+#include "store/database_index.h"
+#include "store/database_opening.h"
+
+namespace corvalence::schedule {
+
+namespace {
+
+using State = store::DatabaseOpening::State;
+
+WorkKind workKindOf(const std::optional<store::IndexRecord>& record) {
+    if (!record) return WorkKind::Files;
+    switch (record->kind) {
+        case store::DatabaseKind::Numbered:
+            return WorkKind::Files;
+        case store::DatabaseKind::DirectoryStructure:
+            return WorkKind::DirectoryStructure;
+        case store::DatabaseKind::Permissions:
+            return WorkKind::Permissions;
+        case store::DatabaseKind::Registry:
+            return WorkKind::Registry;
+        case store::DatabaseKind::Services:
+            return WorkKind::Services;
+    }
+    return WorkKind::Files;
+}
+
+/// A database that cannot even be read is none that verifies.
+State stateOf(store::Vault& vault, const store::IndexRecord& record) {
+    try {
+        return store::DatabaseOpening(vault).state(record);
+    } catch (const base::FileFailure&) {
+        return State::Changed;
+    }
+}
+
+/// What stands behind "Reason: ", where there is one.
+std::string reasonOf(const std::string& message) {
+    constexpr std::string_view kReason = "Reason: ";
+    const std::size_t at = message.find(kReason);
+    return at == std::string::npos ? message : message.substr(at + kReason.size());
+}
+
+/// Hands the work of a check on to whoever shows it.
+class ToldProgress : public platform::Progress {
+  public:
+    ToldProgress(std::unique_ptr<platform::Progress> inner, WorkListener& listener)
+        : inner_(std::move(inner)), listener_(listener) {}
+
+    bool cancelled() override { return inner_->cancelled(); }
+    void bar(std::uint32_t position) override {
+        inner_->bar(position);
+        listener_.progress(position);
+    }
+    void label(const std::string& text) override { inner_->label(text); }
+    void file(const std::string& path, std::uint64_t remaining) override { inner_->file(path, remaining); }
+
+  private:
+    std::unique_ptr<platform::Progress> inner_;
+    WorkListener& listener_;
+};
+
+/// Answers by the settings: nothing is done about a changed file, or it is put back.
+class AutoRestore : public files::ChangedFileDetailsDialog {
+  public:
+    explicit AutoRestore(const ScheduleSettings& settings) : settings_(settings) {}
+
+    files::Reaction show(const files::ChangedFileDetails&) override {
+        return settings_.autoRestore ? files::Reaction::Restore : files::Reaction::Ignore;
+    }
+    std::optional<files::RestoreChoice> showRestore(const std::string&) override { return choice(); }
+    bool attended() const override { return false; }
+    bool warnsOfEach() const override { return false; }
+
+    AutoRestoreResult result(bool done, const std::string& message) const {
+        return {settings_.autoRestore, done, choice(), reasonOf(message)};
+    }
+
+  private:
+    files::RestoreChoice choice() const {
+        return settings_.movesChanged ? files::RestoreChoice::MoveChangedFile
+                                      : files::RestoreChoice::DeleteChangedFile;
+    }
+
+    ScheduleSettings settings_;
+};
+
+}  // namespace
+
+/// Warns of the first difference of a check, by sound and by the listener.
+class CheckWorker::Warning {
+  public:
+    Warning(store::Vault& vault, WorkListener& listener) : vault_(vault), listener_(listener) {}
+
+    void raise() {
+        if (wasRaised_) return;
+        wasRaised_ = true;
+        listener_.firstDifference();
+        files::playWarning(vault_);
+    }
+
+  private:
+    store::Vault& vault_;
+    WorkListener& listener_;
+    bool wasRaised_ = false;
+};
+
+struct CheckWorker::Findings {
+    WorkResult result = WorkResult::Incomplete;
+    bool needsRestart = false;
+
+    void take(bool differs, bool isWhole, bool isCancelled) {
+        isModified = differs;
+        result = isCancelled ? WorkResult::Cancelled
+                 : differs   ? WorkResult::Differs
+                 : isWhole   ? WorkResult::Same
+                             : WorkResult::Incomplete;
+    }
+    bool isModified = false;
+    MailPlan mail = MailPlan::Off;
+};
+
+namespace {
+
+template <typename Warning>
+class LoggedFiles : public files::CheckObserver {
+  public:
+    LoggedFiles(LogBlock& block, Warning& warning, const AutoRestore& restore, const base::PathRules& paths)
+        : block_(block), warning_(warning), restore_(restore), paths_(paths) {}
+
+    void unchecked(const std::string& path, const std::string& reason) override {
+        block_.unchecked(path, reason);
+    }
+    void changed(const files::ChangedFileDetails& details, files::Reaction reaction, bool done,
+                 const std::string& message) override {
+        warning_.raise();
+        // The index of all databases is never put back.
+        const bool isTried = reaction == files::Reaction::Restore;
+        block_.changed(details, isTried ? restore_.result(done, message) : AutoRestoreResult{}, paths_);
+    }
+    void note(const std::string& path, const std::string& text) override { block_.note(path + ": " + text); }
+
+  private:
+    LogBlock& block_;
+    Warning& warning_;
+    const AutoRestore& restore_;
+    const base::PathRules& paths_;
+};
+
+/// The lines of a report as a log has them.
+template <typename Warning>
+class LoggedReport : public reports::ReportSink {
+  public:
+    LoggedReport(LogBlock& block, Warning& warning, const reports::RecordRenderer& renderer)
+        : block_(block), warning_(warning), renderer_(renderer) {}
+
+    void addLine(std::string_view line) override {
+        warning_.raise();
+        block_.change(renderer_.text(number_++, line));
+    }
+
+  private:
+    LogBlock& block_;
+    Warning& warning_;
+    const reports::RecordRenderer& renderer_;
+    std::size_t number_ = 0;
+};
+
+}  // namespace
+
+void CheckWorker::run(const std::string& database) {
+    const auto record = store::DatabaseIndex(vault_).findExact(database);
+    context_.listener.begins(database, workKindOf(record));
+    LogPair pair(vault_, vault_.configuration.isOn(settings::key::kEmailEnabled));
+    const Findings findings = writeBlock(database, record, pair);
+    pair.close();
+    if (pair.failure()) {
+        vault_.platform.ui.message(platform::Icon::Warning,
+                                   "The session log does not hold all of the check of " + database +
+                                       ".\nReason: " + *pair.failure());
+    }
+    const bool wasChecked = findings.result != WorkResult::Missing && findings.result != WorkResult::Altered;
+    if (wasChecked) stamp(database);
+    if (isMailed(findings.mail))
+        mailCheck(vault_, context_.mail, findings.mail, pair.text(), context_.waiting);
+    if (findings.needsRestart) context_.listener.needsRestart();
+    context_.listener.ends(findings.result);
+}
+
+CheckWorker::Findings CheckWorker::writeBlock(const std::string& database,
+                                              const std::optional<store::IndexRecord>& record,
+                                              LogSink& sink) {
+    LogBlock block(sink, vault_.platform.clock);
+    Findings findings;
+    if (!vault_.platform.files.status(database, platform::Follow::Yes)) {
+        findings.result = WorkResult::Missing;
+        block.begin(database, BlockHeader::Missing);
+    } else if (!record || stateOf(vault_, *record) != State::Ok) {
+        findings.result = WorkResult::Altered;
+        block.begin(database, BlockHeader::Altered);
+    } else {
+        block.begin(database, BlockHeader::Checked);
+        check(*record, block, findings);
+    }
+    findings.mail = mailPlan(vault_.configuration, findings.isModified);
+    block.end(findings.mail);
+    return findings;
+}
+
+void CheckWorker::check(const store::IndexRecord& record, LogBlock& block, Findings& findings) {
+    try {
+        ToldProgress progress(context_.openProgress("Checking Database: " + record.path), context_.listener);
+        record.kind == store::DatabaseKind::Numbered ? checkFiles(record, block, findings, progress)
+                                                     : checkBaseline(record, block, findings, progress);
+    } catch (const crypto::NameTaken& taken) {
+        block.unchecked(record.path, taken.what());
+        findings.needsRestart = true;
+    } catch (const files::DatabaseChanged& changed) {
+        block.note(changed.what());
+    } catch (const base::FileFailure& failure) {
+        block.unchecked(failure.path().empty() ? record.path : failure.path(), failure.reason());
+    }
+}
+
+void CheckWorker::checkFiles(const store::IndexRecord& record, LogBlock& block, Findings& findings,
+                             platform::Progress& progress) {
+    store::OpenDatabaseContext context{record};
+    AutoRestore restore(ScheduleSettings::read(vault_.configuration));
+    Warning warning(vault_, context_.listener);
+    LoggedFiles<Warning> observer(block, warning, restore, vault_.platform.paths);
+    files::FileContentsCheck check(vault_, context, restore, observer);
+    const files::CheckCounts counts = check.checkAllFiles(progress).counts;
+    findings.take(counts.changed > 0, counts.unchecked == 0, counts.cancelled);
+    if (counts.cancelled) block.cancelled();
+    block.summary(counts);
+}
+
+void CheckWorker::checkBaseline(const store::IndexRecord& record, LogBlock& block, Findings& findings,
+                                platform::Progress& progress) {
+    const components::ComponentKind& kind = *components::findComponentKind(record.kind);
+    auto files = store::componentRecords(vault_, record.kind, store::Form::Standalone, record);
+    const auto check = kind.makeCheck(vault_, context_.machine, record.path, std::move(files));
+    const auto renderer = components::makeRenderer(kind.report, vault_.platform);
+    Warning warning(vault_, context_.listener);
+    LoggedReport<Warning> report(block, warning, *renderer);
+    const auto status = vault_.platform.files.status(record.path, platform::Follow::Yes);
+    if (status && status->size == 0) {
+        block.note(record.path + " is an empty database.");
+        return;
+    }
+    components::CheckOutcome outcome;
+    outcome.cancelled = !check->compare(progress, report);
+    outcome.counts = check->counts();
+    outcome.remarks = check->remarks();
+    findings.take(outcome.differs(), outcome.isWhole(), outcome.cancelled);
+    if (outcome.cancelled) block.cancelled();
+    block.summary(record.kind, outcome);
+}
+
+void CheckWorker::stamp(const std::string& database) {
+    try {
+        store::DatabaseIndex(vault_).stampChecked(database, vault_.platform.clock.now());
+    } catch (const base::FileFailure& failure) {
+        vault_.platform.ui.message(platform::Icon::Warning, failure.what());
+    }
+}
+
+}  // namespace corvalence::schedule
