@@ -157,7 +157,9 @@ ExitCode runLogSession(Context& context, const LogArguments& arguments) {
         return tellDone(context, "appended", "The session log was appended to the log file.");
     }
     if (arguments.overwrite) {
-        logs.overwriteMaster();
+        if (!logs.overwriteMaster())
+            throw CommandEnd(ExitCode::Differences,
+                             "The session log is empty; the log file was left as it is.");
         return tellDone(context, "overwritten", "The session log took the place of the log file.");
     }
     return showOwn(context, *run, LogKind::Session, arguments);

@@ -1,6 +1,7 @@
 #include "cli/commands.h"
 #include "cli/console_text.h"
 #include "cli/session.h"
+#include "cli/until_cancelled.h"
 #include "schedule/mail_message.h"
 
 namespace corvalence::cli {
@@ -9,15 +10,6 @@ namespace {
 
 constexpr std::string_view kText =
     "This is a test of the mails about scheduled checks. It was sent by hand; no check was made.\n";
-
-class UntilCancelled : public schedule::MailWaiting {
-  public:
-    explicit UntilCancelled(const platform::Process& process) : process_(process) {}
-    bool goOn() override { return !process_.cancelRequested(); }
-
-  private:
-    const platform::Process& process_;
-};
 
 void tellSent(Context& context, const std::string& recipient, bool isOn) {
     if (context.options.json) {

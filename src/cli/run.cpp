@@ -2,6 +2,7 @@
 #include "cli/console_text.h"
 #include "cli/password_prompt.h"
 #include "cli/session.h"
+#include "cli/until_cancelled.h"
 #include "platform/time_text.h"
 #include "schedule/background_mode.h"
 #include "schedule/schedule_list.h"
@@ -13,6 +14,9 @@ namespace corvalence::cli {
 namespace {
 
 constexpr std::chrono::milliseconds kSignalDelay{100};  // until a signal is seen
+constexpr std::string_view kNoInterval =
+    "The interval between checks is 0: nothing would ever be checked. Set it with:  corvalencectl schedule "
+    "interval HH:MM:SS";
 
 /// Asks once and answers with the same password from then on, as each round of checks is a start of its own.
 class KeptPassword : public core::PasswordDialog {
@@ -20,40 +24,21 @@ class KeptPassword : public core::PasswordDialog {
     explicit KeptPassword(Context& context) : prompt_(context) {}
 
     std::optional<crypto::SecretText> show(bool choosing, bool again) override {
-        if (isProved) return again ? std::nullopt : std::optional(crypto::SecretText(kept_.view()));
+        if (isProved) {
+            wasRefused = again;
+            return again ? std::nullopt : std::optional(crypto::SecretText(kept_.view()));
+        }
         auto given = prompt_.show(choosing, again);
         if (given) kept_ = crypto::SecretText(given->view());
         return given;
     }
 
     bool isProved = false;
+    bool wasRefused = false;  // later, as somebody has changed it
 
   private:
     PasswordPrompt prompt_;
     crypto::SecretText kept_;
-};
-
-/// What a check under way shows: nothing, but a signal cancels it.
-class SilentProgress : public platform::Progress {
-  public:
-    explicit SilentProgress(const platform::Process& process) : process_(process) {}
-    bool cancelled() override { return process_.cancelRequested(); }
-    void bar(std::uint32_t) override {}
-    void label(const std::string&) override {}
-    void file(const std::string&, std::uint64_t) override {}
-
-  private:
-    const platform::Process& process_;
-};
-
-/// A mail is waited for until a signal comes.
-class UntilSignal : public schedule::MailWaiting {
-  public:
-    explicit UntilSignal(const platform::Process& process) : process_(process) {}
-    bool goOn() override { return !process_.cancelRequested(); }
-
-  private:
-    const platform::Process& process_;
 };
 
 /// The states of background mode, one line each: on a terminal the captions and the countdown, for the
@@ -79,17 +64,19 @@ class BackgroundConsole : public schedule::EngineFront,
         platform::Process& process = context_.platform.process;
         mode_.start();
         context_.supervisor.ready();
-        while (!process.cancelRequested() && !isClosing_) {
+        while (!process.cancelRequested() && !isClosing_ && engine_.isArmed()) {
             if (const auto timer = timers_.due()) {
                 mode_.timer(*timer);
             } else {
                 context_.platform.clock.sleep(std::min(timers_.wait().value_or(kSignalDelay), kSignalDelay));
             }
         }
+        const bool wasUnset = !process.cancelRequested() && !isClosing_;
         context_.supervisor.stopping();
         line_.clear();
         mode_.run(schedule::TrayCommand::Open);
-        return isClosing_ ? ExitCode::Failed : ExitCode::Done;
+        if (wasUnset) throw CommandEnd(ExitCode::Usage, std::string(kNoInterval));
+        return isClosing_ || !isSessionKept_ ? ExitCode::Failed : ExitCode::Done;
     }
 
     // The engine's front.
@@ -99,18 +86,37 @@ class BackgroundConsole : public schedule::EngineFront,
         draw();
     }
     void visitSchedule(schedule::Timer tick) override {
+        try {
+            visitGuarded(tick);
+        } catch (const base::FileFailure& failure) {
+            // What one round meets must not end the watch.
+            context_.ui.message(platform::Icon::Warning, failure.what());
+        }
+    }
+    void visitGuarded(schedule::Timer tick) {
         const auto run = begin();
         if (!run) return;
-        const schedule::WorkContext work{
-            run->vault(), context_.machine, *this, mail_, waiting_, [this](const std::string&) {
-                return std::make_unique<SilentProgress>(context_.platform.process);
-            }};
+        line_.clear();
+        const auto openProgress = [this](const std::string& title) {
+            return context_.ui.openProgress(title);
+        };
+        const schedule::WorkContext work{run->vault(), context_.machine, *this,
+                                         mail_,        waiting_,         openProgress};
         schedule::visitSchedule(
             work, tick, {}, [this] { return !context_.platform.process.cancelRequested() && !isClosing_; });
     }
     void showSummary() override {
         // Nobody is there to choose: the session goes to the end of the log, as the dialog has it at first.
-        if (const auto run = begin()) schedule::LogFiles(run->vault()).appendSession();
+        const auto run = begin();
+        isSessionKept_ = run != nullptr;
+        if (run) {
+            schedule::LogFiles(run->vault()).appendSession();
+        } else {
+            context_.ui.message(
+                platform::Icon::Warning,
+                "The session log was not added to the log file. It stays, and is with the next "
+                "session.");
+        }
     }
 
     // The tray.
@@ -168,10 +174,12 @@ class BackgroundConsole : public schedule::EngineFront,
             case core::StartResult::AlreadyRunning:
             case core::StartResult::Cancelled:
                 context_.ui.message(platform::Icon::Warning,
-                                    "Nothing was checked: another program is at work on the installation.");
+                                    "Another program is at work on the installation.");
                 return nullptr;
             case core::StartResult::PasswordRefused:
-                throw CommandEnd(ExitCode::Refused, "The password has been changed.");
+                if (password_.wasRefused)
+                    throw CommandEnd(ExitCode::Refused, "The password has been changed.");
+                return nullptr;  // why was told; the next tick tries again
             case core::StartResult::NoInstallation:
             case core::StartResult::NotAdministrator:
                 break;
@@ -192,11 +200,12 @@ class BackgroundConsole : public schedule::EngineFront,
     schedule::CheckingEngine engine_;
     schedule::BackgroundMode mode_;
     schedule::MailThread mail_;
-    UntilSignal waiting_;
+    UntilCancelled waiting_;
     std::string caption_;
     std::string left_;
     std::string database_;
     bool isClosing_ = false;
+    bool isSessionKept_ = true;
 };
 
 }  // namespace
@@ -206,9 +215,7 @@ ExitCode runUnattended(Context& context) {
     requireInstallation(context);
     const settings::Configuration configuration(context.platform.settings, context.ui);
     if (schedule::ScheduleSettings::read(configuration).interval.total().count() == 0) {
-        throw CommandEnd(ExitCode::Usage,
-                         "The interval between checks is 0: nothing would ever be checked. Set it with:  "
-                         "corvalencectl schedule interval HH:MM:SS");
+        throw CommandEnd(ExitCode::Usage, std::string(kNoInterval));
     }
     KeptPassword password(context);
     startRun(context, password);

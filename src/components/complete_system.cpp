@@ -125,6 +125,14 @@ class Creation {
     SystemCreated created_;
 };
 
+/// A component that fails must keep neither the others from being checked nor an older report in its place.
+CheckOutcome failedOutcome(const std::string& path, std::string_view reason) {
+    CheckOutcome outcome;
+    outcome.remarks.push_back(
+        {"failed", 1, " component could not be checked.", {{path, std::string(reason)}}, true});
+    return outcome;
+}
+
 CheckOutcome checkOne(store::Vault& vault, const Machine& machine, const store::OpenDatabaseContext& database,
                       reports::ReportKind component, platform::Progress& progress) {
     const ComponentKind* kind = findComponentKind(component);
@@ -136,6 +144,19 @@ CheckOutcome checkOne(store::Vault& vault, const Machine& machine, const store::
     const std::string first = files.front().path;
     const auto check = kind->makeCheck(vault, machine, database.path(), std::move(files));
     return runCheck(vault, database, first, component, *check, progress);
+}
+
+CheckOutcome checkGuarded(store::Vault& vault, const Machine& machine,
+                          const store::OpenDatabaseContext& database, reports::ReportKind component,
+                          platform::Progress& progress) {
+    reports::removeReport(vault, component);
+    try {
+        return checkOne(vault, machine, database, component, progress);
+    } catch (const files::DatabaseChanged& changed) {
+        return failedOutcome(database.path(), changed.what());
+    } catch (const base::FileFailure& failure) {
+        return failedOutcome(failure.path(), failure.what());
+    }
 }
 
 }  // namespace
@@ -175,7 +196,7 @@ SystemChecked checkCompleteSystem(store::Vault& vault, const Machine& machine,
     SystemChecked result;
     for (const reports::ReportRow& row : reports::reportRows()) {
         if (std::find(selected.begin(), selected.end(), row.kind) == selected.end()) continue;
-        result.components.push_back({row.kind, checkOne(vault, machine, database, row.kind, *progress)});
+        result.components.push_back({row.kind, checkGuarded(vault, machine, database, row.kind, *progress)});
         if (!result.components.back().outcome.cancelled) continue;
         result.cancelled = true;
         reports::removeReports(vault);

@@ -82,7 +82,11 @@ bool DirectoryCheck::compare(platform::Progress& progress, reports::ReportSink& 
     DriveWalk walk(vault_, plan_, own);
     StreamScan scan(machine_.streams, walk.account());
     Visitor visitor(*this, scan, progress);
-    if (!walk.run(visitor)) return false;
+    if (!walk.run(visitor)) {
+        // No report is kept of it, but a log tells what was found.
+        findings_.write(report);
+        return false;
+    }
     endFiles();
     system.ui.status(0, "Checking For Alternate Data Stream Differences...");
     endStreams();
@@ -135,7 +139,8 @@ void DirectoryCheck::compareFile(const std::string& path) {
         if (!fileIndex_) fileIndex_.emplace(lines_.files, isComplete_, *progress_);
         const auto found = fileIndex_->find(path, nextFile_);
         if (!found) {
-            addNew(DirectoryChange::FileAdded, path);
+            // An index that was cancelled finds nothing.
+            if (!progress_->cancelled()) addNew(DirectoryChange::FileAdded, path);
             return;
         }
         for (; nextFile_ < *found; ++nextFile_)

@@ -37,7 +37,11 @@ bool RegistryCheck::compare(platform::Progress& progress, reports::ReportSink& r
         progress.bar(static_cast<std::uint32_t>(std::uint64_t{platform::Progress::kSteps} * next_ / total));
         return true;
     });
-    if (!isWhole) return false;
+    if (!isWhole) {
+        // No report is kept of it, but a log tells what was found.
+        findings_.write(report);
+        return false;
+    }
     endLines();
     vault_.platform.ui.status(0, "Verifying...");
     findings_.joinMoved();
@@ -70,7 +74,11 @@ void RegistryCheck::compareValue(const RegistryRecord& live, platform::Progress&
     }
     if (!isInStep(lines_[next_], live)) {
         const auto found = find(live, progress);
-        if (!found) return add();
+        if (!found) {
+            // An index that was cancelled finds nothing.
+            if (!progress.cancelled()) add();
+            return;
+        }
         for (; next_ < *found; ++next_)
             miss(lines_[next_]);
     }

@@ -15,12 +15,14 @@ std::string reportPath(const settings::Configuration& configuration, ReportKind 
         .append(kSealedSuffix);
 }
 
+void removeReport(const store::Vault& vault, ReportKind kind) {
+    const std::string path = reportPath(vault.configuration, kind);
+    if (vault.platform.files.status(path, platform::Follow::No)) vault.platform.files.remove(path);
+}
+
 void removeReports(const store::Vault& vault) {
-    platform::FileSystem& files = vault.platform.files;
-    for (const ReportKind kind : kRemovalOrder) {
-        const std::string path = reportPath(vault.configuration, kind);
-        if (files.status(path, platform::Follow::No)) files.remove(path);
-    }
+    for (const ReportKind kind : kRemovalOrder)
+        removeReport(vault, kind);
 }
 
 ReportWriter::ReportWriter(store::Vault& vault, ReportKind kind)

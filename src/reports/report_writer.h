@@ -14,8 +14,9 @@ namespace corvalence::reports {
 /// Where the report of the last check of a kind lies.
 std::string reportPath(const settings::Configuration& configuration, ReportKind kind);
 
-/// Removes the reports of the last checks, of all five kinds; what is not there is none. Throws
-/// base::FileFailure.
+/// Removes the report of the last check of a kind, if there is one. Throws base::FileFailure.
+void removeReport(const store::Vault& vault, ReportKind kind);
+/// Removes the reports of all five kinds, likewise.
 void removeReports(const store::Vault& vault);
 
 /// Takes the lines of a report as a check finds them. Throws base::FileFailure.

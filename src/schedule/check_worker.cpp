@@ -32,10 +32,13 @@ WorkKind workKindOf(const std::optional<store::IndexRecord>& record) {
     return WorkKind::Files;
 }
 
-/// A database that cannot even be read is none that verifies.
-State stateOf(store::Vault& vault, const store::IndexRecord& record) {
+/// One that cannot even be read is none that verifies; one whose own file is there is not missing.
+State stateOf(store::Vault& vault, const std::string& database,
+              const std::optional<store::IndexRecord>& record) {
     try {
-        return store::DatabaseOpening(vault).state(record);
+        if (!vault.platform.files.status(database, platform::Follow::Yes)) return State::Missing;
+        const State state = record ? store::DatabaseOpening(vault).state(*record) : State::Changed;
+        return state == State::Ok ? State::Ok : State::Changed;
     } catch (const base::FileFailure&) {
         return State::Changed;
     }
@@ -106,6 +109,8 @@ class CheckWorker::Warning {
         files::playWarning(vault_);
     }
 
+    bool wasRaised() const noexcept { return wasRaised_; }
+
   private:
     store::Vault& vault_;
     WorkListener& listener_;
@@ -117,12 +122,15 @@ struct CheckWorker::Findings {
     bool needsRestart = false;
 
     void take(bool differs, bool isWhole, bool isCancelled) {
+        isDone = true;
         isModified = differs;
         result = isCancelled ? WorkResult::Cancelled
                  : differs   ? WorkResult::Differs
                  : isWhole   ? WorkResult::Same
                              : WorkResult::Incomplete;
     }
+    /// The check came to an end, if only by Cancel.
+    bool isDone = false;
     bool isModified = false;
     MailPlan mail = MailPlan::Off;
 };
@@ -186,8 +194,7 @@ void CheckWorker::run(const std::string& database) {
                                    "The session log does not hold all of the check of " + database +
                                        ".\nReason: " + *pair.failure());
     }
-    const bool wasChecked = findings.result != WorkResult::Missing && findings.result != WorkResult::Altered;
-    if (wasChecked) stamp(database);
+    if (findings.isDone) stamp(database);
     if (isMailed(findings.mail))
         mailCheck(vault_, context_.mail, findings.mail, pair.text(), context_.waiting);
     if (findings.needsRestart) context_.listener.needsRestart();
@@ -199,15 +206,19 @@ CheckWorker::Findings CheckWorker::writeBlock(const std::string& database,
                                               LogSink& sink) {
     LogBlock block(sink, vault_.platform.clock);
     Findings findings;
-    if (!vault_.platform.files.status(database, platform::Follow::Yes)) {
-        findings.result = WorkResult::Missing;
-        block.begin(database, BlockHeader::Missing);
-    } else if (!record || stateOf(vault_, *record) != State::Ok) {
-        findings.result = WorkResult::Altered;
-        block.begin(database, BlockHeader::Altered);
-    } else {
-        block.begin(database, BlockHeader::Checked);
-        check(*record, block, findings);
+    switch (stateOf(vault_, database, record)) {
+        case State::Missing:
+            findings.result = WorkResult::Missing;
+            block.begin(database, BlockHeader::Missing);
+            break;
+        case State::Changed:
+            findings.result = WorkResult::Altered;
+            block.begin(database, BlockHeader::Altered);
+            break;
+        case State::Ok:
+            block.begin(database, BlockHeader::Checked);
+            check(*record, block, findings);
+            break;
     }
     findings.mail = mailPlan(vault_.configuration, findings.isModified);
     block.end(findings.mail);
@@ -215,25 +226,30 @@ CheckWorker::Findings CheckWorker::writeBlock(const std::string& database,
 }
 
 void CheckWorker::check(const store::IndexRecord& record, LogBlock& block, Findings& findings) {
+    Warning warning(vault_, context_.listener);
     try {
         ToldProgress progress(context_.openProgress("Checking Database: " + record.path), context_.listener);
-        record.kind == store::DatabaseKind::Numbered ? checkFiles(record, block, findings, progress)
-                                                     : checkBaseline(record, block, findings, progress);
-    } catch (const crypto::NameTaken& taken) {
-        block.unchecked(record.path, taken.what());
+        record.kind == store::DatabaseKind::Numbered
+            ? checkFiles(record, block, warning, findings, progress)
+            : checkBaseline(record, block, warning, findings, progress);
+    } catch (const crypto::MovesPending& pending) {
+        block.unchecked(record.path, pending.what());
         findings.needsRestart = true;
     } catch (const files::DatabaseChanged& changed) {
         block.note(changed.what());
     } catch (const base::FileFailure& failure) {
         block.unchecked(failure.path().empty() ? record.path : failure.path(), failure.reason());
     }
+    if (findings.isDone || !warning.wasRaised()) return;
+    // What was told before the failure is a difference all the same.
+    findings.isModified = true;
+    findings.result = WorkResult::Differs;
 }
 
-void CheckWorker::checkFiles(const store::IndexRecord& record, LogBlock& block, Findings& findings,
-                             platform::Progress& progress) {
+void CheckWorker::checkFiles(const store::IndexRecord& record, LogBlock& block, Warning& warning,
+                             Findings& findings, platform::Progress& progress) {
     store::OpenDatabaseContext context{record};
     AutoRestore restore(ScheduleSettings::read(vault_.configuration));
-    Warning warning(vault_, context_.listener);
     LoggedFiles<Warning> observer(block, warning, restore, vault_.platform.paths);
     files::FileContentsCheck check(vault_, context, restore, observer);
     const files::CheckCounts counts = check.checkAllFiles(progress).counts;
@@ -242,13 +258,12 @@ void CheckWorker::checkFiles(const store::IndexRecord& record, LogBlock& block, 
     block.summary(counts);
 }
 
-void CheckWorker::checkBaseline(const store::IndexRecord& record, LogBlock& block, Findings& findings,
-                                platform::Progress& progress) {
+void CheckWorker::checkBaseline(const store::IndexRecord& record, LogBlock& block, Warning& warning,
+                                Findings& findings, platform::Progress& progress) {
     const components::ComponentKind& kind = *components::findComponentKind(record.kind);
     auto files = store::componentRecords(vault_, record.kind, store::Form::Standalone, record);
     const auto check = kind.makeCheck(vault_, context_.machine, record.path, std::move(files));
     const auto renderer = components::makeRenderer(kind.report, vault_.platform);
-    Warning warning(vault_, context_.listener);
     LoggedReport<Warning> report(block, warning, *renderer);
     const auto status = vault_.platform.files.status(record.path, platform::Follow::Yes);
     if (status && status->size == 0) {

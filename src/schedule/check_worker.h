@@ -40,10 +40,10 @@ class CheckWorker {
     Findings writeBlock(const std::string& database, const std::optional<store::IndexRecord>& record,
                         LogSink& sink);
     void check(const store::IndexRecord& record, LogBlock& block, Findings& findings);
-    void checkFiles(const store::IndexRecord& record, LogBlock& block, Findings& findings,
+    void checkFiles(const store::IndexRecord& record, LogBlock& block, Warning& warning, Findings& findings,
                     platform::Progress& progress);
-    void checkBaseline(const store::IndexRecord& record, LogBlock& block, Findings& findings,
-                       platform::Progress& progress);
+    void checkBaseline(const store::IndexRecord& record, LogBlock& block, Warning& warning,
+                       Findings& findings, platform::Progress& progress);
     void stamp(const std::string& database);
 
     const WorkContext& context_;

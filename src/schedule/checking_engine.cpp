@@ -15,7 +15,8 @@ bool CheckingEngine::startBackground() {
 
 bool CheckingEngine::arm(Timer tick, const ScheduleSettings& settings) {
     const std::chrono::seconds interval = settings.interval.total();
-    if (interval.count() == 0) return false;
+    isArmed_ = interval.count() > 0;
+    if (!isArmed_) return false;
     bleeps_ = configuration_.number(settings::key::kCountdownSound) == 0;
     tick_ = tick;
     countdown_ = interval;
@@ -32,6 +33,7 @@ void CheckingEngine::hold() {
         timers_.kill(timer);
     }
     countdown_ = std::chrono::seconds(0);
+    isArmed_ = false;
 }
 
 void CheckingEngine::stopWithoutSummary() {

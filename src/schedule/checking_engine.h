@@ -45,6 +45,8 @@ class CheckingEngine : public WorkListener {
     /// For each of the three ticks and the countdown; others are nothing to the engine.
     void timer(Timer timer);
 
+    /// Whether a tick will come.
+    bool isArmed() const noexcept { return isArmed_; }
     bool isCounting() const noexcept { return countdown_.count() > 0; }
     /// Something was checked since the start.
     bool hasRun() const noexcept { return hasRun_; }
@@ -67,6 +69,7 @@ class CheckingEngine : public WorkListener {
     Timer tick_ = Timer::ContinuousTick;  // in force
     bool mayCheck_ = false;               // a tick does nothing otherwise
     bool mayRestart_ = true;              // behind a check
+    bool isArmed_ = false;
     bool hasRun_ = false;
     bool bleeps_ = false;
     std::chrono::seconds countdown_{0};

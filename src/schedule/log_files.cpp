@@ -60,9 +60,13 @@ void LogFiles::commit(crypto::TemporaryFile master) {
     vault_.working.commitMoves(std::move(moves));
 }
 
+bool LogFiles::isEmpty(LogKind kind) const {
+    const auto status = vault_.platform.files.status(path(kind), platform::Follow::Yes);
+    return !status || status->size == 0;
+}
+
 void LogFiles::appendSession() {
-    const auto status = vault_.platform.files.status(path(LogKind::Session), platform::Follow::Yes);
-    if (!status || status->size == 0) return;
+    if (isEmpty(LogKind::Session)) return;
     crypto::TemporaryFile master = copyBeside(LogKind::Master, LogKind::Master);
     {
         crypto::SealAppender log(master.file(), vault_.session.key, vault_.session.chains.LogIV);
@@ -74,8 +78,10 @@ void LogFiles::appendSession() {
     commit(std::move(master));
 }
 
-void LogFiles::overwriteMaster() {
+bool LogFiles::overwriteMaster() {
+    if (isEmpty(LogKind::Session)) return false;
     commit(copyBeside(LogKind::Session, LogKind::Master));
+    return true;
 }
 
 void LogFiles::empty(LogKind kind) {

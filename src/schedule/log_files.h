@@ -27,8 +27,9 @@ class LogFiles {
     /// The session goes to the end of the master log. What the session log does not hold in whole blocks is
     /// left out.
     void appendSession();
-    /// The session takes the place of the master log.
-    void overwriteMaster();
+    /// The session takes the place of the master log. False, and the log is as it was, where nothing was
+    /// logged in it.
+    bool overwriteMaster();
 
     /// Empties a log.
     void empty(LogKind kind);
@@ -40,6 +41,7 @@ class LogFiles {
     void exportLog(LogKind kind, const std::string& destination);
 
   private:
+    bool isEmpty(LogKind kind) const;
     crypto::TemporaryFile copyBeside(LogKind source, LogKind target);
     void commit(crypto::TemporaryFile master);
 
@@ -50,7 +52,7 @@ class LogFiles {
 /// it is to be mailed, to a text in memory.
 ///
 /// The log is written in place, so that a log of any size takes a block in the time that the block takes; a
-/// check that is ended by force leaves what it had found. A failure of the log, as on a full disk, ends the
+/// check that is ended by force leaves what it had told. A failure of the log, as on a full disk, ends the
 /// writing to it but not the check: failure() tells, and the next block goes on behind what was written.
 class LogPair : public LogSink {
   public:

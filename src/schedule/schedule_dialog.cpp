@@ -3,8 +3,7 @@
 #include <algorithm>
 
 #include "platform/time_text.h"
-#include "store/component_files.h"
-#include "store/component_index.h"
+#include "store/database_files.h"
 #include "store/database_index.h"
 
 namespace corvalence::schedule {
@@ -25,13 +24,7 @@ std::optional<base::FileTime> lastCheckOf(const base::PathRules& paths,
 
 bool isCompleteSystem(store::Vault& vault, const std::string& database) {
     const auto record = store::DatabaseIndex(vault).findExact(database);
-    if (!record || record->kind != store::DatabaseKind::Numbered) return false;
-    const auto listed = store::ComponentIndex(vault).records();
-    const auto siblings = store::siblingFiles(record->kind, record->path);
-    return std::any_of(siblings.begin(), siblings.end(), [&](const std::string& path) {
-        return std::any_of(listed.begin(), listed.end(),
-                           [&](const store::SealedFileRecord& file) { return file.path == path; });
-    });
+    return record && store::isCompleteSystem(vault, *record);
 }
 
 }  // namespace

@@ -156,7 +156,15 @@ std::vector<std::string> ScheduleList::dropDamaged() {
 }
 
 void ScheduleList::databaseDeleted(const std::string& database) {
-    if (vault_.platform.files.status(path(), platform::Follow::Yes)) remove(database);
+    platform::Platform& system = vault_.platform;
+    if (!system.files.status(path(), platform::Follow::Yes)) return;
+    for (const std::string& gone : remove(database)) {
+        if (system.paths.equal(gone, database)) continue;
+        system.ui.message(platform::Icon::Warning,
+                          gone +
+                              " was taken out of the checking schedule as well: its path begins with that "
+                              "of the deleted database.");
+    }
 }
 
 void ScheduleList::write(std::string_view text) {

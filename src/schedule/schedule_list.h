@@ -46,7 +46,7 @@ class ScheduleList : public store::DeletionListener {
     /// Takes out the damaged lines and what follows the last whole block, and gives the lines.
     std::vector<std::string> dropDamaged();
 
-    /// As remove(); nothing where there is no list.
+    /// As remove(); others that go with it are told. Nothing where there is no list.
     void databaseDeleted(const std::string& database) override;
 
   private:

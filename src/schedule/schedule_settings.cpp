@@ -80,7 +80,7 @@ bool ScheduleSettings::write(settings::Configuration& configuration) const {
         {key::kScheduleHours, std::to_string(interval.hours)},
         {key::kScheduleMinutes, std::to_string(interval.minutes)},
         {key::kScheduleSeconds, std::to_string(interval.seconds)},
-        {key::kAutoRestore, autoRestore ? "1" : "0"},
+        {key::kAutoRestore, autoRestore && canAutoRestore() ? "1" : "0"},
         {key::kAutoRestoreMoves, movesChanged ? "1" : "0"},
         {key::kScheduleReaction, reaction == CheckReaction::Standard ? "P" : "N"},
     }};

@@ -47,7 +47,8 @@ struct ScheduleSettings {
     bool movesChanged = true;
 
     static ScheduleSettings read(const settings::Configuration& configuration);
-    /// Stores all of them, the reaction last. False, and told, where a key cannot be written.
+    /// Stores all of them, the reaction last; Auto Restore is off with Standard checking. False, and told,
+    /// where a key cannot be written.
     bool write(settings::Configuration& configuration) const;
 
     bool startsTimer() const noexcept { return isReactionSet && interval.total().count() > 0; }

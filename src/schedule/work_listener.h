@@ -28,8 +28,8 @@ class WorkListener {
     virtual void firstDifference() = 0;
     /// 0 to platform::Progress::kSteps.
     virtual void progress(std::uint32_t position) = 0;
-    /// A working file that this program cannot end stands in the way: only a new start clears it away. The
-    /// program is to close, and no other check begins.
+    /// Renames that were committed could not be carried out: the next start does that. The program is to
+    /// close, and no other check begins.
     virtual void needsRestart() = 0;
     virtual void ends(WorkResult result) = 0;
 };

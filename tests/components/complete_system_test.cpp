@@ -156,6 +156,20 @@ TEST_F(CompleteSystem, ChecksWhatIsSelectedAndLeavesTheOtherReports) {
     EXPECT_EQ(checkSystem({})->firstPage(), 0U);
 }
 
+TEST_F(CompleteSystem, ChecksTheOtherComponentsWhereOneFails) {
+    make();
+    checkSystem();
+    world.write("b", "changed");
+    services.installed[0].displayName = "Another";
+    writeWholeFile(reportFile(ReportKind::DirectoryStructure) + "123456789s", "in the way");
+    const auto checked = checkSystem();
+    EXPECT_EQ(checked->components.size(), kAll.size());
+    EXPECT_FALSE(checked->isWhole());
+    EXPECT_FALSE(hasReport(ReportKind::DirectoryStructure)) << "not the one of the check before";
+    EXPECT_EQ(linesOf(ReportKind::FileContents).size(), 2U);
+    EXPECT_EQ(linesOf(ReportKind::Services).size(), 2U);
+}
+
 TEST_F(CompleteSystem, LeavesNothingOfACancelledCreationAndNoReportOfACancelledCheck) {
     const std::size_t before = filesIn("Backup Files");
     for (std::uint64_t at = 1; !HasFailure(); ++at) {

@@ -12,6 +12,9 @@
 #include "schedule/schedule_list.h"
 #include "store/backup_database.h"
 #include "store/backup_pair.h"
+#include "store/component_files.h"
+#include "store/component_index.h"
+#include "store/database_digest.h"
 #include "store/database_index.h"
 #include "store/recent_list.h"
 #include "world.h"
@@ -117,6 +120,10 @@ TEST_F(PasswordChange, BringsEverySealedFileAlong) {
         {world.databasePath("dbBn"), crypto::PathIV(world.databasePath("dbBn"))}};
     for (const auto& [path, chain] : texts)
         seal(path, "what " + path + " says\x7F\r\n", chain);
+    for (const std::string& path : store::siblingFiles(store::DatabaseKind::Numbered, world.databasePath())) {
+        if (!world.machine.files.status(path, platform::Follow::No)) seal(path, "", crypto::PathIV(path));
+        store::ComponentIndex(world.vault()).put({{path, store::digestFile(world.machine.files, path)}});
+    }
     store::RecentList recent(world.configuration(), world.vault().session);
     recent.opened(world.databasePath(), store::DatabaseIndex(world.vault()));
     world.check();

@@ -217,7 +217,7 @@ TEST_F(Schedule, DialogStoresIntervalAndReaction) {
                                                                                     {"Config9", "59"},
                                                                                     {"Config10", "59"},
                                                                                     {"Config11", "P"},
-                                                                                    {"Config28", "1"},
+                                                                                    {"Config28", "0"},
                                                                                     {"Config29", "0"}})
         EXPECT_EQ(world.configuration().stored(key), text) << key;
     const auto read = ScheduleSettings::read(world.configuration());

@@ -2,24 +2,21 @@
 
 #include <curl/curl.h>
 
-#include <stdexcept>
-
 #include "platform/linux/smtp_transfer.h"
 
 namespace corvalence::platform::linux_system {
 
 using Outcome = MailResult::Outcome;
 
-SmtpMail::SmtpMail(FileSystem& files, Clock& clock) : files_(files), clock_(clock) {
-    if (::curl_global_init(CURL_GLOBAL_DEFAULT) != CURLE_OK)
-        throw std::runtime_error("The mail library cannot be used.");
-}
+SmtpMail::SmtpMail(FileSystem& files, Clock& clock)
+    : files_(files), clock_(clock), isUsable_(::curl_global_init(CURL_GLOBAL_DEFAULT) == CURLE_OK) {}
 
 SmtpMail::~SmtpMail() {
-    ::curl_global_cleanup();
+    if (isUsable_) ::curl_global_cleanup();
 }
 
 MailResult SmtpMail::send(const MailMessage& message, const MailServer& server, std::stop_token stop) {
+    if (!isUsable_) return {Outcome::NoTransport, "The mail library cannot be used."};
     if (server.url.empty()) return {Outcome::NoTransport, "No mail server is set."};
     if (server.sender.empty()) return {Outcome::NoTransport, "No sender's address is set."};
     try {

@@ -20,6 +20,7 @@ class SmtpMail : public Mail {
   private:
     FileSystem& files_;
     Clock& clock_;
+    bool isUsable_;  // the library could be started
 };
 
 }  // namespace corvalence::platform::linux_system
