@@ -13,7 +13,9 @@
 #include "listed_services.h"
 #include "reports/report_file.h"
 #include "reports/report_writer.h"
+#include "schedule/log_lines.h"
 #include "schedule/schedule_list.h"
+#include "schedule/schedule_round.h"
 #include "store/database_creation.h"
 #include "store/database_deletion.h"
 #include "store/database_index.h"
@@ -249,6 +251,69 @@ Claim checkSystem(World& world) {
     return claimOf(world, BaselineWork(world).checkSystem());
 }
 
+/// A round over the schedule with nobody there to see it, but for how its checks end.
+class UnattendedRound : public schedule::WorkListener, public schedule::MailWaiting {
+  public:
+    explicit UnattendedRound(World& world) : work_(world), world_(world) {}
+
+    /// Whether every check came to its end and nothing had to be told.
+    bool run() {
+        const std::size_t told = world_.machine.ui.messages.size();
+        const schedule::WorkContext context{world_.vault(),
+                                            work_.machine,
+                                            *this,
+                                            mail_,
+                                            *this,
+                                            [this](const std::string& title) { return world_.platform.ui.openProgress(title); }};
+        schedule::visitSchedule(context, schedule::Timer::BackgroundTick, {}, [] { return true; });
+        return isWhole_ && world_.machine.ui.messages.size() == told;
+    }
+
+    void begins(const std::string&, schedule::WorkKind) override {}
+    void firstDifference() override {}
+    void progress(std::uint32_t) override {}
+    void needsRestart() override {}
+    void ends(schedule::WorkResult result) override {
+        isWhole_ =
+            isWhole_ && (result == schedule::WorkResult::Same || result == schedule::WorkResult::Differs);
+    }
+    bool goOn() override { return false; }
+
+  private:
+    BaselineWork work_;
+    World& world_;
+    bool isWhole_ = true;
+    schedule::MailThread mail_{nullptr};
+};
+
+std::string sessionLog(World& world) {
+    const auto file =
+        world.machine.files.openShared(schedule::LogFiles(world.vault()).path(schedule::LogKind::Session));
+    schedule::LogLines lines(*file, world.vault().session.key, world.vault().session.chains.LogIV);
+    std::string text;
+    for (std::string_view line; lines.next(line);)
+        text.append(line) += "\n";
+    return text;
+}
+void prepareRound(World& world) {
+    changeBoth(world);
+    world.set(settings::key::kAutoRestore, "1");
+    UnattendedRound(world).run();
+    changeBoth(world);
+}
+Claim visitUnattended(World& world) {
+    const bool isQuiet = UnattendedRound(world).run();
+    return claimOf(world, isQuiet && areRestored(world), sessionLog(world));
+}
+bool isVisited(World& world) {
+    const std::string log = sessionLog(world);
+    return areRestored(world) && std::count(log.begin(), log.end(), '_') == 4 * 85;
+}
+/// Whatever a round was ended at, the log opens with all that the round before wrote.
+void expectEarlierRound(World& world) {
+    EXPECT_NE(sessionLog(world).find(world.path("b") + " successfully restored.\n"), std::string::npos);
+}
+
 void nothing(World&) {}
 
 struct SealedText {
@@ -325,6 +390,8 @@ constexpr Scenario kScenarios[] = {
      expectSealedByThePassword},
     {"createBaseline", kSealed, Files::Stay, limitWalks, createBaseline, isBaselineCreated},
     {"checkBaseline", kSealed, Files::Stay, prepareBaseline, checkBaseline, isBaselineChecked},
+    {"unattended", kSealed, Files::RestoredAndMoved, prepareRound, visitUnattended, isVisited,
+     expectEarlierRound},
     {"createSystem", kSealed, Files::Stay, limitWalks, createSystem, isSystemCreated},
     {"checkSystem", kSealed, Files::Stay, prepareSystem, checkSystem, isBaselineChecked},
     {"deleteBaseline", kSealed, Files::Stay, prepareBaseline, deleteBaseline, isBaselineDeleted},
