@@ -185,10 +185,17 @@ struct BaselineWork {
                                                 {files::AddBackups::Sealed, false})
             .database.has_value();
     }
-    bool checkSystem() {
+    /// `said` gets what the components could not do.
+    bool checkSystem(std::string& said) {
         if (world.open("new") != store::OpenResult::Opened) return false;
         const std::array all = {reports::ReportKind::FileContents, reports::ReportKind::DirectoryStructure};
         const auto checked = components::checkCompleteSystem(world.vault(), machine, world.context(), all);
+        for (const components::ComponentChecked& component : checked.components) {
+            for (const components::Remark& remark : component.outcome.remarks) {
+                for (const files::UnreadableEntry& detail : remark.details)
+                    said += detail.path + ": " + detail.reason + "\n";
+            }
+        }
         return checked.isWhole() && !checked.differs();
     }
 
@@ -240,7 +247,8 @@ Claim createSystem(World& world) {
     return claimOf(world, BaselineWork(world).createSystem());
 }
 bool isSystemCreated(World& world) {
-    return BaselineWork(world).checkSystem() && world.records("new").size() == 3 &&
+    std::string said;
+    return BaselineWork(world).checkSystem(said) && world.records("new").size() == 3 &&
            fs::exists(world.databasePath("newS~"));
 }
 void prepareSystem(World& world) {
@@ -248,7 +256,9 @@ void prepareSystem(World& world) {
     BaselineWork(world).createSystem();
 }
 Claim checkSystem(World& world) {
-    return claimOf(world, BaselineWork(world).checkSystem());
+    std::string said;
+    const bool done = BaselineWork(world).checkSystem(said);
+    return claimOf(world, done, said);
 }
 
 /// A round over the schedule with nobody there to see it, but for how its checks end.
