@@ -161,7 +161,9 @@ TEST_F(Logs, AreExportedAsTheyAreButNeverOverAnOwnFile) {
 
 // The time of a block must not grow with the log.
 TEST_F(Logs, TakeABlockAtTheEndOfALargeLogWithoutReadingIt) {
-    LogPair(world.vault(), false).write(std::string(4 << 20, 'x') + "\n");
+    std::string large(4 << 20, 'x');
+    large += '\n';
+    LogPair(world.vault(), false).write(large);
     world.machine.faults.failReads("Log File~", 0);
     EXPECT_TRUE(block("y\n"));  // even its last two blocks cannot be read
     world.machine.faults.clear();
