@@ -16,8 +16,8 @@ dir=$(realpath -s -- "${1:-/etc}")
 . "$here/tools/packages.sh"
 install_missing "${build_packages[@]}"
 echo "Building the optimised program ..." >&2
-(cd "$here" && cmake --preset release >/dev/null && cmake --build --preset release --target corvalencectl >/dev/null) || {
-    (cd "$here" && cmake --preset release && cmake --build --preset release --target corvalencectl) >&2
+(cd "$here" && cmake --preset release -DCORVALENCE_GUI=OFF >/dev/null && cmake --build --preset release --target corvalencectl >/dev/null) || {
+    (cd "$here" && cmake --preset release -DCORVALENCE_GUI=OFF && cmake --build --preset release --target corvalencectl) >&2
     exit 4
 }
 home=()

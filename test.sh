@@ -26,7 +26,7 @@ both | linux | windows) ;;
     ;;
 esac
 if [ "${1:-both}" != windows ]; then
-    install_missing "${build_packages[@]}" "${test_packages[@]}"
+    install_missing "${build_packages[@]}" "${gui_packages[@]}" "${test_packages[@]}"
     build_and_test asan
 fi
 if [ "${1:-both}" != linux ]; then

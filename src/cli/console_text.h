@@ -5,14 +5,12 @@
 #include <string_view>
 
 #include "base/file_time.h"
+#include "base/shown_text.h"
 
 namespace corvalence::cli {
 
-enum class LineFeeds { Escape, Keep };
-
-/// A text that is safe on a terminal: control bytes, control characters U+0080 to U+009F and bytes that are
-/// no UTF-8 are written as "\n", "\t", "\r" or "\x1b"; everything else stays.
-std::string shown(std::string_view text, LineFeeds lineFeeds = LineFeeds::Escape);
+using base::LineFeeds;
+using base::shown;
 
 /// The last `width` characters of a text that shown() gave; "..." in the place of what was cut off.
 std::string lastCharacters(std::string_view text, std::size_t width);

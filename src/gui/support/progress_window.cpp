@@ -1,0 +1,118 @@
+#include "gui/support/progress_window.h"
+
+#include <QDialogButtonBox>
+#include <QFontMetrics>
+#include <QGridLayout>
+#include <QLabel>
+#include <QProgressBar>
+#include <QPushButton>
+
+#include "gui/support/text.h"
+
+namespace corvalence::gui {
+
+namespace {
+
+constexpr qint64 kUntilShown = 300;  // milliseconds: shorter work needs no window
+constexpr int kCharacters = 64;      // of a path that are seen at once
+
+/// A label that is as wide as the window is and never widens it.
+QLabel* addLine(QGridLayout& grid, const char* name) {
+    auto* label = new QLabel;
+    label->setObjectName(QLatin1String(name));
+    label->setTextFormat(Qt::PlainText);
+    label->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+    label->setMinimumWidth(label->fontMetrics().averageCharWidth() * kCharacters);
+    label->setText(QStringLiteral(" "));
+    grid.addWidget(label, grid.rowCount(), 0);
+    return label;
+}
+
+void setElided(QLabel& label, const QString& text) {
+    label.setText(label.fontMetrics().elidedText(text, Qt::ElideMiddle, label.width()));
+}
+
+}  // namespace
+
+ProgressWindow::ProgressWindow(const QString& title, QWidget* parent) : QDialog(parent) {
+    setObjectName(QStringLiteral("progressWindow"));
+    setWindowTitle(title);
+    setWindowModality(Qt::ApplicationModal);
+    auto* grid = new QGridLayout(this);
+    subject_ = addLine(*grid, "subjectLabel");
+    remaining_ = addLine(*grid, "remainingLabel");
+    bar_ = new QProgressBar;
+    bar_->setObjectName(QStringLiteral("progressBar"));
+    bar_->setAccessibleName(title);
+    bar_->setRange(0, 0);
+    grid->addWidget(bar_, grid->rowCount(), 0);
+    note_ = addLine(*grid, "noteLabel");
+    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Cancel);
+    cancel_ = buttons->button(QDialogButtonBox::Cancel);
+    cancel_->setObjectName(QStringLiteral("cancelButton"));
+    connect(buttons, &QDialogButtonBox::rejected, this, &ProgressWindow::reject);
+    grid->addWidget(buttons, grid->rowCount(), 0);
+    sinceBegin_.start();
+}
+
+void ProgressWindow::setBar(int position) {
+    isChanged_ = isChanged_ || position != position_;
+    position_ = position;
+}
+
+void ProgressWindow::setNote(const QString& text) {
+    noteText_ = text;
+    isChanged_ = true;
+}
+
+void ProgressWindow::setSubject(const std::string& path, std::uint64_t remaining) {
+    path_ = path;
+    filesLeft_ = remaining;
+    hasFiles_ = true;
+    isChanged_ = true;
+}
+
+void ProgressWindow::draw() {
+    isChanged_ = false;
+    if (position_ >= 0) {
+        bar_->setMaximum(static_cast<int>(platform::Progress::kSteps));
+        bar_->setValue(position_);
+    }
+    setElided(*note_, noteText_);
+    if (!hasFiles_) return;
+    setElided(*subject_, shown(path_));
+    remaining_->setText(filesLeft_ == 0 ? QString() : QStringLiteral("Remaining: %L1").arg(filesLeft_));
+}
+
+void ProgressWindow::step(EventPump& pump) {
+    if (!pump.isDue()) return;
+    if (!isVisible() && sinceBegin_.elapsed() >= kUntilShown) {
+        show();
+        isChanged_ = true;
+    }
+    if (isVisible() && isChanged_) draw();
+    pump.pump(isVisible());
+}
+
+void ProgressWindow::reject() {
+    isCancelled_ = true;
+    cancel_->setEnabled(false);
+    cancel_->setText(QStringLiteral("Cancelling..."));
+}
+
+WindowProgress::WindowProgress(const std::string& title, QWidget* parent) : window_(shown(title), parent) {}
+
+WindowProgress::~WindowProgress() {
+    window_.hide();
+}
+
+bool WindowProgress::cancelled() {
+    window_.step(pump_);
+    return window_.isCancelled();
+}
+
+void WindowProgress::label(const std::string& text) {
+    window_.setNote(shown(text));
+}
+
+}  // namespace corvalence::gui

@@ -1,0 +1,67 @@
+#pragma once
+
+#include <QDialog>
+#include <QElapsedTimer>
+
+#include "gui/support/event_pump.h"
+#include "platform/user_interface.h"
+
+class QLabel;
+class QProgressBar;
+class QPushButton;
+
+namespace corvalence::gui {
+
+/// The window of long work: bar, file, remaining files and bytes, and Cancel, which Escape and closing mean
+/// as well. It comes up only where the work lasts, and blocks the other windows from the beginning on.
+class ProgressWindow : public QDialog {
+  public:
+    ProgressWindow(const QString& title, QWidget* parent);
+
+    bool isCancelled() const noexcept { return isCancelled_; }
+    /// Shows what changed since the last time and handles events; comes up once the work has lasted.
+    void step(EventPump& pump);
+
+    void setBar(int position);
+    void setNote(const QString& text);
+    void setSubject(const std::string& path, std::uint64_t remaining);
+
+    void reject() override;
+
+  private:
+    void draw();
+
+    QLabel* subject_;
+    QLabel* remaining_;
+    QLabel* note_;
+    QProgressBar* bar_;
+    QPushButton* cancel_;
+    QElapsedTimer sinceBegin_;
+    int position_ = -1;  // nobody knows how much there is to do
+    QString noteText_;
+    std::string path_;
+    std::uint64_t filesLeft_ = 0;
+    bool hasFiles_ = false;
+    bool isChanged_ = false;
+    bool isCancelled_ = false;
+};
+
+/// Work that is shown in such a window.
+class WindowProgress : public platform::Progress {
+  public:
+    WindowProgress(const std::string& title, QWidget* parent);
+    ~WindowProgress() override;
+
+    bool cancelled() override;
+    void bar(std::uint32_t position) override { window_.setBar(static_cast<int>(position)); }
+    void label(const std::string& text) override;
+    void file(const std::string& path, std::uint64_t remaining) override {
+        window_.setSubject(path, remaining);
+    }
+
+  private:
+    ProgressWindow window_;
+    EventPump pump_;
+};
+
+}  // namespace corvalence::gui

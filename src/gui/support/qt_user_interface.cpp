@@ -1,0 +1,67 @@
+#include "gui/support/qt_user_interface.h"
+
+#include <QApplication>
+#include <QMessageBox>
+#include <QPushButton>
+
+#include "gui/support/progress_window.h"
+#include "gui/support/text.h"
+
+namespace corvalence::gui {
+
+namespace {
+
+QMessageBox::Icon boxIcon(platform::Icon icon) {
+    switch (icon) {
+        case platform::Icon::Information:
+            return QMessageBox::Information;
+        case platform::Icon::Warning:
+            return QMessageBox::Warning;
+        case platform::Icon::Stop:
+            break;
+    }
+    return QMessageBox::Critical;
+}
+
+void prepare(QMessageBox& box, platform::Icon icon, const std::string& text) {
+    box.setIcon(boxIcon(icon));
+    box.setWindowTitle(QStringLiteral("Corvalence"));
+    box.setTextFormat(Qt::PlainText);  // paths are no markup
+    box.setText(shownLines(text));
+    box.setTextInteractionFlags(Qt::TextSelectableByMouse);
+}
+
+}  // namespace
+
+QWidget* frontWindow() {
+    QWidget* modal = QApplication::activeModalWidget();
+    return modal != nullptr && modal->isVisible() ? modal : QApplication::activeWindow();
+}
+
+void QtUserInterface::message(platform::Icon icon, const std::string& text) {
+    QMessageBox box(frontWindow());
+    box.setObjectName(QStringLiteral("messageBox"));
+    prepare(box, icon, text);
+    box.exec();
+}
+
+bool QtUserInterface::ask(platform::Icon icon, const std::string& text, bool) {
+    QMessageBox box(frontWindow());
+    box.setObjectName(QStringLiteral("questionBox"));
+    prepare(box, icon, text);
+    // A question with a warning is about losing something: Enter must not do that.
+    box.setStandardButtons(QMessageBox::Yes | QMessageBox::No);
+    box.setDefaultButton(icon == platform::Icon::Information ? QMessageBox::Yes : QMessageBox::No);
+    box.setEscapeButton(QMessageBox::No);
+    return box.exec() == QMessageBox::Yes;
+}
+
+std::unique_ptr<platform::Progress> QtUserInterface::openProgress(const std::string& title) {
+    return std::make_unique<WindowProgress>(title, frontWindow());
+}
+
+void QtUserInterface::status(int pane, const std::string& text) {
+    if (showStatus) showStatus(pane, text);
+}
+
+}  // namespace corvalence::gui

@@ -1,0 +1,19 @@
+#include "gui/support/text.h"
+
+#include "base/shown_text.h"
+
+namespace corvalence::gui {
+
+QString shown(std::string_view text) {
+    return QString::fromStdString(base::shown(text));
+}
+
+QString shownLines(std::string_view text) {
+    return QString::fromStdString(base::shown(text, base::LineFeeds::Keep));
+}
+
+std::string bytesOf(const QString& text) {
+    return text.toStdString();
+}
+
+}  // namespace corvalence::gui

@@ -1,0 +1,65 @@
+#include <gtest/gtest.h>
+
+#include <QLabel>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QTimer>
+
+#include "driving.h"
+#include "gui/support/progress_window.h"
+#include "gui/support/qt_user_interface.h"
+
+namespace corvalence::gui {
+namespace {
+
+using test::Answer;
+using test::find;
+
+ProgressWindow* shownWindow() {
+    return dynamic_cast<ProgressWindow*>(QApplication::activeModalWidget());
+}
+
+TEST(Progress, ComesUpWhereWorkLastsShowsItAndIsCancelled) {
+    QtUserInterface ui;
+    const auto progress = ui.openProgress("Checking all files in Database: /x/" + std::string(400, 'y'));
+    progress->file("/a/\xFF" + std::string(500, 'b'), 12);
+    progress->bar(32500);
+    EXPECT_FALSE(progress->cancelled());
+    EXPECT_EQ(shownWindow(), nullptr) << "short work flashes no window";
+
+    ASSERT_TRUE(test::waitFor([&] { return !progress->cancelled() && shownWindow() != nullptr; }));
+    auto& window = *shownWindow();
+    test::waitFor([&] {
+        progress->cancelled();
+        return find<QProgressBar>(window, "progressBar").value() == 32500;
+    });
+    EXPECT_EQ(find<QLabel>(window, "remainingLabel").text(), "Remaining: 12");
+    EXPECT_TRUE(find<QLabel>(window, "subjectLabel").text().startsWith("/a/\\xff"))
+        << "bytes that are no text";
+    EXPECT_LT(window.width(), 1000) << "a long path widens nothing";
+
+    QTimer::singleShot(30, [&] { find<QPushButton>(window, "cancelButton").click(); });
+    EXPECT_TRUE(test::waitFor([&] { return progress->cancelled(); })) << "the work alone handles the events";
+    EXPECT_TRUE(window.isVisible()) << "until the work has stopped";
+}
+
+TEST(UserInterface, AsksAndTellsInPlainTextAndEscapeIsNo) {
+    QtUserInterface ui;
+    std::string text;
+    {
+        Answer yes(QMessageBox::Yes, &text);
+        EXPECT_TRUE(ui.ask(platform::Icon::Warning, "Delete <b>this</b>?\n\nSurely?", false));
+    }
+    EXPECT_EQ(text, "Delete <b>this</b>?\n\nSurely?");
+    {
+        test::WhenShown<QMessageBox> escape([](QMessageBox& box) {
+            EXPECT_EQ(box.textFormat(), Qt::PlainText);
+            EXPECT_EQ(box.defaultButton(), box.button(QMessageBox::No)) << "Enter loses nothing";
+            box.reject();
+        });
+        EXPECT_FALSE(ui.ask(platform::Icon::Warning, "Delete?", true));
+    }
+}
+
+}  // namespace
+}  // namespace corvalence::gui
