@@ -1,0 +1,124 @@
+#include "shell/report_session.h"
+
+#include <utility>
+
+#include "components/kinds.h"
+#include "reports/report_writer.h"
+#include "reports/saved_report.h"
+
+namespace corvalence::shell {
+
+namespace {
+
+std::string caption(std::size_t current, std::size_t total) {
+    return "Page: " + std::to_string(current) + " of " + std::to_string(total);
+}
+
+}  // namespace
+
+void ReportSession::showCurrent(std::vector<reports::ReportKind> kinds) {
+    savedPath_.clear();
+    kinds_ = std::move(kinds);
+    open(0, End::First);
+}
+
+bool ReportSession::showSaved(const std::string& path, std::optional<reports::ReportKind> mode) {
+    if (const auto fault = reports::findLetterFault(path, mode)) {
+        vault_.platform.ui.message(platform::Icon::Stop, *fault);
+        return false;
+    }
+    savedPath_ = path;
+    kinds_ = {reports::findReportRow(path.back())->kind};
+    open(0, End::First);
+    return true;
+}
+
+void ReportSession::clear() {
+    kinds_.clear();
+    savedPath_.clear();
+    pages_.reset();
+    report_.reset();
+    range_ = {0, 0};
+    page_ = 1;
+    at_ = 0;
+    reports::removeReports(vault_);
+}
+
+void ReportSession::open(std::size_t at, End end) {
+    at_ = at;
+    isUnreadable_ = false;
+    pages_.reset();
+    report_.reset();
+    renderer_ = components::makeRenderer(row().kind, vault_.platform);
+    vault_.platform.ui.status(0, "Listing Report Details...");
+    try {
+        const std::string path =
+            isSaved() ? savedPath_ : reports::reportPath(vault_.configuration, row().kind);
+        report_ = reports::ReportFile::open(vault_, path);
+        if (isSaved() && !report_)
+            throw reports::ReportAccessError(base::FileFailure(base::Cause::FileNotFound, 0, path));
+    } catch (const reports::ReportAccessError& failure) {
+        isUnreadable_ = true;
+        vault_.platform.ui.message(platform::Icon::Stop, failure.what());
+    }
+    fill(end == End::First ? 1 : SIZE_MAX);
+    vault_.platform.ui.status(0, "Ready");
+}
+
+void ReportSession::fill(std::size_t page) {
+    page_ = 1;
+    range_ = {0, 0};
+    if (!report_) return;
+    pages_.emplace(*report_, *renderer_, reports::reportPageSize(vault_.configuration));
+    page_ = pages_->limited(page);
+    range_ = pages_->range(page_);
+}
+
+std::string ReportSession::barCaption() const {
+    return total() > 1 ? caption(number(), total()) : pageCaption();
+}
+
+std::string ReportSession::pageCaption() const {
+    return caption(page_, pages());
+}
+
+bool ReportSession::next() {
+    if (!hasNext()) return false;
+    if (page_ < pages()) {
+        fill(page_ + 1);
+    } else {
+        open(at_ + 1, End::First);
+    }
+    return true;
+}
+
+bool ReportSession::previous() {
+    if (!hasPrevious()) return false;
+    if (page_ > 1) {
+        fill(page_ - 1);
+    } else {
+        open(at_ - 1, End::Last);
+    }
+    return true;
+}
+
+void ReportSession::goToPage(std::size_t page) {
+    fill(page);
+}
+
+std::string ReportSession::emptyText() const {
+    if (lines() > 0) return {};
+    if (isUnreadable_) return "Report file access error.";
+    if (!report_) return std::string(row().notChecked);
+    if (report_->malformed() == 0) return std::string(row().noChanges);
+    const std::string path = isSaved() ? savedPath_ : reports::reportPath(vault_.configuration, row().kind);
+    return path + std::string(row().refusal);
+}
+
+std::string ReportSession::damageText() const {
+    if (lines() == 0 || report_->malformed() == 0) return {};
+    if (report_->malformed() == 1) return "1 line is no record of this kind.";
+    return std::to_string(report_->malformed()) + " lines are no records of this kind.";
+}
+
+}  // namespace corvalence::shell
