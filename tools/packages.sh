@@ -2,9 +2,9 @@
 
 build_packages=(g++ cmake ninja-build ccache libacl1-dev libcli11-dev libcurl4-openssl-dev libsystemd-dev
     nlohmann-json3-dev)
-# For the graphical program: the toolkit, and what it shows vector pictures and talks to a display with.
+# For the graphical program: the toolkit, what it shows vector pictures with, and the desktop's event sounds.
 # shellcheck disable=SC2034
-gui_packages=(qt6-base-dev qt6-svg-dev)
+gui_packages=(qt6-base-dev qt6-svg-dev libcanberra-dev)
 test_packages=(libgtest-dev libgmock-dev openssl python3-aiosmtpd)
 # For another system: the compiler, the tests' library as sources, and what runs the result.
 # shellcheck disable=SC2034
