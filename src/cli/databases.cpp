@@ -29,9 +29,9 @@ std::string_view stateName(State state) {
 }
 
 /// A database that cannot even be read is none that verifies; why is told.
-State stateOf(Context& context, core::Run& run, const store::IndexRecord& record) {
+State stateOf(Context& context, core::Run& run, const std::vector<store::SealedFileRecord>& files) {
     try {
-        return store::DatabaseOpening(run.vault()).state(record);
+        return store::DatabaseOpening(run.vault()).state(files);
     } catch (const base::FileFailure& failure) {
         context.ui.message(platform::Icon::Warning, failure.what());
         return State::Changed;
@@ -94,11 +94,13 @@ ExitCode runDatabases(Context& context, const ListArguments& arguments) {
     auto records = store::DatabaseIndex(run->vault()).records();
     const auto recent = store::RecentList(run->configuration(), run->vault().session).paths(records);
     if (arguments.recent) records = recentOnly(std::move(records), recent);
-    for (const store::IndexRecord& record : records) {
+    const auto files = store::databaseFiles(run->vault(), records);
+    for (std::size_t at = 0; at < records.size(); ++at) {
         endIfCancelled();
-        const State state = stateOf(context, *run, record);
-        const std::string_view kind =
-            store::isCompleteSystem(run->vault(), record) ? kCompleteSystem : kindName(record.kind);
+        const store::IndexRecord& record = records[at];
+        const State state = stateOf(context, *run, files[at]);
+        const bool isSystem = record.kind == store::DatabaseKind::Numbered && files[at].size() > 1;
+        const std::string_view kind = isSystem ? kCompleteSystem : kindName(record.kind);
         allVerify = allVerify && state == State::Ok;
         context.options.json ? writeJson(json, record, kind, state, placeIn(recent, record.path))
                              : writeLine(context, record, kind, state);

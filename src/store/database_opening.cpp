@@ -73,8 +73,12 @@ OpenResult DatabaseOpening::recover(const SealedFileRecord& record, const std::s
 }
 
 DatabaseOpening::State DatabaseOpening::state(const IndexRecord& record) {
+    return state(databaseFiles(vault_, record));
+}
+
+DatabaseOpening::State DatabaseOpening::state(const std::vector<SealedFileRecord>& files) {
     State worst = State::Ok;
-    for (const SealedFileRecord& file : databaseFiles(vault_, record)) {
+    for (const SealedFileRecord& file : files) {
         completeSave(file);
         if (!vault_.platform.files.status(file.path, platform::Follow::Yes)) return State::Missing;
         if (digestFile(vault_.platform.files, file.path) != file.digest) worst = State::Changed;

@@ -2,6 +2,7 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "store/database_index.h"
 #include "store/open_database.h"
@@ -31,6 +32,8 @@ class DatabaseOpening {
     /// Whether all sealed files have the digests of their records: for lists of databases. No messages.
     enum class State { Ok, Changed, Missing };
     State state(const IndexRecord& record);
+    /// The same for the files of a listed database.
+    State state(const std::vector<SealedFileRecord>& files);
 
     /// Carries on or drops the saves, creations and deletions that WorkingFiles names as pending. To be
     /// called once, after the password is proved.
