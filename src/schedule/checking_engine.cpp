@@ -15,15 +15,13 @@ bool CheckingEngine::startBackground() {
 
 bool CheckingEngine::arm(Timer tick, const ScheduleSettings& settings) {
     const std::chrono::seconds interval = settings.interval.total();
-    isArmed_ = interval.count() > 0;
-    if (!isArmed_) return false;
+    if (interval.count() == 0) return false;
     bleeps_ = configuration_.number(settings::key::kCountdownSound) == 0;
     tick_ = tick;
     countdown_ = interval;
     timers_.set(tick, interval);
     timers_.set(Timer::Countdown, kCountdownPeriod);
-    mayCheck_ = true;
-    mayRestart_ = true;
+    state_ = State::Counting;
     return true;
 }
 
@@ -33,12 +31,11 @@ void CheckingEngine::hold() {
         timers_.kill(timer);
     }
     countdown_ = std::chrono::seconds(0);
-    isArmed_ = false;
+    state_ = State::Stopped;
 }
 
 void CheckingEngine::stopWithoutSummary() {
     hold();
-    mayRestart_ = false;
     front_.countdown(countdownText(countdown_));
     hasRun_ = false;
 }
@@ -57,7 +54,7 @@ void CheckingEngine::timer(Timer timer) {
         case Timer::StandardTick:
         case Timer::ContinuousTick:
         case Timer::BackgroundTick:
-            if (mayCheck_) front_.visitSchedule(timer);
+            if (state_ == State::Counting) front_.visitSchedule(timer);
             break;
         default:
             break;
@@ -76,11 +73,12 @@ void CheckingEngine::begins(const std::string&, WorkKind) {
     timers_.kill(tick_);
     timers_.kill(Timer::Countdown);
     countdown_ = std::chrono::seconds(0);
-    mayCheck_ = false;
+    state_ = State::Checking;
 }
 
 void CheckingEngine::ends(WorkResult) {
-    if (!mayRestart_) return;  // stopped in the meantime
+    if (state_ != State::Checking) return;  // stopped in the meantime
+    state_ = State::Stopped;
     tick_ == Timer::BackgroundTick ? startBackground() : start();
 }
 

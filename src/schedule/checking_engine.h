@@ -45,20 +45,18 @@ class CheckingEngine : public WorkListener {
     /// For each of the three ticks and the countdown; others are nothing to the engine.
     void timer(Timer timer);
 
-    /// Whether a tick will come.
-    bool isArmed() const noexcept { return isArmed_; }
-    bool isCounting() const noexcept { return countdown_.count() > 0; }
-    /// Something was checked since the start.
-    bool hasRun() const noexcept { return hasRun_; }
-    std::chrono::seconds countdown() const noexcept { return countdown_; }
+    /// Whether a tick will come, if only behind the check that is under way.
+    bool isArmed() const noexcept { return state_ != State::Stopped; }
 
     void begins(const std::string& database, WorkKind kind) override;
     void firstDifference() override {}
     void progress(std::uint32_t) override {}
-    void needsRestart() override { mayRestart_ = false; }
+    void needsRestart() override { state_ = State::Stopped; }
     void ends(WorkResult result) override;
 
   private:
+    enum class State { Stopped, Counting, Checking };
+
     bool arm(Timer tick, const ScheduleSettings& settings);
     void step();
 
@@ -67,9 +65,7 @@ class CheckingEngine : public WorkListener {
     platform::Sound& sound_;
     EngineFront& front_;
     Timer tick_ = Timer::ContinuousTick;  // in force
-    bool mayCheck_ = false;               // a tick does nothing otherwise
-    bool mayRestart_ = true;              // behind a check
-    bool isArmed_ = false;
+    State state_ = State::Stopped;
     bool hasRun_ = false;
     bool bleeps_ = false;
     std::chrono::seconds countdown_{0};
