@@ -74,13 +74,10 @@ class Creation {
         const bool isWanted =
             options_.backups == files::AddBackups::Plain || options_.backups == files::AddBackups::Sealed;
         if (!isWanted) return files::AddBackups::None;
-        const platform::Platform& system = vault_.platform;
-        const std::string folder = vault_.configuration.folder(settings::key::kBackupFilesDirectory);
-        const auto disk = system.status.disk(folder);
-        const std::string question = backupQuestion(bytes, disk ? disk->available : UINT64_MAX,
-                                                    system.volumes.isFat(system.volumes.rootOf(folder)));
+        const files::BackupDrive drive = files::backupDrive(vault_);
+        const std::string question = backupQuestion(bytes, drive.free, drive.isFat);
         if (question.empty()) return options_.backups;
-        if (system.ui.ask(platform::Icon::Warning, question)) return files::AddBackups::None;
+        if (vault_.platform.ui.ask(platform::Icon::Warning, question)) return files::AddBackups::None;
         return std::nullopt;
     }
 

@@ -2,11 +2,16 @@
 
 namespace corvalence::files {
 
-BackupRoom backupRoom(const store::Vault& vault, std::uint64_t bytes) {
+BackupDrive backupDrive(const store::Vault& vault) {
     const std::string folder = vault.configuration.folder(settings::key::kBackupFilesDirectory);
     const auto disk = vault.platform.status.disk(folder);
-    const bool isFat = vault.platform.volumes.isFat(vault.platform.volumes.rootOf(folder));
-    return backupRoom(bytes, disk ? disk->available : UINT64_MAX, isFat);
+    return {disk ? disk->available : UINT64_MAX,
+            vault.platform.volumes.isFat(vault.platform.volumes.rootOf(folder))};
+}
+
+BackupRoom backupRoom(const store::Vault& vault, std::uint64_t bytes) {
+    const BackupDrive drive = backupDrive(vault);
+    return backupRoom(bytes, drive.free, drive.isFat);
 }
 
 std::string_view refusalText(BackupRoom room) noexcept {

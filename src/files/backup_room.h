@@ -20,6 +20,13 @@ constexpr BackupRoom backupRoom(std::uint64_t bytes, std::uint64_t free, bool is
     return isFat && bytes > kFatLimit ? BackupRoom::FileTooLarge : BackupRoom::Enough;
 }
 
+/// The drive of the Backup Files Directory as it is now.
+struct BackupDrive {
+    std::uint64_t free;  // in bytes; the highest number where the drive does not tell
+    bool isFat;
+};
+BackupDrive backupDrive(const store::Vault& vault);
+
 /// The same for the drive as it is now. A drive that does not tell what is left counts as large enough.
 BackupRoom backupRoom(const store::Vault& vault, std::uint64_t bytes);
 
