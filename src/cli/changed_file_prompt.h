@@ -32,19 +32,4 @@ class ChangedFilePrompt : public files::ChangedFileDetailsDialog {
     const store::OpenDatabaseContext& database_;
 };
 
-/// The answers that the command line gave beforehand.
-class FixedReaction : public files::ChangedFileDetailsDialog {
-  public:
-    FixedReaction(files::Reaction reaction, files::RestoreChoice changedFile)
-        : reaction_(reaction), changedFile_(changedFile) {}
-
-    files::Reaction show(const files::ChangedFileDetails&) override { return reaction_; }
-    std::optional<files::RestoreChoice> showRestore(const std::string&) override { return changedFile_; }
-    bool attended() const override { return false; }
-
-  private:
-    files::Reaction reaction_;
-    files::RestoreChoice changedFile_;
-};
-
 }  // namespace corvalence::cli

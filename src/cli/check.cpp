@@ -15,7 +15,7 @@ ExitCode checkFiles(Context& context, core::Run& run, store::OpenDatabaseContext
                     const CheckArguments& arguments) {
     const bool asks = !arguments.reaction && context.terminal.isInteractive();
     ChangedFilePrompt prompt(context, run.vault(), database);
-    FixedReaction fixed(arguments.reaction.value_or(files::Reaction::Ignore), arguments.changedFile);
+    files::FixedReaction fixed(arguments.reaction.value_or(files::Reaction::Ignore), arguments.changedFile);
     files::ChangedFileDetailsDialog& dialog =
         asks ? static_cast<files::ChangedFileDetailsDialog&>(prompt) : fixed;
     const auto report = context.options.json

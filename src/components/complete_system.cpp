@@ -137,10 +137,8 @@ CheckOutcome checkOne(store::Vault& vault, const Machine& machine, const store::
         FileComponentCheck check(vault, database);
         return runCheck(vault, database, database.path(), component, check, progress);
     }
-    auto files = store::componentRecords(vault, kind->kind, store::Form::Component, database.record);
-    const std::string first = files.front().path;
-    const auto check = kind->makeCheck(vault, machine, database.path(), std::move(files));
-    return runCheck(vault, database, first, component, *check, progress);
+    const auto baseline = makeBaselineCheck(vault, machine, *kind, store::Form::Component, database.record);
+    return runCheck(vault, database, baseline.file, component, *baseline.check, progress);
 }
 
 CheckOutcome checkGuarded(store::Vault& vault, const Machine& machine,

@@ -52,22 +52,27 @@ bool CheckOutcome::isWhole() const noexcept {
     return !isEmpty && components::isWhole(remarks);
 }
 
+CheckOutcome compareBaseline(const store::Vault& vault, const std::string& file, ComponentCheck& check,
+                             platform::Progress& progress, reports::ReportSink& sink) {
+    CheckOutcome outcome;
+    const auto status = vault.platform.files.status(file, platform::Follow::Yes);
+    outcome.isEmpty = status && status->size == 0;
+    if (outcome.isEmpty) return outcome;
+    outcome.cancelled = !check.compare(progress, sink);
+    outcome.counts = check.counts();
+    outcome.remarks = check.remarks();
+    return outcome;
+}
+
 CheckOutcome runCheck(store::Vault& vault, const store::OpenDatabaseContext& database,
                       const std::string& file, reports::ReportKind kind, ComponentCheck& check,
                       platform::Progress& progress) {
     platform::Platform& system = vault.platform;
-    CheckOutcome outcome;
-    const auto status = system.files.status(file, platform::Follow::Yes);
-    if (status && status->size == 0) {
-        system.ui.message(platform::Icon::Information, database.path() + " is an empty database.");
-        outcome.isEmpty = true;
-        return outcome;
-    }
     reports::ReportWriter report(vault, kind);
-    outcome.cancelled = !check.compare(progress, report);
-    outcome.counts = check.counts();
-    outcome.remarks = check.remarks();
-    if (outcome.cancelled) return outcome;
+    CheckOutcome outcome = compareBaseline(vault, file, check, progress, report);
+    if (outcome.isEmpty)
+        system.ui.message(platform::Icon::Information, database.path() + " is an empty database.");
+    if (outcome.isEmpty || outcome.cancelled) return outcome;
     report.keep();
     store::DatabaseIndex(vault).stampChecked(database.path(), system.clock.now());
     progress.bar(platform::Progress::kSteps);

@@ -77,6 +77,11 @@ struct CheckOutcome {
     bool isWhole() const noexcept;
 };
 
+/// Compares a baseline with the machine and tells its differences to `sink`. `file`: the first file of the
+/// baseline; where that is empty nothing is compared. Throws what compare() does.
+CheckOutcome compareBaseline(const store::Vault& vault, const std::string& file, ComponentCheck& check,
+                             platform::Progress& progress, reports::ReportSink& sink);
+
 /// One check from its beginning to its report: an empty database is told, a cancelled check leaves the report
 /// of the check before, any other replaces it and stamps the database as checked. `file`: the first file of
 /// the baseline. Throws what compare() does.

@@ -4,21 +4,10 @@
 
 namespace corvalence::components {
 
-namespace {
-
-class NobodyAnswers : public files::ChangedFileDetailsDialog {
-  public:
-    files::Reaction show(const files::ChangedFileDetails&) override { return files::Reaction::Ignore; }
-    std::optional<files::RestoreChoice> showRestore(const std::string&) override { return std::nullopt; }
-    bool attended() const override { return false; }
-};
-
-}  // namespace
-
 bool FileComponentCheck::compare(platform::Progress& progress, reports::ReportSink& report) {
-    NobodyAnswers nobody;
+    files::FixedReaction ignores(files::Reaction::Ignore, files::RestoreChoice::MoveChangedFile);
     FileReport findings(report);
-    counts_ = files::FileContentsCheck(vault_, database_, nobody, findings).checkAllFiles(progress).counts;
+    counts_ = files::FileContentsCheck(vault_, database_, ignores, findings).checkAllFiles(progress).counts;
     notChecked_ = findings.notChecked();
     return !counts_.cancelled;
 }

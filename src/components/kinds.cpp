@@ -107,14 +107,19 @@ std::optional<store::OpenDatabaseContext> createDatabase(store::Vault& vault, co
     return database;
 }
 
+BaselineCheck makeBaselineCheck(store::Vault& vault, const Machine& machine, const ComponentKind& kind,
+                                store::Form form, const store::IndexRecord& database) {
+    auto files = store::componentRecords(vault, kind.kind, form, database);
+    std::string first = files.front().path;
+    return {std::move(first), kind.makeCheck(vault, machine, database.path, std::move(files))};
+}
+
 CheckOutcome checkDatabase(store::Vault& vault, const Machine& machine, const ComponentKind& kind,
                            const store::OpenDatabaseContext& database) {
     const auto progress =
         vault.platform.ui.openProgress(std::string(kind.checkTitle).append(database.path()));
-    auto files = store::componentRecords(vault, kind.kind, store::Form::Standalone, database.record);
-    const std::string first = files.front().path;
-    const auto check = kind.makeCheck(vault, machine, database.path(), std::move(files));
-    return runCheck(vault, database, first, kind.report, *check, *progress);
+    const auto baseline = makeBaselineCheck(vault, machine, kind, store::Form::Standalone, database.record);
+    return runCheck(vault, database, baseline.file, kind.report, *baseline.check, *progress);
 }
 
 }  // namespace corvalence::components

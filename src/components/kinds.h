@@ -48,6 +48,14 @@ std::optional<store::OpenDatabaseContext> createDatabase(store::Vault& vault, co
                                                          const store::CreationRequest& request,
                                                          ComponentCreation& creation, bool& wasCancelled);
 
+/// The check of one baseline of a listed database, before it is run.
+struct BaselineCheck {
+    std::string file;  // the first of the baseline
+    std::unique_ptr<ComponentCheck> check;
+};
+BaselineCheck makeBaselineCheck(store::Vault& vault, const Machine& machine, const ComponentKind& kind,
+                                store::Form form, const store::IndexRecord& database);
+
 /// Checks an open database of its own against the machine, with a progress of its own. Throws what
 /// ComponentCheck::compare() does.
 CheckOutcome checkDatabase(store::Vault& vault, const Machine& machine, const ComponentKind& kind,

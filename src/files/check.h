@@ -46,6 +46,23 @@ class ChangedFileDetailsDialog {
     virtual bool warnsOfEach() const { return true; }
 };
 
+/// The same answer for every changed file, given beforehand.
+class FixedReaction : public ChangedFileDetailsDialog {
+  public:
+    FixedReaction(Reaction reaction, RestoreChoice changedFile, bool warnsOfEach = true)
+        : reaction_(reaction), changedFile_(changedFile), warnsOfEach_(warnsOfEach) {}
+
+    Reaction show(const ChangedFileDetails&) override { return reaction_; }
+    std::optional<RestoreChoice> showRestore(const std::string&) override { return changedFile_; }
+    bool attended() const override { return false; }
+    bool warnsOfEach() const override { return warnsOfEach_; }
+
+  private:
+    Reaction reaction_;
+    RestoreChoice changedFile_;
+    bool warnsOfEach_;
+};
+
 /// Told what a check finds, in the order of the records.
 class CheckObserver {
   public:

@@ -44,6 +44,11 @@ State stateOf(store::Vault& vault, const std::string& database,
     }
 }
 
+files::RestoreChoice changedFile(const ScheduleSettings& settings) noexcept {
+    return settings.movesChanged ? files::RestoreChoice::MoveChangedFile
+                                 : files::RestoreChoice::DeleteChangedFile;
+}
+
 /// What stands behind "Reason: ", where there is one.
 std::string reasonOf(const std::string& message) {
     constexpr std::string_view kReason = "Reason: ";
@@ -70,37 +75,12 @@ class ToldProgress : public platform::Progress {
     WorkListener& listener_;
 };
 
-/// Answers by the settings: nothing is done about a changed file, or it is put back.
-class AutoRestore : public files::ChangedFileDetailsDialog {
-  public:
-    explicit AutoRestore(const ScheduleSettings& settings) : settings_(settings) {}
-
-    files::Reaction show(const files::ChangedFileDetails&) override {
-        return settings_.autoRestore ? files::Reaction::Restore : files::Reaction::Ignore;
-    }
-    std::optional<files::RestoreChoice> showRestore(const std::string&) override { return choice(); }
-    bool attended() const override { return false; }
-    bool warnsOfEach() const override { return false; }
-
-    AutoRestoreResult result(bool done, const std::string& message) const {
-        return {settings_.autoRestore, done, choice(), reasonOf(message)};
-    }
-
-  private:
-    files::RestoreChoice choice() const {
-        return settings_.movesChanged ? files::RestoreChoice::MoveChangedFile
-                                      : files::RestoreChoice::DeleteChangedFile;
-    }
-
-    ScheduleSettings settings_;
-};
-
 }  // namespace
 
 /// Warns of the first difference of a check, by sound and by the listener.
-class CheckWorker::Warning {
+class CheckWarning {
   public:
-    Warning(store::Vault& vault, WorkListener& listener) : vault_(vault), listener_(listener) {}
+    CheckWarning(store::Vault& vault, WorkListener& listener) : vault_(vault), listener_(listener) {}
 
     void raise() {
         if (wasRaised_) return;
@@ -137,11 +117,11 @@ struct CheckWorker::Findings {
 
 namespace {
 
-template <typename Warning>
 class LoggedFiles : public files::CheckObserver {
   public:
-    LoggedFiles(LogBlock& block, Warning& warning, const AutoRestore& restore, const base::PathRules& paths)
-        : block_(block), warning_(warning), restore_(restore), paths_(paths) {}
+    LoggedFiles(LogBlock& block, CheckWarning& warning, const ScheduleSettings& settings,
+                const base::PathRules& paths)
+        : block_(block), warning_(warning), settings_(settings), paths_(paths) {}
 
     void unchecked(const std::string& path, const std::string& reason) override {
         block_.unchecked(path, reason);
@@ -151,22 +131,21 @@ class LoggedFiles : public files::CheckObserver {
         warning_.raise();
         // The index of all databases is never put back.
         const bool isTried = reaction == files::Reaction::Restore;
-        block_.changed(details, isTried ? restore_.result(done, message) : AutoRestoreResult{}, paths_);
+        block_.changed(details, {isTried, done, changedFile(settings_), reasonOf(message)}, paths_);
     }
     void note(const std::string& path, const std::string& text) override { block_.note(path + ": " + text); }
 
   private:
     LogBlock& block_;
-    Warning& warning_;
-    const AutoRestore& restore_;
+    CheckWarning& warning_;
+    const ScheduleSettings& settings_;
     const base::PathRules& paths_;
 };
 
 /// The lines of a report as a log has them.
-template <typename Warning>
 class LoggedReport : public reports::ReportSink {
   public:
-    LoggedReport(LogBlock& block, Warning& warning, const reports::RecordRenderer& renderer)
+    LoggedReport(LogBlock& block, CheckWarning& warning, const reports::RecordRenderer& renderer)
         : block_(block), warning_(warning), renderer_(renderer) {}
 
     void addLine(std::string_view line) override {
@@ -176,15 +155,14 @@ class LoggedReport : public reports::ReportSink {
 
   private:
     LogBlock& block_;
-    Warning& warning_;
+    CheckWarning& warning_;
     const reports::RecordRenderer& renderer_;
     std::size_t number_ = 0;
 };
 
 }  // namespace
 
-void CheckWorker::run(const std::string& database) {
-    const auto record = store::DatabaseIndex(vault_).findExact(database);
+void CheckWorker::run(const std::string& database, const std::optional<store::IndexRecord>& record) {
     context_.listener.begins(database, workKindOf(record));
     LogPair pair(vault_, vault_.configuration.isOn(settings::key::kEmailEnabled));
     const Findings findings = writeBlock(database, record, pair);
@@ -194,7 +172,8 @@ void CheckWorker::run(const std::string& database) {
                                    "The session log does not hold all of the check of " + database +
                                        ".\nReason: " + *pair.failure());
     }
-    if (findings.isDone) stamp(database);
+    // A check of files stamps by itself.
+    if (findings.isDone && record->kind != store::DatabaseKind::Numbered) stamp(database);
     if (isMailed(findings.mail))
         mailCheck(vault_, context_.mail, findings.mail, pair.text(), context_.waiting);
     if (findings.needsRestart) context_.listener.needsRestart();
@@ -226,7 +205,7 @@ CheckWorker::Findings CheckWorker::writeBlock(const std::string& database,
 }
 
 void CheckWorker::check(const store::IndexRecord& record, LogBlock& block, Findings& findings) {
-    Warning warning(vault_, context_.listener);
+    CheckWarning warning(vault_, context_.listener);
     try {
         ToldProgress progress(context_.openProgress("Checking Database: " + record.path), context_.listener);
         record.kind == store::DatabaseKind::Numbered
@@ -246,34 +225,33 @@ void CheckWorker::check(const store::IndexRecord& record, LogBlock& block, Findi
     findings.result = WorkResult::Differs;
 }
 
-void CheckWorker::checkFiles(const store::IndexRecord& record, LogBlock& block, Warning& warning,
+void CheckWorker::checkFiles(const store::IndexRecord& record, LogBlock& block, CheckWarning& warning,
                              Findings& findings, platform::Progress& progress) {
     store::OpenDatabaseContext context{record};
-    AutoRestore restore(ScheduleSettings::read(vault_.configuration));
-    LoggedFiles<Warning> observer(block, warning, restore, vault_.platform.paths);
-    files::FileContentsCheck check(vault_, context, restore, observer);
+    const auto settings = ScheduleSettings::read(vault_.configuration);
+    files::FixedReaction reaction(settings.autoRestore ? files::Reaction::Restore : files::Reaction::Ignore,
+                                  changedFile(settings), false);
+    LoggedFiles observer(block, warning, settings, vault_.platform.paths);
+    files::FileContentsCheck check(vault_, context, reaction, observer);
     const files::CheckCounts counts = check.checkAllFiles(progress).counts;
     findings.take(counts.changed > 0, counts.unchecked == 0, counts.cancelled);
     if (counts.cancelled) block.cancelled();
     block.summary(counts);
 }
 
-void CheckWorker::checkBaseline(const store::IndexRecord& record, LogBlock& block, Warning& warning,
+void CheckWorker::checkBaseline(const store::IndexRecord& record, LogBlock& block, CheckWarning& warning,
                                 Findings& findings, platform::Progress& progress) {
     const components::ComponentKind& kind = *components::findComponentKind(record.kind);
-    auto files = store::componentRecords(vault_, record.kind, store::Form::Standalone, record);
-    const auto check = kind.makeCheck(vault_, context_.machine, record.path, std::move(files));
     const auto renderer = components::makeRenderer(kind.report, vault_.platform);
-    LoggedReport<Warning> report(block, warning, *renderer);
-    const auto status = vault_.platform.files.status(record.path, platform::Follow::Yes);
-    if (status && status->size == 0) {
+    LoggedReport report(block, warning, *renderer);
+    const auto baseline =
+        components::makeBaselineCheck(vault_, context_.machine, kind, store::Form::Standalone, record);
+    const auto outcome =
+        components::compareBaseline(vault_, baseline.file, *baseline.check, progress, report);
+    if (outcome.isEmpty) {
         block.note(record.path + " is an empty database.");
         return;
     }
-    components::CheckOutcome outcome;
-    outcome.cancelled = !check->compare(progress, report);
-    outcome.counts = check->counts();
-    outcome.remarks = check->remarks();
     findings.take(outcome.differs(), outcome.isWhole(), outcome.cancelled);
     if (outcome.cancelled) block.cancelled();
     block.summary(record.kind, outcome);

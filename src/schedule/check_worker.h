@@ -24,25 +24,27 @@ struct WorkContext {
     std::function<std::unique_ptr<platform::Progress>(const std::string& title)> openProgress;
 };
 
+class CheckWarning;
+
 /// Checks one database of the schedule without a user: a block in the session log, the warning, files put
 /// back where the settings say so, the stamp in the index, the mail. One routine for every kind and way.
 class CheckWorker {
   public:
     explicit CheckWorker(const WorkContext& context) : context_(context), vault_(context.vault) {}
 
-    /// Never throws for the database or the log: what fails is in the block, or told to the user.
-    void run(const std::string& database);
+    /// `record`: what the index has of the database, if anything. Never throws for the database or the log:
+    /// what fails is in the block, or told to the user.
+    void run(const std::string& database, const std::optional<store::IndexRecord>& record);
 
   private:
     struct Findings;
-    class Warning;
 
     Findings writeBlock(const std::string& database, const std::optional<store::IndexRecord>& record,
                         LogSink& sink);
     void check(const store::IndexRecord& record, LogBlock& block, Findings& findings);
-    void checkFiles(const store::IndexRecord& record, LogBlock& block, Warning& warning, Findings& findings,
-                    platform::Progress& progress);
-    void checkBaseline(const store::IndexRecord& record, LogBlock& block, Warning& warning,
+    void checkFiles(const store::IndexRecord& record, LogBlock& block, CheckWarning& warning,
+                    Findings& findings, platform::Progress& progress);
+    void checkBaseline(const store::IndexRecord& record, LogBlock& block, CheckWarning& warning,
                        Findings& findings, platform::Progress& progress);
     void stamp(const std::string& database);
 

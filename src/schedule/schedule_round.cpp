@@ -35,7 +35,7 @@ void visitSchedule(const WorkContext& context, Timer tick, const PromptedCheck& 
         if (tick == Timer::StandardTick && listsFiles && prompted) {
             prompted(database);
         } else {
-            CheckWorker(context).run(database);
+            CheckWorker(context).run(database, record);
         }
     }
 }
