@@ -4,6 +4,7 @@
 #include "cli/console_text.h"
 #include "cli/json_writer.h"
 #include "cli/session.h"
+#include "files/left_out_text.h"
 
 namespace corvalence::cli {
 
@@ -32,27 +33,10 @@ struct Outcome {
     }
 };
 
-struct CountRow {
-    std::uint64_t count;
-    std::string_view text;
-};
-
 void writeText(Context& context, const Outcome& outcome, const std::string& reports) {
     std::string text = reports;
     if (outcome.isCancelled && !outcome.isKept) text += "The files added before the cancel were not kept.\n";
-    const files::PassedOver& passedOver = outcome.passedOver;
-    for (const CountRow& row : std::initializer_list<CountRow>{
-             {outcome.failed, " could not be added."},
-             {passedOver.hiddenNames, " passed over: names that begin with a full stop."},
-             {passedOver.links, " passed over: symbolic links."},
-             {outcome.ownFiles, " passed over: the installation's own files."},
-             {passedOver.pseudoFileSystems, " passed over: pseudo file systems."},
-             {passedOver.unreadable.size(), " passed over: could not be read."}}) {
-        if (row.count > 0) text += std::to_string(row.count).append(row.text) + "\n";
-    }
-    for (const files::UnreadableEntry& entry : passedOver.unreadable)
-        text += "  " + shown(entry.path) + "  Reason: " + entry.reason + "\n";
-    context.out << text;
+    context.out << text + files::leftOutText(outcome.failed, outcome.ownFiles, outcome.passedOver);
 }
 
 void writeJson(Context& context, const std::string& database, const Outcome& outcome) {
