@@ -23,7 +23,7 @@ struct ModeRow {
     Mode mode;
     std::string_view title;      // of the window
     std::string_view openTitle;  // of the dialog in which a database is chosen
-    std::string_view emptyView;  // what is to be done while no database is open
+    std::string_view purpose;    // what its databases are for
     store::DatabaseKind kind;
     /// The kind of report that a check ends in; a Complete System has one of each.
     std::optional<reports::ReportKind> report;
