@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "base/number_text.h"
+#include "base/utf8.h"
 
 namespace corvalence::files {
 
@@ -68,6 +69,14 @@ std::string bracket(std::uint64_t bytes) {
     return {};
 }
 
+/// Bytes of the first `count` characters; a byte that begins no character counts as one.
+std::size_t leadingBytes(std::string_view text, std::size_t count) {
+    std::size_t at = 0;
+    for (; count > 0 && at < text.size(); --count)
+        at += std::max<std::size_t>(base::utf8Length(text.substr(at)), 1);
+    return at;
+}
+
 }  // namespace
 
 std::string_view attributeText(AttributeCode code) noexcept {
@@ -124,9 +133,11 @@ std::string describeFileType(std::string_view path, const base::PathRules& paths
 std::array<std::string, 3> pathLines(std::string_view path) {
     constexpr std::size_t kWidth = 92;
     std::array<std::string, 3> lines;
-    lines[0] = path.substr(0, kWidth);
-    if (path.size() > kWidth) lines[1] = path.substr(kWidth, kWidth);
-    if (path.size() > 2 * kWidth) lines[2] = path.substr(2 * kWidth);
+    for (std::size_t i = 0; i < lines.size(); ++i) {
+        const std::size_t end = i + 1 < lines.size() ? leadingBytes(path, kWidth) : path.size();
+        lines[i] = path.substr(0, end);
+        path.remove_prefix(end);
+    }
     return lines;
 }
 
