@@ -6,15 +6,11 @@
 #include "cli/analysis_text.h"
 #include "cli/changed_file_text.h"
 #include "cli/console_text.h"
+#include "files/restore_choices.h"
 
 namespace corvalence::cli {
 
 namespace {
-
-constexpr std::array<std::string_view, 2> kRestoreChoices = {
-    "Restore the original file and delete the changed file.",
-    "Restore the original file and move the changed file to the 'Changed Files' folder.",
-};
 
 struct AnalysisChoice {
     std::string_view letter;
@@ -89,12 +85,12 @@ void ChangedFilePrompt::writeDifferences(files::FileAnalysis& analysis, files::A
 std::optional<files::RestoreChoice> ChangedFilePrompt::showRestore(const std::string& path) {
     context_.ui.clearLine();
     std::string text = "File restore from backup.\n" + shown(path) + "\n";
-    for (std::size_t i = 0; i < kRestoreChoices.size(); ++i)
-        text += choiceLine(std::to_string(i + 1), kRestoreChoices[i]);
+    for (std::size_t i = 0; i < files::kRestoreChoices.size(); ++i)
+        text += choiceLine(std::to_string(i + 1), files::kRestoreChoices[i].button);
     context_.err << text << std::flush;
-    const auto choice = choose(kRestoreChoices.size(), 1);
+    const auto choice = choose(files::kRestoreChoices.size(), 1);
     if (!choice) return std::nullopt;
-    return static_cast<files::RestoreChoice>(*choice);
+    return files::kRestoreChoices[*choice].choice;
 }
 
 std::optional<std::size_t> ChangedFilePrompt::choose(std::size_t count, std::size_t fallback,

@@ -193,4 +193,28 @@ FileAnalysis::Walk FileAnalysis::forEachDifference(AnalysisView view, std::uint6
     return Walk::Whole;
 }
 
+FileAnalysis::Walk FileAnalysis::findDifferenceBefore(AnalysisView view, std::uint64_t before,
+                                                      ByteProgress& progress, std::uint64_t& row) {
+    ContentBuffer nowBlock(platform::kBlockSize);
+    ContentBuffer backupBlock(platform::kBlockSize);
+    const std::uint64_t end = std::min(before, rowCount(view)) * rowWidth(view);
+    std::uint64_t blocks = end / platform::kBlockSize + (end % platform::kBlockSize != 0);
+    bool isFound = false;
+    const auto visit = [&](const DifferingRow& differing) {
+        if (differing.number >= before) return false;
+        row = differing.number;
+        isFound = true;
+        return true;
+    };
+    while (!isFound && blocks-- > 0) {
+        if (progress.cancelled()) return Walk::Cancelled;
+        const std::uint64_t position = blocks * platform::kBlockSize;
+        const base::ByteView now = readBlock(now_, position, nowBlock);
+        const base::ByteView backup = readBlock(backup_, position, backupBlock);
+        if (!areEqual(now, backup)) visitRows(view, position, now, backup, visit);
+        progress.advance(platform::kBlockSize);
+    }
+    return isFound ? Walk::Stopped : Walk::Whole;
+}
+
 }  // namespace corvalence::files

@@ -92,6 +92,10 @@ class FileAnalysis {
     /// during the call. Reads large blocks and asks for Cancel before each.
     Walk forEachDifference(AnalysisView view, std::uint64_t first, ByteProgress& progress,
                            const Visitor& visit);
+    /// The last differing row in front of the row `before`, likewise, blocks from the last to the first.
+    /// Stopped where there is one, Whole where there is none.
+    Walk findDifferenceBefore(AnalysisView view, std::uint64_t before, ByteProgress& progress,
+                              std::uint64_t& row);
 
   private:
     void openNow(const FileRecord& record);

@@ -177,6 +177,29 @@ TEST_F(Analysis, GoesFromOneDifferenceToTheNext) {
     EXPECT_EQ(walk, FileAnalysis::Walk::Cancelled);
 }
 
+TEST_F(Analysis, GoesBackFromOneDifferenceToTheOneInFront) {
+    std::string content = anyBytes(1'000'000);
+    begin(content);
+    for (const std::size_t at : {64U, 96U, 300'000U, 999'999U})
+        content[at] = static_cast<char>(~content[at]);
+    world.write("a", content);
+    FileAnalysis analysis = open();
+    const auto before = [&](std::uint64_t row) {
+        const auto progress = world.platform.ui.openProgress("");
+        files::ByteProgress bytes(*progress);
+        std::uint64_t found = UINT64_MAX;
+        walk = analysis.findDifferenceBefore(AnalysisView::Hex, row, bytes, found);
+        return found;
+    };
+    const Rows rows = {before(UINT64_MAX / 64), before(31'249), before(9375), before(3)};
+    EXPECT_EQ(rows, (Rows{31'249, 9375, 3, 2}));
+    EXPECT_EQ(before(2), UINT64_MAX);
+    EXPECT_EQ(walk, FileAnalysis::Walk::Whole);
+    world.machine.ui.cancelAt = world.machine.ui.cancelQuestions() + 2;
+    EXPECT_EQ(before(9375), UINT64_MAX);
+    EXPECT_EQ(walk, FileAnalysis::Walk::Cancelled);
+}
+
 TEST_F(Analysis, WithoutABackupShowsTheFileWithoutMarks) {
     world.set("Config5", "0");
     begin("text");
