@@ -1,0 +1,56 @@
+#include "gui/dialogs/elided_label.h"
+
+#include <QHelpEvent>
+#include <QStylePainter>
+#include <QToolTip>
+#include <QVBoxLayout>
+
+#include "files/file_texts.h"
+#include "gui/support/text.h"
+
+namespace corvalence::gui {
+
+namespace {
+
+constexpr int kCharacters = 64;  // that are always to be seen
+
+}  // namespace
+
+ElidedLabel::ElidedLabel(const QString& text, QWidget* parent) : QLabel(text, parent) {
+    setTextFormat(Qt::PlainText);
+    setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+    const QFontMetrics metrics = fontMetrics();
+    setMinimumWidth(std::min(metrics.horizontalAdvance(text), metrics.averageCharWidth() * kCharacters));
+}
+
+bool ElidedLabel::fits() const {
+    return whole_.isEmpty() && fontMetrics().horizontalAdvance(text()) <= contentsRect().width();
+}
+
+void ElidedLabel::paintEvent(QPaintEvent*) {
+    QStylePainter painter(this);
+    const QString line = fontMetrics().elidedText(text(), Qt::ElideMiddle, contentsRect().width());
+    painter.drawItemText(contentsRect(), static_cast<int>(Qt::AlignLeft | Qt::AlignVCenter), palette(),
+                         isEnabled(), line, QPalette::WindowText);
+}
+
+bool ElidedLabel::event(QEvent* event) {
+    if (event->type() != QEvent::ToolTip) return QLabel::event(event);
+    const QString tip = fits() ? QString() : (whole_.isEmpty() ? text() : whole_).toHtmlEscaped();
+    QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(), tip, this);
+    return true;
+}
+
+void addPathLines(QVBoxLayout& layout, std::string_view path) {
+    const char* name = "pathLabel";
+    for (const std::string& line : files::pathLines(path)) {
+        if (line.empty()) break;
+        auto* label = new ElidedLabel(shown(line));
+        label->setObjectName(QLatin1String(name));
+        label->setWholeText(shown(path));
+        layout.addWidget(label);
+        name = "pathLabelMore";
+    }
+}
+
+}  // namespace corvalence::gui
