@@ -250,6 +250,7 @@ def commands():
 def selections():
     yield "add-file", PAGE + PLUS
     yield "add-all", ALL + PLUS
+    yield "remove-all", ALL + MINUS
     yield "remove-selected", SELECTED + MINUS
     for name, subject in SUBJECTS.items():
         yield f"add-{name}", subject + PLUS

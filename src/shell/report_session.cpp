@@ -1,5 +1,6 @@
 #include "shell/report_session.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "components/kinds.h"
@@ -16,10 +17,10 @@ std::string caption(std::size_t current, std::size_t total) {
 
 }  // namespace
 
-void ReportSession::showCurrent(std::vector<reports::ReportKind> kinds) {
+void ReportSession::showCurrent(std::vector<reports::ReportKind> kinds, std::size_t number) {
     savedPath_.clear();
     kinds_ = std::move(kinds);
-    open(0, End::First);
+    open(std::clamp<std::size_t>(number, 1, kinds_.size()) - 1, End::First);
 }
 
 bool ReportSession::showSaved(const std::string& path, std::optional<reports::ReportKind> mode) {

@@ -21,8 +21,8 @@ class ReportSession {
 
     // A report that cannot be read is told to the user and is shown empty.
 
-    /// Shows the first page of the first of these kinds; at least one.
-    void showCurrent(std::vector<reports::ReportKind> kinds);
+    /// Shows the first page of one of these kinds, at least one, by its number among them, from 1.
+    void showCurrent(std::vector<reports::ReportKind> kinds, std::size_t number = 1);
     /// Shows a saved report. `mode`: the kind that is at work, none for a Complete System. False, and nothing
     /// changes, where its letter is refused; the user is told.
     bool showSaved(const std::string& path, std::optional<reports::ReportKind> mode);

@@ -67,6 +67,9 @@ TEST_F(ReportShowing, GoesThroughThePagesOfAReportAndThenToTheNextReport) {
         seen.push_back(shown());
     EXPECT_EQ(seen, std::vector<std::string>(way.rbegin(), way.rend()));
     session.next();
+    session.showCurrent(all(), 4);
+    EXPECT_EQ(shown(), way[5]) << "the first that was checked";
+    session.showCurrent(all(), 2);
     session.goToPage(99);
     EXPECT_EQ(session.lineNumber(0), 6U);
     EXPECT_EQ(session.renderer().columns(session.line(0))->front(), "6");
