@@ -1,0 +1,66 @@
+#include "gui/command_actions.h"
+
+#include <QActionGroup>
+
+#include "gui/support/icons.h"
+#include "gui/support/text.h"
+
+namespace corvalence::gui {
+
+namespace {
+
+using shell::CommandForm;
+
+QString textOf(std::string_view text) {
+    return shown(text).trimmed();
+}
+
+QAction* makeAction(const shell::CommandRow& row, QObject* parent) {
+    auto* action = new QAction(textOf(row.text), parent);
+    action->setObjectName(QStringLiteral("command-%1").arg(static_cast<int>(row.command)));
+    if (!row.icon.empty()) action->setIcon(icon(shown(row.icon)));
+    if (!row.shortcut.empty()) {
+        const QKeySequence keys = QKeySequence::fromString(shown(row.shortcut), QKeySequence::PortableText);
+        action->setShortcut(keys);
+        action->setToolTip(QStringLiteral("%1 (%2)").arg(textOf(row.text).remove(QLatin1Char('&')),
+                                                         keys.toString(QKeySequence::NativeText)));
+    }
+    action->setStatusTip(textOf(row.text).remove(QLatin1Char('&')));
+    action->setCheckable(row.form != CommandForm::Plain);
+    return action;
+}
+
+}  // namespace
+
+CommandActions::CommandActions(QObject* parent) : QObject(parent) {
+    auto* modes = new QActionGroup(this);
+    auto* sizes = new QActionGroup(this);
+    for (const shell::CommandRow& row : shell::commandRows()) {
+        QAction* action = makeAction(row, this);
+        if (row.form == CommandForm::Mode) modes->addAction(action);
+        if (row.form == CommandForm::Size) sizes->addAction(action);
+        connect(action, &QAction::triggered, this, [this, command = row.command] { trigger(command); });
+        actions_.push_back(action);
+    }
+}
+
+void CommandActions::trigger(shell::Command command) {
+    const auto handler = handlers_.find(command);
+    if (handler != handlers_.end()) dispatch(handler->second);
+}
+
+void CommandActions::update(const shell::FrameState& state) {
+    state_ = state;
+    for (const shell::CommandRow& row : shell::commandRows())
+        action(row.command)->setEnabled(!isBlocked_ && shell::mayRun(row.command, state));
+    const auto check = shell::Command::CheckDatabase;
+    action(check)->setText(textOf(shell::commandText(check, state.mode)));
+    action(shell::commandOf(state.mode))->setChecked(true);
+}
+
+void CommandActions::setBlocked(bool isBlocked) {
+    isBlocked_ = isBlocked;
+    update(state_);
+}
+
+}  // namespace corvalence::gui
