@@ -20,6 +20,7 @@ namespace {
 constexpr int kMeasuredRows = 60;      // what the first screen shows
 constexpr int kWidestCharacters = 60;  // of a column that fits itself
 constexpr int kMarkMargin = 16;
+constexpr int kCellMargin = 8;
 const QLatin1String kWidestMark("then");
 
 /// Tells two rows about the same thing apart: by shading, and what differs in bold.
@@ -154,19 +155,27 @@ void ListTable::paintEvent(QPaintEvent* event) {
                      emptyText_);
 }
 
+int ListTable::widthOf(int column, int firstRow, int rows) const {
+    QStyleOptionViewItem option;
+    initViewItemOption(&option);
+    int width = 0;
+    for (int row = firstRow; row < std::min(firstRow + rows, model()->rowCount()); ++row)
+        width = std::max(width, itemDelegate()->sizeHint(option, model()->index(row, column)).width());
+    return width;
+}
+
+int ListTable::widthOnScreen(int column) const {
+    const int rows = viewport()->height() / verticalHeader()->defaultSectionSize() + 2;
+    return widthOf(column, std::max(0, rowAt(0)), rows);
+}
+
 void ListTable::fitColumns() {
     if (model() == nullptr) return;
     const int widest = fontMetrics().averageCharWidth() * kWidestCharacters;
-    const int rows = std::min(model()->rowCount(), kMeasuredRows);
-    QStyleOptionViewItem option;
-    initViewItemOption(&option);
     for (int column = 0; column < model()->columnCount(); ++column) {
-        int width = horizontalHeader()->sectionSizeHint(column);
-        for (int row = 0; row < rows; ++row) {
-            const QModelIndex cell = model()->index(row, column);
-            width = std::max(width, itemDelegate()->sizeHint(option, cell).width() + 8);
-        }
-        setColumnWidth(column, std::min(width, widest));
+        const int cells = widthOf(column, 0, kMeasuredRows) + kCellMargin;
+        setColumnWidth(column,
+                       std::min(std::max(cells, horizontalHeader()->sectionSizeHint(column)), widest));
     }
 }
 

@@ -37,6 +37,9 @@ class ListTable : public QTableView {
     /// Widths by what the first rows show. A column that a long text would widen too much keeps to a limit.
     void fitColumns();
 
+    /// What the cells of a column that are on screen need.
+    int widthOnScreen(int column) const;
+
     /// In their order on screen.
     std::vector<int> selectedRows() const;
     /// The chosen rows, a line each.
@@ -55,6 +58,7 @@ class ListTable : public QTableView {
     void selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) override;
 
   private:
+    int widthOf(int column, int firstRow, int rows) const;
     void setRowHeight();
     void applyColours();
     void placeMarks();
