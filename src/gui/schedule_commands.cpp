@@ -1,0 +1,228 @@
+#include "gui/schedule_commands.h"
+
+#include "gui/dialogs/schedule_window.h"
+#include "gui/dialogs/single_schedule_window.h"
+#include "schedule/schedule_dialog.h"
+
+namespace corvalence::gui {
+
+namespace {
+
+using schedule::TrayCommand;
+using shell::Command;
+
+constexpr std::chrono::seconds kTrayPoll{2};
+constexpr std::string_view kNoTray =
+    "This desktop has no status tray: scheduled checking goes on in this window.";
+
+constexpr std::string_view kHeldBack = "Scheduled checking goes on once the open database is closed.";
+
+/// Whether a command has to wait for the end of a check, which it then has no use for.
+bool leavesCheck(TrayCommand command) {
+    return command == TrayCommand::Open || command == TrayCommand::Stop ||
+           command == TrayCommand::ViewSessionLog;
+}
+
+}  // namespace
+
+/// A check behind the tray: nothing is shown, but the tray lives.
+class ScheduleCommands::BackgroundProgress : public platform::Progress {
+  public:
+    explicit BackgroundProgress(ScheduleCommands& commands) : commands_(commands) {}
+
+    bool cancelled() override {
+        commands_.pump_.pump();
+        return commands_.isCheckLeft_ || commands_.work_.isEnding();
+    }
+    void bar(std::uint32_t) override {}
+    void label(const std::string&) override {}
+    void file(const std::string&, std::uint64_t) override {}
+
+  private:
+    ScheduleCommands& commands_;
+};
+
+ScheduleCommands::ScheduleCommands(Workspace& workspace, Parts parts)
+    : work_(workspace),
+      parts_(std::move(parts)),
+      timers_([this] { return mayCheck(); }, [this](schedule::Timer timer) { fire(timer); }),
+      engine_(timers_, work_.configuration(), work_.platform().sound, *this),
+      mode_(engine_, timers_, work_.configuration(), work_.platform().ui, parts_.tray, *this),
+      mail_(parts_.mail) {
+    CommandActions& actions = work_.frame().actions();
+    actions.handle(Command::StartChecking, [this] { start(); });
+    actions.handle(Command::StopChecking, [this] { stop(); });
+    actions.handle(Command::StartBackground, [this] { startBackground(); });
+    actions.handle(Command::ViewSessionLog, [this] { viewSession(); });
+    actions.handle(Command::CheckingSchedule, [this] { editSchedule(); });
+    actions.handle(Command::ScheduleChecks, [this] { scheduleOpenDatabase(); });
+    work_.onIdle = [this] { idle(); };
+    untilTray_.setInterval(kTrayPoll);
+    QObject::connect(&untilTray_, &QTimer::timeout, [this] { waitForTray(); });
+    countdown(schedule::countdownText(std::chrono::seconds(0)));
+}
+
+bool ScheduleCommands::mayCheck() {
+    const bool isListOpen = work_.state().view == shell::View::FileList;
+    if (isListOpen) work_.frame().setStatus(0, std::string(kHeldBack));
+    return !work_.isBusy() && !isListOpen;
+}
+
+ScheduleCommands::~ScheduleCommands() {
+    work_.onIdle = [] {};
+}
+
+void ScheduleCommands::start() {
+    if (work_.state().view == shell::View::FileList) {
+        work_.platform().ui.message(
+            platform::Icon::Information,
+            "You have to close the open database before starting the scheduled checking.");
+        return;
+    }
+    engine_.start();
+    work_.setScheduleRunning(engine_.isArmed());
+}
+
+void ScheduleCommands::startBackground() {
+    if (work_.state().view == shell::View::FileList) {
+        work_.platform().ui.message(
+            platform::Icon::Information,
+            "You have to close the open database before starting background checking.");
+        return;
+    }
+    mode_.start();
+    work_.setScheduleRunning(engine_.isArmed());
+}
+
+void ScheduleCommands::stop() {
+    engine_.stop();
+    work_.setScheduleRunning(false);
+}
+
+/// The session ends with its summary, and goes on as another one.
+void ScheduleCommands::viewSession() {
+    const bool wasRunning = engine_.isArmed();
+    engine_.stopWithoutSummary();
+    parts_.showSummary();
+    if (wasRunning) engine_.start();
+    work_.setScheduleRunning(engine_.isArmed());
+}
+
+void ScheduleCommands::editSchedule() {
+    stop();
+    schedule::ScheduleDialog dialog(work_.vault());
+    ScheduleWindow(dialog, work_.platform().ui, work_.openHelp(), &work_.frame()).exec();
+}
+
+void ScheduleCommands::scheduleOpenDatabase() {
+    SingleScheduleWindow window(work_.vault(), work_.database()->path(), work_.openHelp(), &work_.frame());
+    if (window.exec() == QDialog::Accepted && window.runsMinimized()) work_.frame().showMinimized();
+}
+
+void ScheduleCommands::fire(schedule::Timer timer) {
+    isInBackground() ? mode_.timer(timer) : engine_.timer(timer);
+}
+
+void ScheduleCommands::trayCommand(TrayCommand command) {
+    if (work_.isBusy()) {
+        waiting_.push_back(command);
+        isCheckLeft_ = isCheckLeft_ || leavesCheck(command);
+        return;
+    }
+    work_.perform([this, command] {
+        mode_.run(command);
+        work_.setScheduleRunning(engine_.isArmed());
+    });
+}
+
+void ScheduleCommands::idle() {
+    isCheckLeft_ = false;
+    if (!waiting_.empty()) {
+        const TrayCommand command = waiting_.front();
+        waiting_.pop_front();
+        trayCommand(command);
+        return;
+    }
+    timers_.release();
+}
+
+void ScheduleCommands::countdown(const std::string& text) {
+    work_.frame().setInfo(Command::CountdownBar, shell::countdownBar(text));
+}
+
+void ScheduleCommands::visitSchedule(schedule::Timer tick) {
+    work_.perform([this, tick] {
+        const auto openProgress = [this](const std::string& title) -> std::unique_ptr<platform::Progress> {
+            if (isInBackground()) return std::make_unique<BackgroundProgress>(*this);
+            return work_.platform().ui.openProgress(title);
+        };
+        const schedule::WorkContext context{work_.vault(), work_.machine(), *this,
+                                            mail_,         *this,           openProgress};
+        schedule::visitSchedule(
+            context, tick, [this](const std::string& database) { checkPrompted(database); },
+            [this] { return !isCheckLeft_ && !work_.isEnding(); });
+        work_.setScheduleRunning(engine_.isArmed());
+    });
+}
+
+void ScheduleCommands::checkPrompted(const std::string& database) {
+    begins(database, schedule::WorkKind::Files);
+    // Whatever ends the check, the cycle goes on.
+    struct End {
+        ScheduleCommands& commands;
+        ~End() { commands.ends(schedule::WorkResult::Same); }
+    } const end{*this};
+    parts_.checkWithPrompts(database);
+}
+
+void ScheduleCommands::showSummary() {
+    parts_.showSummary();
+}
+
+void ScheduleCommands::hideWindow() {
+    if (parts_.hasTray()) {
+        work_.frame().hide();
+        return;
+    }
+    work_.frame().setStatus(0, std::string(kNoTray));
+    work_.frame().show();
+    untilTray_.start();
+}
+
+/// The tray of a session may come up after the programs that begin with it.
+void ScheduleCommands::waitForTray() {
+    if (!isInBackground()) {
+        untilTray_.stop();
+    } else if (parts_.hasTray()) {
+        untilTray_.stop();
+        work_.frame().hide();
+    }
+}
+
+void ScheduleCommands::showWindow() {
+    work_.frame().showMaximized();
+    work_.frame().raise();
+    work_.frame().activateWindow();
+}
+
+/// Nothing of a check lies in plain once its work has ended, and none is under way here.
+void ScheduleCommands::wipeCopies() {}
+
+void ScheduleCommands::closeProgram() {
+    work_.requestEnd();
+}
+
+void ScheduleCommands::begins(const std::string& database, schedule::WorkKind kind) {
+    mode_.begins(database, kind);
+}
+
+void ScheduleCommands::ends(schedule::WorkResult result) {
+    mode_.ends(result);
+}
+
+bool ScheduleCommands::goOn() {
+    pump_.pump(isInBackground());
+    return !isCheckLeft_ && !work_.isEnding();
+}
+
+}  // namespace corvalence::gui
