@@ -25,6 +25,9 @@ class Process {
     virtual bool isAdministrator() = 0;
     /// The folder that relative paths start from, for making command line paths absolute.
     virtual std::string currentFolder() = 0;
+    /// Full path of the running program, links on the way resolved. Of one that was replaced or removed since
+    /// it was started, the path at which it stood. Throws base::FileFailure.
+    virtual std::string programFile() = 0;
 
     /// From now on SIGINT, SIGTERM and SIGHUP (console control events on Windows) no longer end the process
     /// but set what cancelRequested() tells.

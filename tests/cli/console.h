@@ -60,7 +60,8 @@ class SignalledProcess : public platform::Process {
   public:
     explicit SignalledProcess(platform::Process& inner) : inner_(inner) {}
 
-    std::string folder;  // the current one
+    std::string folder;   // the current one
+    std::string program;  // the running one
     bool hasRights = true;
     /// cancelRequested() is true from its question of this number on, counted from now.
     void cancelAt(std::uint64_t question) {
@@ -74,6 +75,7 @@ class SignalledProcess : public platform::Process {
     }
     bool isAdministrator() override { return hasRights; }
     std::string currentFolder() override { return folder; }
+    std::string programFile() override { return program; }
     void catchCancelSignals() override {}
     bool cancelRequested() const noexcept override { return ++questions_ >= cancelAt_; }
 

@@ -27,6 +27,7 @@ class AdministratorProcess : public platform::Process {
     }
     bool isAdministrator() override { return isOne; }
     std::string currentFolder() override { return inner_.currentFolder(); }
+    std::string programFile() override { return inner_.programFile(); }
     void catchCancelSignals() override { inner_.catchCancelSignals(); }
     bool cancelRequested() const noexcept override { return false; }
 

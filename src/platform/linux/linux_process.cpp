@@ -10,8 +10,10 @@
 #include <array>
 #include <atomic>
 #include <cerrno>
+#include <climits>
 #include <csignal>
 #include <cstdlib>
+#include <string_view>
 #include <thread>
 #include <vector>
 
@@ -23,6 +25,7 @@ namespace corvalence::platform::linux_system {
 namespace {
 
 constexpr std::chrono::milliseconds kLockPoll{50};
+constexpr std::string_view kRemovedMark = " (deleted)";
 constexpr std::array kAdministratorGroups = {"sudo", "wheel", "admin"};
 constexpr std::array kCancelSignals = {SIGINT, SIGTERM, SIGHUP};
 
@@ -104,6 +107,19 @@ std::string LinuxProcess::currentFolder() {
     const std::unique_ptr<char, decltype(&std::free)> folder(::getcwd(nullptr, 0), &std::free);
     if (folder == nullptr) throwSystemError(".");
     return folder.get();
+}
+
+std::string LinuxProcess::programFile() {
+    constexpr const char* kLink = "/proc/self/exe";
+    std::string path(PATH_MAX, '\0');
+    const ssize_t length = ::readlink(kLink, path.data(), path.size());
+    if (length < 0) throwSystemError(kLink);
+    path.resize(static_cast<std::size_t>(length));
+    // The system marks a program whose file no longer stands at its path.
+    struct stat present {};
+    if (path.ends_with(kRemovedMark) && ::lstat(path.c_str(), &present) != 0)
+        path.resize(path.size() - kRemovedMark.size());
+    return path;
 }
 
 void LinuxProcess::catchCancelSignals() {

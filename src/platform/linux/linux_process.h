@@ -12,6 +12,8 @@ class LinuxProcess : public Process {
                                                    std::chrono::milliseconds wait) override;
     bool isAdministrator() override;
     std::string currentFolder() override;
+    /// Needs the process file system at /proc.
+    std::string programFile() override;
 
     /// A SIGHUP that is ignored already (nohup) stays ignored.
     void catchCancelSignals() override;

@@ -114,6 +114,14 @@ std::string WindowsProcess::currentFolder() {
     return plainPath(folder);
 }
 
+std::string WindowsProcess::programFile() {
+    constexpr std::size_t kLongestPath = 32'768;
+    std::wstring path(kLongestPath, L'\0');
+    path.resize(::GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size())));
+    if (path.empty()) throwSystemError("Corvalence");
+    return plainPath(path);
+}
+
 void WindowsProcess::catchCancelSignals() {
     ::SetConsoleCtrlHandler(onControlEvent, TRUE);
 }

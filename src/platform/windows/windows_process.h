@@ -18,6 +18,7 @@ class WindowsProcess : public Process {
                                                    std::chrono::milliseconds wait) override;
     bool isAdministrator() override;
     std::string currentFolder() override;
+    std::string programFile() override;
 
     void catchCancelSignals() override;
     bool cancelRequested() const noexcept override;

@@ -9,11 +9,13 @@
 #include <array>
 #include <cerrno>
 #include <chrono>
+#include <cstdlib>
 #include <filesystem>
 #include <thread>
 
 #include "child_process.h"
 #include "failure_of.h"
+#include "run_program.h"
 #include "temp_folder.h"
 
 namespace corvalence::test {
@@ -119,6 +121,24 @@ TEST_F(Processes, lockUnderAnyMaskAndThroughNoLink) {
     folder_.write("target", "x");
     ASSERT_EQ(::symlink("target", (folder_ / "lock").c_str()), 0);
     EXPECT_EQ(causeOf([&] { process_.lockInstallation(folder_.path(), 0ms); }), Cause::BadPath);
+}
+
+TEST_F(Processes, tellTheirProgramAlsoWhenItsFileIsGone) {
+    constexpr const char* kCopy = "CORVALENCE_TEST_COPY";
+    const std::string own = process_.programFile();
+    EXPECT_EQ(own, std::filesystem::read_symlink("/proc/self/exe"));
+    if (const char* copy = std::getenv(kCopy)) {
+        EXPECT_EQ(own, copy);
+        EXPECT_TRUE(std::filesystem::remove(own));
+        EXPECT_EQ(process_.programFile(), own);
+        return;
+    }
+    std::filesystem::copy_file(own, folder_ / "copy");
+    ::setenv(kCopy, (folder_ / "copy").c_str(), 1);
+    const std::string test = testing::UnitTest::GetInstance()->current_test_info()->name();
+    EXPECT_EQ(runProgram(folder_ / "copy", {"--gtest_filter=*." + test}), 0);
+    ::unsetenv(kCopy);
+    EXPECT_FALSE(folder_.has("copy"));
 }
 
 TEST_F(Processes, hearCancelSignalsInsteadOfEnding) {

@@ -49,6 +49,8 @@ TEST(InstanceLock, isHeldOnceForEachInstallation) {
 TEST(WindowsProcesses, tellTheirFolderAndWhoRunsThem) {
     WindowsProcess process("C:\\own\\");
     EXPECT_EQ(process.currentFolder().substr(1, 2), ":\\");
+    EXPECT_EQ(process.programFile().substr(1, 2), ":\\");
+    EXPECT_TRUE(process.programFile().ends_with("\\contract_tests.exe")) << process.programFile();
     if (!process.isAdministrator()) GTEST_SKIP() << "an administrator's privileges are needed";
     EXPECT_TRUE(setPrivilege(SE_BACKUP_NAME, true));
     EXPECT_TRUE(setPrivilege(SE_BACKUP_NAME, false));
