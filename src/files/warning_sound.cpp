@@ -9,13 +9,18 @@ constexpr int kSoundFile = 4;
 
 }  // namespace
 
-void playWarning(const store::Vault& vault) {
-    const int chosen = vault.configuration.number(settings::key::kWarningSound);
+void playWarning(platform::Sound& sound, int chosen, const std::string& file) {
     if (chosen == kSoundFile) {
-        vault.platform.sound.playFile(vault.configuration.text(settings::key::kWarningSoundFile));
+        sound.playFile(file);
     } else if (chosen < static_cast<int>(std::size(kSounds))) {
-        vault.platform.sound.playResource(std::string(kSounds[chosen]));
+        sound.playResource(std::string(kSounds[chosen]));
     }
+}
+
+void playWarning(const store::Vault& vault) {
+    const settings::Configuration& configuration = vault.configuration;
+    playWarning(vault.platform.sound, configuration.number(settings::key::kWarningSound),
+                configuration.text(settings::key::kWarningSoundFile));
 }
 
 }  // namespace corvalence::files
