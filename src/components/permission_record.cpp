@@ -30,19 +30,6 @@ void appendName(std::string& text, const platform::AccessEntry& entry, const std
     text += ',';
 }
 
-/// From the end on, so that a comma in the account's name does no harm.
-std::optional<PermissionEntry> parseEntry(std::string_view text) noexcept {
-    const std::size_t last = text.rfind(',');
-    if (last == std::string_view::npos || last == 0) return std::nullopt;
-    const std::size_t first = text.rfind(',', last - 1);
-    if (first == std::string_view::npos) return std::nullopt;
-    PermissionEntry entry{text.substr(0, first), text.substr(first + 1, last - first - 1), 0};
-    const char* const end = text.data() + text.size();
-    const auto scanned = std::from_chars(text.data() + last + 1, end, entry.rights);
-    if (scanned.ec != std::errc() || scanned.ptr != end) return std::nullopt;
-    return entry;
-}
-
 /// Hands each entry behind the path to `visit`; false where one is none, or does not end.
 template <typename Visit>
 bool forEachEntry(std::string_view line, Visit visit) {
@@ -50,7 +37,7 @@ bool forEachEntry(std::string_view line, Visit visit) {
     while (!rest.empty()) {
         const std::size_t end = rest.find(base::kSeparator);
         if (end == std::string_view::npos) return false;
-        const auto entry = parseEntry(rest.substr(0, end));
+        const auto entry = parsePermissionEntry(rest.substr(0, end));
         if (!entry) return false;
         visit(*entry);
         rest.remove_prefix(end + 1);
@@ -88,6 +75,18 @@ std::string renderAccessList(const std::optional<std::vector<platform::AccessEnt
         base::appendField(text, std::to_string(entry.rights));
     }
     return text;
+}
+
+std::optional<PermissionEntry> parsePermissionEntry(std::string_view text) noexcept {
+    const std::size_t last = text.rfind(',');
+    if (last == std::string_view::npos || last == 0) return std::nullopt;
+    const std::size_t first = text.rfind(',', last - 1);
+    if (first == std::string_view::npos) return std::nullopt;
+    PermissionEntry entry{text.substr(0, first), text.substr(first + 1, last - first - 1), 0};
+    const char* const end = text.data() + text.size();
+    const auto scanned = std::from_chars(text.data() + last + 1, end, entry.rights);
+    if (scanned.ec != std::errc() || scanned.ptr != end) return std::nullopt;
+    return entry;
 }
 
 bool isPermissionRecord(std::string_view line) noexcept {

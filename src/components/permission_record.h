@@ -53,6 +53,10 @@ inline constexpr std::size_t kPermissionLineLimit = 1'000'000;
 /// separator or a line break in a name becomes a blank.
 std::string renderAccessList(const std::optional<std::vector<platform::AccessEntry>>& list);
 
+/// An entry of the form "account,domain,rights"; nothing where it is none. A comma in the account's name does
+/// no harm.
+std::optional<PermissionEntry> parsePermissionEntry(std::string_view text) noexcept;
+
 /// Whether the line of a database or a report is a record: an absolute path and entries.
 bool isPermissionRecord(std::string_view line) noexcept;
 /// The path of a record.

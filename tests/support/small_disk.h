@@ -29,6 +29,7 @@ class SmallVolumes : public platform::Volumes {
     explicit SmallVolumes(platform::Volumes& inner) : inner_(inner) {}
 
     bool fat = false;
+    bool withLists = true;
     std::optional<platform::DriveType> type;
     std::optional<std::string> everywhere;  // the root of every path
 
@@ -38,7 +39,9 @@ class SmallVolumes : public platform::Volumes {
     platform::DriveType driveType(const std::string& root) override {
         return type ? *type : inner_.driveType(root);
     }
-    bool keepsAccessLists(const std::string& root) override { return inner_.keepsAccessLists(root); }
+    bool keepsAccessLists(const std::string& root) override {
+        return withLists && inner_.keepsAccessLists(root);
+    }
     bool isFat(const std::string& root) override { return fat || inner_.isFat(root); }
     platform::WalkRoots walkRoots() override { return inner_.walkRoots(); }
 
