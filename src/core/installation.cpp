@@ -11,9 +11,6 @@ namespace {
 
 namespace key = settings::key;
 
-constexpr std::array<std::string_view, 5> kDataFolders = {"Backup Files", "Changed Files",
-                                                          "Checking Schedule", "Databases", "Reports"};
-
 struct SealedFileRow {
     std::string_view folderKey;
     std::string_view folder;

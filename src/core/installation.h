@@ -1,11 +1,17 @@
 #pragma once
 
+#include <array>
 #include <string>
+#include <string_view>
 
 #include "platform/platform.h"
 #include "settings/configuration.h"
 
 namespace corvalence::core {
+
+/// Names of the data folders below an installation's root.
+inline constexpr std::array<std::string_view, 5> kDataFolders = {"Backup Files", "Changed Files",
+                                                                 "Checking Schedule", "Databases", "Reports"};
 
 /// Whether the settings name an installation.
 bool isInstalled(platform::Platform& platform);
