@@ -72,6 +72,8 @@ class Commands {
         config();
         mail();
         password();
+        guard();
+        plain("self-check", "Compare the programs with the digests of their build", runSelfCheck);
         plain("run", "Check by the schedule, unattended, until a signal comes", runUnattended);
         plain("reset", "After a forgotten password: empty index, schedule and logs", runReset);
     }
@@ -391,6 +393,18 @@ class Commands {
         plain(*command, "list", "Every key with its text and its meaning", runConfigList);
         configKey(declare(*command, "get", "The text of a key"), false, runConfigGet);
         configKey(declare(*command, "set", "Give a key another text"), true, runConfigSet);
+    }
+
+    void guard() {
+        CLI::App* command = declare(app_, "guard", "Who has access to the folder of the installation");
+        command->require_subcommand(1);
+        CLI::App* show = declare(*command, "show", "Every entry of its access list");
+        const auto arguments = std::make_shared<GuardArguments>();
+        show->add_flag("--accept", arguments->accept, "Store this state as the accepted one");
+        call(show, arguments, runGuardShow);
+        plain(*command, "strengthen", "Take partial access away from all but administrators",
+              runGuardStrengthen);
+        plain(*command, "check", "Compare it with the accepted state", runGuardCheck);
     }
 
     void mail() {

@@ -109,6 +109,10 @@ struct LogArguments {
     bool overwrite = false;
 };
 
+struct GuardArguments {
+    bool accept = false;
+};
+
 ExitCode runInit(Context& context);
 ExitCode runCreate(Context& context, const CreateArguments& arguments);
 ExitCode runDatabases(Context& context, const ListArguments& arguments);
@@ -129,6 +133,10 @@ ExitCode runReportSave(Context& context, const ReportArguments& arguments);
 ExitCode runReportOpen(Context& context, const ReportArguments& arguments);
 ExitCode runMailTest(Context& context);
 ExitCode runReset(Context& context);
+ExitCode runGuardShow(Context& context, const GuardArguments& arguments);
+ExitCode runGuardStrengthen(Context& context);
+ExitCode runGuardCheck(Context& context);
+ExitCode runSelfCheck(Context& context);
 ExitCode runScheduleList(Context& context);
 ExitCode runScheduleAdd(Context& context, const ScheduleArguments& arguments);
 ExitCode runScheduleRemove(Context& context, const ScheduleArguments& arguments);
