@@ -51,6 +51,8 @@ Texts textsOf(const SheetPages& pages) {
         {key::kBackupSameAsDatabase, flag(backup.besideDatabase)},
         {key::kRecentCount, std::to_string(look.recentCount)},
         {key::kRecentList, flag(look.keepsRecent)},
+        {key::kCompleteWalk, flag(look.completeWalk)},
+        {key::kWalkRoots, look.walkRoots},
     };
 }
 
@@ -113,7 +115,8 @@ SheetPages ConfigurationSheet::load() const {
     pages.pageSize = {from.number(key::kPageSize)};
     pages.look = {from.number(key::kRecentCount), from.isOn(key::kRecentList),
                   from.number(key::kInfoBarSeconds), from.isOn(key::kThemedProgress),
-                  from.isOn(key::kFolderIcon)};
+                  from.isOn(key::kFolderIcon),      from.isOn(key::kCompleteWalk),
+                  from.text(key::kWalkRoots)};
     pages.email = {from.isOn(key::kEmailEnabled),   from.isOn(key::kEmailOnlyChanges),
                    from.isOn(key::kEmailEncrypted), from.text(key::kEmailRecipient),
                    from.number(key::kEmailTimeout), from.text(key::kMailServer),

@@ -70,6 +70,10 @@ struct InterfacePage {
     int infoBarSeconds = 5;
     bool themedProgress = false;
     bool folderIcon = true;
+    // How far walks over the machine go: whether they pass over nothing, and the folders that they keep to,
+    // one a line.
+    bool completeWalk = false;
+    std::string walkRoots;
 
     bool canSetRecentCount() const { return keepsRecent; }
 };

@@ -16,7 +16,7 @@ constexpr int kMost = 59;
 IntervalFields::IntervalFields(const schedule::CheckInterval& interval, QWidget* parent) : QWidget(parent) {
     auto* layout = new QHBoxLayout(this);
     layout->setContentsMargins({});
-    hours_ = addField(QStringLiteral("H&ours"), "hoursSpin", kMostHours, interval.hours);
+    hours_ = addField(QStringLiteral("&Hours"), "hoursSpin", kMostHours, interval.hours);
     minutes_ = addField(QStringLiteral("M&inutes"), "minutesSpin", kMost, interval.minutes);
     seconds_ = addField(QStringLiteral("Secon&ds"), "secondsSpin", kMost, interval.seconds);
     layout->addStretch();

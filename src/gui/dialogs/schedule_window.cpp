@@ -29,7 +29,7 @@ constexpr int kContinuous = 0;
 constexpr int kStandard = 1;
 constexpr int kDelete = 0;
 constexpr int kMove = 1;
-constexpr int kListCharacters = 90;  // width of the list
+constexpr int kListCharacters = 110;  // width of the list
 
 QRadioButton* addRadio(QButtonGroup& group, QLayout& layout, int id, const char* name, const QString& text) {
     auto* button = new QRadioButton(text);
@@ -117,7 +117,7 @@ void ScheduleWindow::addReaction(QVBoxLayout& layout) {
     const schedule::ScheduleSettings& settings = dialog_.settings;
     reaction_ = new QButtonGroup(this);
     addRadio(*reaction_, layout, kContinuous, "continuousRadio",
-             QStringLiteral("&Continuous checking  [ produce log file ]."));
+             QStringLiteral("Contin&uous checking  [ produce log file ]."));
     restore_ = new QCheckBox(QStringLiteral("&Enable Auto Restore."), this);
     restore_->setObjectName(QStringLiteral("autoRestoreBox"));
     restore_->setChecked(settings.autoRestore);
