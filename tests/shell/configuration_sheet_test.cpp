@@ -103,17 +103,18 @@ TEST_F(ConfigurationSheet, storesWhatWasChangedInItsOrder) {
                  {false, shell::WarningChoice::File, "/s.wav"},
                  {true, false, false},
                  {65000},
-                 {3, true, 59, true, false},
+                 {3, true, 59, true, false, true, "/srv\n/home"},
                  {true, true, false, "a@b.c", 30, "smtp://h", false, "s@b.c", "/l", "/a"}};
     });
     const SheetPages pages = run();
-    EXPECT_THAT(settings.writes,
-                ElementsAre("Config21=1", "Config32=0", "Config22=0", "Config17=P", "Background Checking=Y",
-                            "Config23=1", "Config24=1", "Config25=0", "Config27=30", "Config26=a@b.c",
-                            "Mail Server=smtp://h", "Mail TLS=0", "Mail Sender=s@b.c", "Mail Login=/l",
-                            "Mail Authorities=/a", "Config14=/s.wav", "Config12=0", "Config15=65000",
-                            "Config16=59", "Config1=+", "Config5=0", "Config13=4", "Config20=0",
-                            "Config3=" + folder, "Config4=0", "Config6=3"));
+    EXPECT_THAT(
+        settings.writes,
+        ElementsAre("Config21=1", "Config32=0", "Config22=0", "Config17=P", "Background Checking=Y",
+                    "Config23=1", "Config24=1", "Config25=0", "Config27=30", "Config26=a@b.c",
+                    "Mail Server=smtp://h", "Mail TLS=0", "Mail Sender=s@b.c", "Mail Login=/l",
+                    "Mail Authorities=/a", "Config14=/s.wav", "Config12=0", "Config15=65000", "Config16=59",
+                    "Config1=+", "Config5=0", "Config13=4", "Config20=0", "Config3=" + folder, "Config4=0",
+                    "Config6=3", "Complete Walk=1", "Walk Roots=/srv\n/home"));
     EXPECT_EQ(pages.backup.folder, folder);
     EXPECT_THAT(start.calls, ElementsAre("/opt/corvalence"));
     EXPECT_THAT(machine.ui.messages, IsEmpty());
