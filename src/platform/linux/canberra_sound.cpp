@@ -7,6 +7,7 @@
 #include <chrono>
 #include <memory>
 #include <string_view>
+#include <vector>
 
 namespace corvalence::platform::linux_system {
 
@@ -19,14 +20,19 @@ constexpr std::chrono::milliseconds kEndingStep{5};
 
 /// Keeps the library's loaded back ends in memory: it unloads them while their threads are still returning.
 void keepBackEnds() {
-    const auto keep = [](dl_phdr_info* loaded, std::size_t, void*) {
-        if (std::string_view(loaded->dlpi_name).find("/libcanberra-") != std::string_view::npos) {
-            if (void* handle = ::dlopen(loaded->dlpi_name, RTLD_NOW | RTLD_NOLOAD | RTLD_NODELETE))
-                ::dlclose(handle);
-        }
+    std::vector<std::string> names;
+    const auto collect = [](dl_phdr_info* loaded, std::size_t, void* found) {
+        const std::string_view name = loaded->dlpi_name;
+        if (name.find("/libcanberra-") != std::string_view::npos)
+            static_cast<std::vector<std::string>*>(found)->emplace_back(name);
         return 0;
     };
-    ::dl_iterate_phdr(keep, nullptr);
+    ::dl_iterate_phdr(collect, &names);
+    // Not while they are gone through: that holds a lock which other threads' loading takes the other way
+    // round.
+    for (const std::string& name : names) {
+        if (void* handle = ::dlopen(name.c_str(), RTLD_NOW | RTLD_NOLOAD | RTLD_NODELETE)) ::dlclose(handle);
+    }
 }
 
 struct Closer {
