@@ -1,10 +1,12 @@
 #include "shell/configuration_sheet.h"
 
 #include <cassert>
+#include <sstream>
 #include <utility>
 #include <vector>
 
 #include "files/warning_sound.h"
+#include "settings/configuration_change.h"
 #include "store/recent_list.h"
 
 namespace corvalence::shell {
@@ -113,9 +115,9 @@ SheetPages ConfigurationSheet::load() const {
     pages.background = {from.text(key::kBackgroundChecking) == "Y", from.isOn(key::kTrayProgress),
                         from.isOn(key::kTrayAnimation)};
     pages.pageSize = {from.number(key::kPageSize)};
-    pages.look = {from.number(key::kRecentCount), from.isOn(key::kRecentList),
+    pages.look = {from.number(key::kRecentCount),    from.isOn(key::kRecentList),
                   from.number(key::kInfoBarSeconds), from.isOn(key::kThemedProgress),
-                  from.isOn(key::kFolderIcon),      from.isOn(key::kCompleteWalk),
+                  from.isOn(key::kFolderIcon),       from.isOn(key::kCompleteWalk),
                   from.text(key::kWalkRoots)};
     pages.email = {from.isOn(key::kEmailEnabled),   from.isOn(key::kEmailOnlyChanges),
                    from.isOn(key::kEmailEncrypted), from.text(key::kEmailRecipient),
@@ -138,9 +140,18 @@ std::optional<std::string> ConfigurationSheet::findFault(const SheetPages& pages
     const Texts stood = textsOf(before);
     for (std::size_t at = 0; at < entered.size(); ++at) {
         if (entered[at].second == stood[at].second) continue;
-        if (auto fault = settings::findFault(rowOf(entered[at].first), entered[at].second)) return fault;
+        if (auto fault = findEntryFault(rowOf(entered[at].first), entered[at].second)) return fault;
     }
     return std::nullopt;
+}
+
+std::optional<std::string> ConfigurationSheet::findEntryFault(const settings::ConfigurationKey& key,
+                                                              const std::string& text) const {
+    if (key.form != settings::Form::Paths) return settings::findFault(key, text);
+    std::istringstream folders(text);
+    for (std::string folder; std::getline(folders, folder);)
+        if (!isAbsolute(folder, platform_.paths)) return folder + " is not a valid location.";
+    return settings::findChangeFault(platform_, key, text);
 }
 
 SheetPages ConfigurationSheet::run(SheetDialog& dialog) {

@@ -145,6 +145,8 @@ class ConfigurationSheet {
 
   private:
     std::optional<std::string> findFault(const SheetPages& pages, const SheetPages& before) const;
+    std::optional<std::string> findEntryFault(const settings::ConfigurationKey& key,
+                                              const std::string& text) const;
     void store(const SheetPages& pages);
 
     platform::Platform& platform_;

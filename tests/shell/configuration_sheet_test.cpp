@@ -103,7 +103,7 @@ TEST_F(ConfigurationSheet, storesWhatWasChangedInItsOrder) {
                  {false, shell::WarningChoice::File, "/s.wav"},
                  {true, false, false},
                  {65000},
-                 {3, true, 59, true, false, true, "/srv\n/home"},
+                 {3, true, 59, true, false, true, folder},
                  {true, true, false, "a@b.c", 30, "smtp://h", false, "s@b.c", "/l", "/a"}};
     });
     const SheetPages pages = run();
@@ -114,7 +114,7 @@ TEST_F(ConfigurationSheet, storesWhatWasChangedInItsOrder) {
                     "Mail Server=smtp://h", "Mail TLS=0", "Mail Sender=s@b.c", "Mail Login=/l",
                     "Mail Authorities=/a", "Config14=/s.wav", "Config12=0", "Config15=65000", "Config16=59",
                     "Config1=+", "Config5=0", "Config13=4", "Config20=0", "Config3=" + folder, "Config4=0",
-                    "Config6=3", "Complete Walk=1", "Walk Roots=/srv\n/home"));
+                    "Config6=3", "Complete Walk=1", "Walk Roots=" + folder));
     EXPECT_EQ(pages.backup.folder, folder);
     EXPECT_THAT(start.calls, ElementsAre("/opt/corvalence"));
     EXPECT_THAT(machine.ui.messages, IsEmpty());
@@ -192,6 +192,11 @@ TEST_F(ConfigurationSheet, isShownAgainWithWhatWasEnteredWhereARuleIsBroken) {
     const std::string none = machine.folder / "none";
     EXPECT_EQ(elsewhere(none), machine.system.paths.withSeparator(none) + " is not a valid location.");
     EXPECT_EQ(elsewhere("."), machine.system.paths.withSeparator(".") + " is not a valid location.");
+    for (const std::string& root : {none, std::string(".")}) {
+        EXPECT_EQ(
+            fault([&](SheetPages& pages) { pages.look.walkRoots = machine.folder.path() + "\n" + root; }),
+            root + " is not a valid location.");
+    }
     EXPECT_EQ(fault([](SheetPages& pages) { pages.pageSize.rows = 999; }),
               "Config15 takes a whole number from 1000 to 65000.");
     EXPECT_EQ(fault([](SheetPages& pages) { pages.look.recentCount = 0; }),

@@ -36,7 +36,7 @@ TEST_F(GuardedHome, IsTightenedWhereTheUserAgrees) {
     EXPECT_EQ(changed.code, 1);
     EXPECT_THAT(changed.out, HasSubstr("Previous permissions:\n"));
     EXPECT_THAT(changed.out, HasSubstr("Permissions now:\n"));
-    EXPECT_THAT(changed.out, HasSubstr("! other\tother\tExecute, List Folder"));
+    EXPECT_THAT(changed.out, HasSubstr("! other\tother\tRead, Execute, List Folder"));
     EXPECT_THAT(changed.err, HasSubstr("THE CORVALENCE FOLDER PERMISSIONS HAVE CHANGED!"));
     const Outcome shown = console.run({"guard", "show"});
     EXPECT_EQ(shown.code, 1);
