@@ -165,6 +165,7 @@ TEST_F(Sheet, KeepsWhatNobodyEditedByteForByte) {
 }
 
 TEST_F(Sheet, StoresEveryFieldOnOk) {
+    const std::string roots = machine.folder.path() + "\n" + machine.folder.path();
     WhenShown<ConfigurationWindow> shown([&](ConfigurationWindow& window) {
         type(window, "suffixEdit", "+");
         click(window, "encryptBox");
@@ -177,7 +178,7 @@ TEST_F(Sheet, StoresEveryFieldOnOk) {
         find<QSpinBox>(window, "infoBarSpin").setValue(60);
         for (const char* box : {"themedBox", "folderIconBox", "completeWalkBox"})
             click(window, box);
-        find<QPlainTextEdit>(window, "walkRootsEdit").setPlainText("/srv\n/home");
+        find<QPlainTextEdit>(window, "walkRootsEdit").setPlainText(QString::fromStdString(roots));
         for (const char* button : {"emailBox", "changesRadio", "plainRadio", "tlsBox"})
             click(window, button);
         type(window, "recipientEdit", "a@b.c");
@@ -198,7 +199,7 @@ TEST_F(Sheet, StoresEveryFieldOnOk) {
     EXPECT_EQ(now.look.recentCount, 1);
     EXPECT_EQ(now.look.infoBarSeconds, 59);
     EXPECT_TRUE(now.look.themedProgress && now.look.completeWalk && !now.look.folderIcon);
-    EXPECT_EQ(now.look.walkRoots, "/srv\n/home");
+    EXPECT_EQ(now.look.walkRoots, roots);
     EXPECT_TRUE(now.email.isEnabled && now.email.onlyChanges && !now.email.encrypted &&
                 !now.email.requiresTls);
     EXPECT_EQ(now.email.recipient + now.email.server + now.email.sender, "a@b.csmtp://hs@b.c");
