@@ -63,17 +63,6 @@ std::optional<FormFault> findGroupFault(const CriteriaForm& form, CriteriaGroup 
     return std::nullopt;
 }
 
-/// Nothing where the text means different folders by the current one: a program with windows has none that
-/// its user knows of.
-std::optional<std::string> fullPath(const std::string& typed, const base::PathRules& paths) {
-    if (typed.empty()) return std::nullopt;
-    const std::string folder = store::completeLocation(typed, paths);
-    const bool isDrives = paths.separator == '\\';
-    std::string path = paths.absolute(folder, isDrives ? "C:\\1" : "/1");
-    if (path != paths.absolute(folder, isDrives ? "D:\\1" : "/2")) return std::nullopt;
-    return path;
-}
-
 FormFault notALocation(const std::string& location) {
     return {FormField::Location, location + "  is not a valid location."};
 }
@@ -120,14 +109,23 @@ Criteria criteriaOf(const CriteriaForm& form) {
     return criteria;
 }
 
+std::optional<std::string> fullFolderPath(const std::string& typed, const base::PathRules& paths) {
+    if (typed.empty()) return std::nullopt;
+    const std::string folder = store::completeLocation(typed, paths);
+    const bool isDrives = paths.separator == '\\';
+    std::string path = paths.absolute(folder, isDrives ? "C:\\1" : "/1");
+    if (path != paths.absolute(folder, isDrives ? "D:\\1" : "/2")) return std::nullopt;
+    return path;
+}
+
 std::string addLocation(const std::string& typed, const base::PathRules& paths) {
     if (typed == kAnyLocation) return typed;
-    return fullPath(typed, paths).value_or(typed);
+    return fullFolderPath(typed, paths).value_or(typed);
 }
 
 std::optional<FormFault> findAddLocationFault(platform::Platform& system, const std::string& typed) {
     if (typed == kAnyLocation) return std::nullopt;
-    const auto location = fullPath(typed, system.paths);
+    const auto location = fullFolderPath(typed, system.paths);
     if (!location) return notALocation(typed);
     std::string refusal = locationRefusal(system, *location);
     if (refusal.empty()) return std::nullopt;

@@ -78,6 +78,10 @@ std::optional<FormFault> findFault(const CriteriaForm& form);
 /// Of a form without a fault: the criteria of the groups that take part.
 Criteria criteriaOf(const CriteriaForm& form);
 
+/// The folder that a typed location means. Nothing where it means different folders by the current one: a
+/// program with windows has none that its user knows of.
+std::optional<std::string> fullFolderPath(const std::string& typed, const base::PathRules& paths);
+
 /// The folder to add from that a typed location without a fault means, a full path, or "*".
 std::string addLocation(const std::string& typed, const base::PathRules& paths);
 /// Why nothing can be added from there: it is no full path or no folder, or its drive does not answer.

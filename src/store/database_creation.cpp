@@ -24,11 +24,11 @@ constexpr std::string_view kTooLong =
     "The name of the database plus the location for the database must total less than 260 characters.";
 constexpr std::string_view kForbiddenInName = "\\/:*?\"<>|";
 
+}  // namespace
+
 bool hasForbidden(const std::string& name) {
     return name.find_first_of(kForbiddenInName) != std::string::npos || !base::isRecordPath(name);
 }
-
-}  // namespace
 
 std::string completeLocation(const std::string& location, const base::PathRules& paths) {
     std::string complete = location;

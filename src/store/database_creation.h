@@ -74,6 +74,10 @@ class DatabaseCreation {
     Vault& vault_;
 };
 
+/// Whether a name holds what no database's name may hold: one of \ / : * ? " < > | or what a record cannot
+/// hold.
+bool hasForbidden(const std::string& name);
+
 /// The location as the database's path uses it: with a closing separator; on Windows "c" and "c\" mean drive
 /// C.
 std::string completeLocation(const std::string& location, const base::PathRules& paths);

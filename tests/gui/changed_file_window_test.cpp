@@ -87,10 +87,10 @@ TEST(ChangedFileWindow, TakesEachAnswerOfACheck) {
     EXPECT_EQ(world.check().counts().changed, 2U) << "the two that were ignored";
 
     CheckSummaryWindow window(summary, kNoHelp, nullptr);
-    EXPECT_EQ(find<QLabel>(window, "listedLabel").text(), "5");
-    EXPECT_EQ(find<QLabel>(window, "changedLabel").text(), "5");
-    EXPECT_EQ(find<QLabel>(window, "identicalLabel").text(), "0");
-    EXPECT_EQ(find<QLabel>(window, "timeLabel").text(), "12:30:05   29.2.2024");
+    EXPECT_EQ(find<QLabel>(window, "valueLabel1").text(), "5");
+    EXPECT_EQ(find<QLabel>(window, "valueLabel4").text(), "5");
+    EXPECT_EQ(find<QLabel>(window, "valueLabel5").text(), "0");
+    EXPECT_EQ(find<QLabel>(window, "valueLabel0").text(), "12:30:05   29.2.2024");
 }
 
 files::ChangedFileDetails someDetails() {

@@ -57,7 +57,7 @@ class ChangedFilePrompt : public files::ChangedFileDetailsDialog {
   private:
     store::Vault& vault_;
     const store::OpenDatabaseContext& database_;
-    const OpenHelp& openHelp_;
+    OpenHelp openHelp_;
 };
 
 }  // namespace corvalence::gui

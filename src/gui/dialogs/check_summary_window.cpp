@@ -12,25 +12,17 @@ namespace corvalence::gui {
 namespace {
 
 struct CountRow {
-    const char* label;
-    const char* name;
+    std::string_view label;
     std::uint32_t files::CheckCounts::*count;
 };
 
 constexpr CountRow kCounts[] = {
-    {"Total number of files listed:", "listedLabel", &files::CheckCounts::listed},
-    {"Files Checked:", "checkedLabel", &files::CheckCounts::checked},
-    {"Files Unchecked:", "uncheckedLabel", &files::CheckCounts::unchecked},
-    {"Files Changed:", "changedLabel", &files::CheckCounts::changed},
-    {"Files Identical:", "identicalLabel", &files::CheckCounts::identical},
+    {"Total number of files listed:", &files::CheckCounts::listed},
+    {"Files Checked:", &files::CheckCounts::checked},
+    {"Files Unchecked:", &files::CheckCounts::unchecked},
+    {"Files Changed:", &files::CheckCounts::changed},
+    {"Files Identical:", &files::CheckCounts::identical},
 };
-
-void addRow(QFormLayout& form, const char* label, const char* name, const QString& text) {
-    auto* value = new QLabel(text);
-    value->setObjectName(QLatin1String(name));
-    value->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
-    form.addRow(QLatin1String(label), value);
-}
 
 }  // namespace
 
@@ -42,9 +34,9 @@ CheckSummaryWindow::CheckSummaryWindow(const files::CheckSummary& summary, const
     auto* layout = new QVBoxLayout(this);
     addPathLines(*layout, summary.database);
     auto* form = new QFormLayout;
-    addRow(*form, "Checked:", "timeLabel", shown(summary.checkedAt));
+    addValueRow(*form, "Checked:", shown(summary.checkedAt));
     for (const CountRow& row : kCounts)
-        addRow(*form, row.label, row.name, QString::number(summary.counts.*row.count));
+        addValueRow(*form, row.label, QString::number(summary.counts.*row.count));
     layout->addLayout(form);
     if (!summary.backupFailure.empty()) {
         auto* failure = new QLabel(shownLines(summary.backupFailure));

@@ -1,5 +1,6 @@
 #include "gui/dialogs/elided_label.h"
 
+#include <QFormLayout>
 #include <QHelpEvent>
 #include <QStylePainter>
 #include <QToolTip>
@@ -51,6 +52,14 @@ void addPathLines(QVBoxLayout& layout, std::string_view path) {
         layout.addWidget(label);
         name = "pathLabelMore";
     }
+}
+
+void addValueRow(QFormLayout& form, std::string_view label, const QString& value) {
+    auto* field = new QLabel(value);
+    field->setObjectName(QStringLiteral("valueLabel%1").arg(form.rowCount()));
+    field->setTextFormat(Qt::PlainText);
+    field->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    form.addRow(shown(label), field);
 }
 
 }  // namespace corvalence::gui

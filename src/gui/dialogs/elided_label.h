@@ -3,6 +3,7 @@
 #include <QLabel>
 #include <string_view>
 
+class QFormLayout;
 class QVBoxLayout;
 
 namespace corvalence::gui {
@@ -28,5 +29,8 @@ class ElidedLabel : public QLabel {
 
 /// A path in up to three lines, with the object name "pathLabel" on the first.
 void addPathLines(QVBoxLayout& layout, std::string_view path);
+
+/// A label and a value whose text can be copied; its object name is "valueLabel" and its number.
+void addValueRow(QFormLayout& form, std::string_view label, const QString& value);
 
 }  // namespace corvalence::gui

@@ -18,7 +18,7 @@ QButtonGroup* addRadioButtons(QLayout& layout, QWidget& parent, const char* name
     auto* group = new QButtonGroup(&parent);
     int id = 0;
     for (const auto& row : rows) {
-        auto* button = new QRadioButton(shown(textOf(row)), &parent);
+        auto* button = new QRadioButton(shownLines(textOf(row)), &parent);
         button->setObjectName(QLatin1String(name) + QString::number(id));
         button->setChecked(id == checked);
         group->addButton(button, id++);
