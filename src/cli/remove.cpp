@@ -15,13 +15,6 @@ std::string locationText(Context& context, const std::optional<std::string>& loc
     return context.platform.paths.withSeparator(absolutePath(context, *location));
 }
 
-bool confirm(Context& context, const std::string& database, std::uint64_t count) {
-    return context.ui.ask(platform::Icon::Warning,
-                          std::to_string(count) + (count > 1 ? " files" : " file") +
-                              " will be removed from " + database + ", with the backups kept of them. Go on?",
-                          false);
-}
-
 }  // namespace
 
 ExitCode runRemove(Context& context, const RemoveArguments& arguments) {
@@ -37,7 +30,7 @@ ExitCode runRemove(Context& context, const RemoveArguments& arguments) {
     const auto run = startRun(context);
     auto database = openFileDatabase(context, *run, arguments.database);
     files::RemovePipeline pipeline(run->vault(), database, [&](std::uint64_t count) {
-        return confirm(context, database.path(), count);
+        return context.ui.ask(platform::Icon::Warning, files::removeQuestion(count, database.path()), false);
     });
 
     files::RemoveReport report;

@@ -189,4 +189,9 @@ RemoveReport RemovePipeline::removeMatching(const std::string& location, const C
     return run(selection, kNothingRemoved, where + " successfuly removed from the database.");
 }
 
+std::string removeQuestion(std::uint64_t count, const std::string& database) {
+    return std::to_string(count) + (count > 1 ? " files" : " file") + " will be removed from " + database +
+           ", with the backups kept of them. Go on?";
+}
+
 }  // namespace corvalence::files

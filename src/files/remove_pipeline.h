@@ -51,4 +51,7 @@ class RemovePipeline {
     Confirm confirm_;
 };
 
+/// What is asked before files are removed.
+std::string removeQuestion(std::uint64_t count, const std::string& database);
+
 }  // namespace corvalence::files
