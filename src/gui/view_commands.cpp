@@ -49,17 +49,12 @@ void ViewCommands::printFiles() {
 }
 
 void ViewCommands::printReport() {
-    shell::ReportSession& session = work_.reports();
-    // Whatever ends the printing, the view shows its page again.
-    struct Back {
-        Workspace& work;
-        std::size_t page;
-        ~Back() { work.goToPage(page); }
-    } const back{work_, session.page()};
-    ReportModel model(session);
-    printTable({shown(session.row().title), session.pages(),
+    // A session of its own: the view is painted while the printing goes on, and must find its page.
+    const auto session = work_.reports().again();
+    ReportModel model(*session);
+    printTable({shown(session->row().title), session->pages(),
                 [&](std::size_t page) -> QAbstractItemModel& {
-                    session.goToPage(page + 1);
+                    session->goToPage(page + 1);
                     model.refresh();
                     return model;
                 }},

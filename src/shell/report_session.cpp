@@ -45,6 +45,14 @@ void ReportSession::clear() {
     reports::removeReports(vault_);
 }
 
+std::unique_ptr<ReportSession> ReportSession::again() const {
+    auto session = std::make_unique<ReportSession>(vault_);
+    session->savedPath_ = savedPath_;
+    session->kinds_ = {row().kind};
+    session->open(0, End::First);
+    return session;
+}
+
 void ReportSession::open(std::size_t at, End end) {
     at_ = at;
     isUnreadable_ = false;

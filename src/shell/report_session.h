@@ -30,6 +30,10 @@ class ReportSession {
     /// base::FileFailure where one could not be removed; the showing has ended all the same.
     void clear();
 
+    /// Another session on the report that is shown, alone and at its first page: for what goes through it
+    /// while this one stays where it is.
+    std::unique_ptr<ReportSession> again() const;
+
     bool isShown() const noexcept { return !kinds_.empty(); }
     bool isSaved() const noexcept { return !savedPath_.empty(); }
 

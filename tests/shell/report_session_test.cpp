@@ -70,6 +70,11 @@ TEST_F(ReportShowing, GoesThroughThePagesOfAReportAndThenToTheNextReport) {
     session.showCurrent(all(), 4);
     EXPECT_EQ(shown(), way[5]) << "the first that was checked";
     session.showCurrent(all(), 2);
+    const auto other = session.again();
+    EXPECT_EQ(other->pageCaption(), "Page: 1 of 3");
+    EXPECT_EQ(other->total(), 1U);
+    other->goToPage(2);
+    EXPECT_EQ(session.pageCaption(), "Page: 1 of 3") << "each has a page of its own";
     session.goToPage(99);
     EXPECT_EQ(session.lineNumber(0), 6U);
     EXPECT_EQ(session.renderer().columns(session.line(0))->front(), "6");

@@ -77,7 +77,7 @@ void LogWindow::addList(QVBoxLayout& layout, bool inverted) {
     list_->horizontalHeader()->setStretchLastSection(false);
     list_->horizontalHeader()->setResizeContentsPrecision(0);  // what is on screen
     connect(list_->verticalScrollBar(), &QScrollBar::valueChanged, this, [this] { widen(); });
-    connect(list_->verticalScrollBar(), &QScrollBar::rangeChanged, this, [this] { widen(); });
+    list_->onResized = [this] { widen(); };
     layout.addWidget(list_, 1);
 }
 
@@ -126,15 +126,15 @@ void LogWindow::load() {
     model_.show(view);
     list_->setEmptyText(view == nullptr ? QStringLiteral("The log cannot be read.")
                                         : QStringLiteral("The log is empty."));
-    list_->setColumnWidth(0, list_->viewport()->width());
+    widest_ = 0;
     widen();
     if (session_->isCut()) setWindowTitle(windowTitle() + QStringLiteral(" [ CANCELLED ]"));
 }
 
 /// The column is as wide as the longest line that has been on screen.
 void LogWindow::widen() {
-    const int width = list_->widthOnScreen(0);
-    list_->setColumnWidth(0, std::max({list_->columnWidth(0), list_->viewport()->width(), width}));
+    widest_ = std::max(widest_, list_->widthOnScreen(0));
+    list_->setColumnWidth(0, std::max(widest_, list_->viewport()->width()));
 }
 
 std::optional<crypto::SecretText> LogWindow::askPassword() {

@@ -57,6 +57,7 @@ class LogWindow : public QDialog {
     schedule::LogFiles logs_;
     LogModel model_;
     ListTable* list_ = nullptr;
+    int widest_ = 0;  // of the lines that have been on screen
     QRadioButton* first_ = nullptr;
     QRadioButton* second_ = nullptr;
     std::unique_ptr<schedule::LogSession> session_;

@@ -4,6 +4,7 @@
 #include <QIcon>
 #include <memory>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "files/record_list.h"
@@ -51,10 +52,12 @@ class FileListModel : public QAbstractTableModel {
     void placeRows();
     std::size_t lineOf(int row) const { return order_[static_cast<std::size_t>(row)]; }
     std::string text(std::size_t line, int column) const;
+    const std::string& typeOf(const std::string& path) const;
 
-    const platform::Platform* platform_ = nullptr;
+    const store::Vault* vault_ = nullptr;
     std::unique_ptr<files::RecordList> list_;
-    std::vector<std::uint32_t> order_;  // lines of the page as they are shown
+    std::vector<std::uint32_t> order_;                            // lines of the page as they are shown
+    mutable std::unordered_map<std::string, std::string> types_;  // by what the name ends in
     int sortColumn_ = -1;
     Qt::SortOrder sortOrder_ = Qt::AscendingOrder;
     QIcon icon_;

@@ -6,6 +6,7 @@
 #include <QDropEvent>
 #include <QHeaderView>
 #include <QPainter>
+#include <QScrollBar>
 #include <QStyledItemDelegate>
 #include <algorithm>
 
@@ -23,25 +24,55 @@ constexpr int kMarkMargin = 16;
 constexpr int kCellMargin = 8;
 const QLatin1String kWidestMark("then");
 
-/// Tells two rows about the same thing apart: by shading, and what differs in bold.
+bool isNow(const QModelIndex& cell) {
+    return cell.siblingAtColumn(0).data(MarkRole).toString() == QLatin1String("now");
+}
+
+/// Tells two rows about the same thing apart: by shading, and what differs in bold or, where it is a picture,
+/// in a frame.
 class RowDelegate : public QStyledItemDelegate {
   public:
     using QStyledItemDelegate::QStyledItemDelegate;
+
+    void paint(QPainter* painter, const QStyleOptionViewItem& option,
+               const QModelIndex& cell) const override {
+        QStyledItemDelegate::paint(painter, option, cell);
+        if (!cell.data(DiffersRole).toBool() || cell.data(Qt::DisplayRole).isValid()) return;
+        painter->save();
+        painter->setPen(QPen(colourOf(option.palette, cell), 2));
+        painter->drawRect(option.rect.adjusted(2, 2, -3, -3));
+        painter->restore();
+    }
 
   protected:
     void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& cell) const override {
         QStyledItemDelegate::initStyleOption(option, cell);
         option->textElideMode = Qt::ElideMiddle;
-        const QString mark = cell.siblingAtColumn(0).data(MarkRole).toString();
-        if (mark.isEmpty()) return;
-        const bool isNow = mark == QLatin1String("now");
-        if (isNow) option->backgroundBrush = option->palette.alternateBase();
+        if (isNow(cell)) option->backgroundBrush = option->palette.alternateBase();
         if (!cell.data(DiffersRole).toBool()) return;
         option->font.setBold(true);
-        const QColor colour = isNow ? changedColour(option->palette) : thenColour(option->palette);
-        option->palette.setColor(QPalette::Text, colour);
+        option->palette.setColor(QPalette::Text, colourOf(option->palette, cell));
+    }
+
+  private:
+    static QColor colourOf(const QPalette& palette, const QModelIndex& cell) {
+        return isNow(cell) ? changedColour(palette) : thenColour(palette);
     }
 };
+
+/// Light text on dark for a light palette, and the other way round.
+QPalette invertedPalette(const QPalette& plain) {
+    const bool toDark = !isDark(plain);
+    QPalette inverted = plain;
+    const QColor back = toDark ? QColor(0x1E, 0x1F, 0x22) : QColor(Qt::white);
+    const QColor text = toDark ? QColor(0xE6, 0xE6, 0xE6) : QColor(Qt::black);
+    for (const QPalette::ColorRole role : {QPalette::Base, QPalette::Window})
+        inverted.setColor(role, back);
+    for (const QPalette::ColorRole role : {QPalette::Text, QPalette::WindowText})
+        inverted.setColor(role, text);
+    inverted.setColor(QPalette::AlternateBase, toDark ? back.lighter(150) : back.darker(106));
+    return inverted;
+}
 
 }  // namespace
 
@@ -108,29 +139,23 @@ void ListTable::setInverted(bool inverted) {
 
 void ListTable::applyColours() {
     setPalette(QPalette());  // the desktop's, whatever it is now
-    horizontalHeader()->setPalette(QPalette());
-    verticalHeader()->setPalette(QPalette());
-    if (isInverted_) {
-        const QPalette plain = palette();
-        horizontalHeader()->setPalette(plain);
-        verticalHeader()->setPalette(plain);
-        const bool toDark = !gui::isDark(plain);
-        QPalette inverted = plain;
-        const QColor back = toDark ? QColor(0x1E, 0x1F, 0x22) : QColor(Qt::white);
-        const QColor text = toDark ? QColor(0xE6, 0xE6, 0xE6) : QColor(Qt::black);
-        for (const QPalette::ColorRole role : {QPalette::Base, QPalette::Window})
-            inverted.setColor(role, back);
-        for (const QPalette::ColorRole role : {QPalette::Text, QPalette::WindowText})
-            inverted.setColor(role, text);
-        inverted.setColor(QPalette::AlternateBase, toDark ? back.lighter(150) : back.darker(106));
-        setPalette(inverted);
-    }
+    const QPalette plain = palette();
+    const std::initializer_list<QWidget*> frame = {horizontalHeader(), verticalHeader(),
+                                                   horizontalScrollBar(), verticalScrollBar()};
+    for (QWidget* part : frame)
+        part->setPalette(isInverted_ ? plain : QPalette());
+    if (isInverted_) setPalette(invertedPalette(plain));
     viewport()->update();
 }
 
 void ListTable::changeEvent(QEvent* event) {
     QTableView::changeEvent(event);
     if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange) setRowHeight();
+}
+
+void ListTable::resizeEvent(QResizeEvent* event) {
+    QTableView::resizeEvent(event);
+    if (onResized) onResized();
 }
 
 bool ListTable::event(QEvent* event) {

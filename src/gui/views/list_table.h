@@ -21,6 +21,8 @@ class ListTable : public QTableView {
     std::function<void(const std::vector<std::string>& paths)> onDrop;
     /// The chosen rows are others than before.
     std::function<void()> onSelectionChanged;
+    /// The list has got another size.
+    std::function<void()> onResized;
 
     void setModel(QAbstractItemModel* model) override;
 
@@ -54,6 +56,7 @@ class ListTable : public QTableView {
     void dropEvent(QDropEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void changeEvent(QEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
     bool event(QEvent* event) override;
     void selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) override;
 

@@ -15,6 +15,7 @@ constexpr int kSizeColumn = 2;       // of file contents
 constexpr int kAccountColumn = 2;    // of permissions; the columns before it name the file
 constexpr int kFirstTickColumn = 4;  // of permissions
 constexpr std::string_view kYes = "Yes";
+const QLatin1String kDiffers(", differs");  // for those who do not see it
 
 }  // namespace
 
@@ -104,7 +105,6 @@ QVariant ReportModel::tickData(const std::string& text, int column, int role) co
         case Qt::DecorationRole:
             return text == kYes ? yes_ : no_;
         case PlainTextRole:
-        case Qt::AccessibleTextRole:
             return shown(text);
         case Qt::ToolTipRole:
             return shown(session_.row().columns[static_cast<std::size_t>(column)]) + QLatin1String(": ") +
@@ -123,6 +123,8 @@ QVariant ReportModel::data(const QModelIndex& cell, int role) const {
         return isNow(row) ? QStringLiteral("now") : QStringLiteral("then");
     }
     if (role == DiffersRole) return differs(row, column);
+    if (role == Qt::AccessibleTextRole)
+        return shown(text(row, column)) + (differs(row, column) ? kDiffers : QLatin1String());
     if (isTick(column)) {
         const std::string value = text(row, column);
         return value.empty() ? QVariant() : tickData(value, column, role);

@@ -73,9 +73,9 @@ void ReportView::refresh() {
     if (!isShown) return;
     table_->scrollToTop();
     // Widths that the user has chosen stay from page to page.
-    if (fitted_ == &session_.row() || model_.rowCount() == 0) return;
-    fitted_ = &session_.row();
-    table_->fitColumns();
+    const bool isFitted = fitted_ == &session_.row();
+    if (!isFitted) table_->fitColumns();
+    fitted_ = model_.rowCount() > 0 || isFitted ? &session_.row() : nullptr;
 }
 
 void ReportView::showNext() {

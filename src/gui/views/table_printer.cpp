@@ -16,7 +16,7 @@ constexpr int kMostLines = 8;  // of a cell
 constexpr int kNarrowest = 5;  // characters of a column
 constexpr int kFooterLines = 2;
 constexpr double kPointSize = 8;
-constexpr int kWrap = Qt::TextWrapAnywhere | Qt::AlignLeft | Qt::AlignTop;
+constexpr int kWrap = Qt::TextWordWrap | Qt::TextWrapAnywhere | Qt::AlignLeft | Qt::AlignTop;
 
 /// Shares `room` out: columns that need less than an equal share get what they need, the others the rest in
 /// proportion to their needs.
@@ -42,6 +42,11 @@ void shareOut(std::vector<int>& widths, int room, int narrowest) {
         if (!isSettled[at])
             widths[at] = std::max<int>(narrowest, static_cast<int>(left * needs[at] / wanted));
     }
+}
+
+QFont bold(QFont font) {
+    font.setBold(true);
+    return font;
 }
 
 }  // namespace
@@ -76,10 +81,11 @@ void TablePrinter::fitColumns(const QAbstractItemModel& model) {
     if (hasMarks_) titles_.append(QString());
     for (int column = 0; column < model.columnCount(); ++column)
         titles_.append(model.headerData(column, Qt::Horizontal).toString().trimmed());
-    const QFontMetrics metrics = painter_.fontMetrics();
     widths_.clear();
     for (const QString& title : titles_)
-        widths_.push_back(metrics.horizontalAdvance(title) + 2 * gap_);
+        widths_.push_back(QFontMetrics(bold(painter_.font()), painter_.device()).horizontalAdvance(title) +
+                          2 * gap_);
+    const QFontMetrics metrics = painter_.fontMetrics();
     for (int row = 0; row < std::min(model.rowCount(), kMeasuredRows); ++row) {
         const QStringList cells = cellsOf(model, row);
         for (qsizetype at = 0; at < cells.size(); ++at) {
@@ -125,9 +131,7 @@ bool TablePrinter::beginPage(const QAbstractItemModel& model) {
     wasStarted_ = wasStarted_ || isPrintedPage;
     if (titles_.isEmpty()) fitColumns(model);
     const QFont plain = painter_.font();
-    QFont bold = plain;
-    bold.setBold(true);
-    painter_.setFont(bold);
+    painter_.setFont(bold(plain));
     const int titleHeight = heightOf(titles_);
     if (isPrintedPage) {
         painter_.drawText(QRect(0, 0, pageWidth_, lineHeight_), Qt::AlignLeft,
