@@ -55,23 +55,26 @@ std::unique_ptr<ReportSession> ReportSession::again() const {
 
 void ReportSession::open(std::size_t at, End end) {
     at_ = at;
-    isUnreadable_ = false;
+    range_ = {0, 0};
     pages_.reset();
     report_.reset();
     renderer_ = components::makeRenderer(row().kind, vault_.platform);
     vault_.platform.ui.status(0, "Listing Report Details...");
+    std::string failure;
     try {
         const std::string path =
             isSaved() ? savedPath_ : reports::reportPath(vault_.configuration, row().kind);
         report_ = reports::ReportFile::open(vault_, path);
         if (isSaved() && !report_)
             throw reports::ReportAccessError(base::FileFailure(base::Cause::FileNotFound, 0, path));
-    } catch (const reports::ReportAccessError& failure) {
-        isUnreadable_ = true;
-        vault_.platform.ui.message(platform::Icon::Stop, failure.what());
+    } catch (const reports::ReportAccessError& failed) {
+        failure = failed.what();
     }
+    isUnreadable_ = !failure.empty();
     fill(end == End::First ? 1 : SIZE_MAX);
     vault_.platform.ui.status(0, "Ready");
+    // Last: windows are painted while the user reads it.
+    if (isUnreadable_) vault_.platform.ui.message(platform::Icon::Stop, failure);
 }
 
 void ReportSession::fill(std::size_t page) {

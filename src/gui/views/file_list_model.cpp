@@ -37,10 +37,11 @@ void FileListModel::reload(const store::Vault& vault, const store::OpenDatabaseC
 
 void FileListModel::load(const store::Vault& vault, const store::OpenDatabaseContext& context,
                          std::size_t page) {
+    // Before the reset: a setting that cannot be read is told, and windows are painted meanwhile.
+    const auto pageSize = static_cast<std::size_t>(vault.configuration.number(settings::key::kPageSize));
     beginResetModel();
     list_.reset();
     try {
-        const auto pageSize = static_cast<std::size_t>(vault.configuration.number(settings::key::kPageSize));
         auto list = std::make_unique<files::RecordList>(vault, context, pageSize);
         list->show(page);
         vault_ = &vault;

@@ -117,6 +117,8 @@ QVariant ReportModel::tickData(const std::string& text, int column, int role) co
 QVariant ReportModel::data(const QModelIndex& cell, int role) const {
     if (!cell.isValid() || cell.row() >= rowCount()) return {};
     const Row& row = rows_[static_cast<std::size_t>(cell.row())];
+    // The session may have gone on, and a window may be painted before this model follows.
+    if (row.line >= session_.lines()) return {};
     const int column = cell.column();
     if (role == MarkRole) {
         if (!isPaired()) return {};
