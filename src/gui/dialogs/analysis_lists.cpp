@@ -142,10 +142,12 @@ void AnalysisLists::setView(AnalysisView view) {
     const auto there = [&](std::uint64_t row) {
         return row * files::rowWidth(view_) / files::rowWidth(view);
     };
+    const bool wasOnScreen = !lists_[0].table->selectionModel()->selectedRows().isEmpty();
     const std::uint64_t top = there(top_);
     if (picked_) picked_ = there(*picked_);
     view_ = view;
     showFrom(top);
+    if (picked_ && wasOnScreen) pick(*picked_);
 }
 
 void AnalysisLists::pick(std::uint64_t row) {

@@ -41,7 +41,10 @@ ElidedLabel* makeValue(const Value& value, const QString& name) {
     field->setAccessibleName(shown(value.label));
     field->setAccessibleDescription(value.differs ? text + QStringLiteral(" (changed)") : text);
     if (value.isTruncated) field->setWholeText(text);
-    if (value.isDigest) field->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+    if (value.isDigest) {
+        field->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+        field->setMinimumWidth(field->fontMetrics().horizontalAdvance(field->text()));
+    }
     QPalette colours = field->palette();
     colours.setColor(QPalette::WindowText, value.differs ? changedColour(colours) : thenColour(colours));
     field->setPalette(colours);

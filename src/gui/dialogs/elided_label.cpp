@@ -13,7 +13,7 @@ namespace corvalence::gui {
 
 namespace {
 
-constexpr int kCharacters = 64;  // that are always to be seen
+constexpr int kCharacters = 92;  // that are always to be seen: a line of a path
 
 }  // namespace
 
@@ -21,7 +21,8 @@ ElidedLabel::ElidedLabel(const QString& text, QWidget* parent) : QLabel(text, pa
     setTextFormat(Qt::PlainText);
     setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
     const QFontMetrics metrics = fontMetrics();
-    setMinimumWidth(std::min(metrics.horizontalAdvance(text), metrics.averageCharWidth() * kCharacters));
+    setMinimumWidth(
+        std::min(metrics.horizontalAdvance(text), metrics.horizontalAdvance(QLatin1Char('0')) * kCharacters));
 }
 
 bool ElidedLabel::fits() const {

@@ -23,6 +23,7 @@ constexpr int kWidth = 820;
 constexpr int kHeight = 420;
 constexpr int kNameCharacters = 24;
 constexpr int kLocationCharacters = 44;
+constexpr int kTimeCharacters = 26;
 
 }  // namespace
 
@@ -52,6 +53,7 @@ void OpenDatabaseWindow::addList() {
     const int character = list_->fontMetrics().averageCharWidth();
     list_->setColumnWidth(0, kNameCharacters * character);
     list_->setColumnWidth(1, kLocationCharacters * character);
+    list_->setColumnWidth(2, kTimeCharacters * character);
     connect(list_, &QTreeWidget::itemSelectionChanged, this, [this] { enableButtons(); });
     connect(list_, &QTreeWidget::itemDoubleClicked, this, [this] { accept(); });
     layout()->addWidget(list_);

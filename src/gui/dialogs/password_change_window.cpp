@@ -43,7 +43,7 @@ PasswordChangeWindow::PasswordChangeWindow(const core::PasswordEntry& entry, con
     setWindowTitle(QStringLiteral("Password details. "));
     auto* layout = new QVBoxLayout(this);
     auto* form = new QFormLayout;
-    fields_ = {addField(*form, "&Current password:", "currentEdit", entry.current),
+    fields_ = {addField(*form, "C&urrent password:", "currentEdit", entry.current),
                addField(*form, "&New password:", "newEdit", entry.chosen),
                addField(*form, "Con&firmation:", "confirmationEdit", entry.confirmation)};
     layout->addLayout(form);
