@@ -2,7 +2,9 @@
 
 #include <QPagedPaintDevice>
 #include <QPainter>
+#include <QTextOption>
 #include <algorithm>
+#include <cmath>
 #include <numeric>
 
 #include "gui/views/row_roles.h"
@@ -16,7 +18,7 @@ constexpr int kMostLines = 8;  // of a cell
 constexpr int kNarrowest = 5;  // characters of a column
 constexpr int kFooterLines = 2;
 constexpr double kPointSize = 8;
-constexpr int kWrap = Qt::TextWordWrap | Qt::TextWrapAnywhere | Qt::AlignLeft | Qt::AlignTop;
+constexpr int kLongestCell = 4000;  // characters
 
 /// Shares `room` out: columns that need less than an equal share get what they need, the others the rest in
 /// proportion to their needs.
@@ -42,6 +44,13 @@ void shareOut(std::vector<int>& widths, int room, int narrowest) {
         if (!isSettled[at])
             widths[at] = std::max<int>(narrowest, static_cast<int>(left * needs[at] / wanted));
     }
+}
+
+/// Between words, or where a word is too long anywhere.
+QTextOption wrapped() {
+    QTextOption option(Qt::AlignLeft | Qt::AlignTop);
+    option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    return option;
 }
 
 QFont bold(QFont font) {
@@ -108,8 +117,9 @@ int TablePrinter::heightOf(const QStringList& cells) const {
     for (qsizetype at = 0; at < cells.size(); ++at) {
         const int width = widths_[static_cast<std::size_t>(at)] - gap_;
         if (metrics.horizontalAdvance(cells[at].left(500)) <= width) continue;
-        height = std::max(
-            height, metrics.boundingRect(0, 0, width, pageHeight_, kWrap, cells[at].left(4000)).height());
+        const QRectF room(0, 0, width, pageHeight_);
+        const QRectF taken = painter_.boundingRect(room, cells[at].left(kLongestCell), wrapped());
+        height = std::max(height, static_cast<int>(std::ceil(taken.height())));
     }
     return std::min(height, kMostLines * lineHeight_);
 }
@@ -118,7 +128,7 @@ void TablePrinter::draw(const QStringList& cells, int height) {
     int x = 0;
     for (qsizetype at = 0; at < cells.size(); ++at) {
         const int width = widths_[static_cast<std::size_t>(at)];
-        painter_.drawText(QRect(x, y_, width - gap_, height), kWrap, cells[at].left(4000));
+        painter_.drawText(QRectF(x, y_, width - gap_, height), cells[at].left(kLongestCell), wrapped());
         x += width;
     }
 }
