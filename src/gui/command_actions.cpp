@@ -50,17 +50,11 @@ void CommandActions::trigger(shell::Command command) {
 }
 
 void CommandActions::update(const shell::FrameState& state) {
-    state_ = state;
     for (const shell::CommandRow& row : shell::commandRows())
-        action(row.command)->setEnabled(!isBlocked_ && shell::mayRun(row.command, state));
+        action(row.command)->setEnabled(shell::mayRun(row.command, state));
     const auto check = shell::Command::CheckDatabase;
     action(check)->setText(textOf(shell::commandText(check, state.mode)));
     action(shell::commandOf(state.mode))->setChecked(true);
-}
-
-void CommandActions::setBlocked(bool isBlocked) {
-    isBlocked_ = isBlocked;
-    update(state_);
 }
 
 }  // namespace corvalence::gui

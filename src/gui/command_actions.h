@@ -26,8 +26,6 @@ class CommandActions : public QObject {
 
     /// Enables what can be run, and adapts texts to the mode.
     void update(const shell::FrameState& state);
-    /// None can be run while work goes on, whatever the state.
-    void setBlocked(bool isBlocked);
 
     /// Runs a handler; whoever owns the work sets it, to keep order and to catch what is thrown.
     std::function<void(const Handler&)> dispatch = [](const Handler& handler) { handler(); };
@@ -35,8 +33,6 @@ class CommandActions : public QObject {
   private:
     std::vector<QAction*> actions_;
     std::map<shell::Command, Handler> handlers_;
-    shell::FrameState state_;
-    bool isBlocked_ = false;
 };
 
 }  // namespace corvalence::gui

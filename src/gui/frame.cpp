@@ -197,20 +197,30 @@ QWidget* Frame::view() const {
     return views_->currentWidget();
 }
 
+void Frame::showListMenu(const QPoint& at) {
+    QMenu menu;
+    for (const Command command : {Command::CheckDatabase, Command::AddSpecificFile, Command::AddByLocation,
+                                  Command::PasteFiles, Command::RemoveSelected, Command::DatabaseDetails})
+        menu.addAction(actions_.action(command));
+    menu.exec(at);
+}
+
 void Frame::setStatus(int pane, const std::string& text) {
-    if (pane == 1) {
-        database_->setText(shown(text));
-        indicator_->clear();
+    if (pane == 0) {
+        work_->setText(shown(text));
+        if (text == kSelfCheckFailed) setIndicator("warning", text);
         return;
     }
-    work_->setText(shown(text));
-    const bool isOk = text == kSelfCheckOk;
-    if (!isOk && text != kSelfCheckFailed) return;
+    database_->setText(shown(text));
+    // The text comes once a database has proved itself, or was put back.
+    text.empty() ? indicator_->clear() : setIndicator("yes", kSelfCheckOk);
+}
+
+void Frame::setIndicator(const char* picture, std::string_view text) {
     const int size = fontMetrics().height();
-    indicator_->setPixmap(icon(isOk ? QStringLiteral("yes") : QStringLiteral("warning"))
-                              .pixmap(QSize(size, size), devicePixelRatioF()));
-    indicator_->setToolTip(work_->text());
-    indicator_->setAccessibleName(work_->text());
+    indicator_->setPixmap(icon(QLatin1String(picture)).pixmap(QSize(size, size), devicePixelRatioF()));
+    indicator_->setToolTip(shown(text));
+    indicator_->setAccessibleName(shown(text));
 }
 
 void Frame::setPage(const std::string& caption, bool hasPrevious, bool hasNext) {

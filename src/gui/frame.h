@@ -40,6 +40,9 @@ class Frame : public QMainWindow {
     void showView(QWidget* view);
     QWidget* view() const;
 
+    /// The menu of a list of files, at a place of the screen.
+    void showListMenu(const QPoint& at);
+
     void setStatus(int pane, const std::string& text);
     /// Of the Page bar; "Page: 2 of 5", or nothing.
     void setPage(const std::string& caption, bool hasPrevious, bool hasNext);
@@ -64,6 +67,7 @@ class Frame : public QMainWindow {
     void addStatusPanes();
     void bindToggles();
     void useLargeButtons(bool isLarge);
+    void setIndicator(const char* picture, std::string_view text);
 
     CommandActions actions_;
     std::map<shell::Menu, QMenu*> menus_;

@@ -21,6 +21,8 @@ namespace {
 using shell::Command;
 using shell::View;
 
+constexpr std::size_t kDetailsTold = 10;
+
 }  // namespace
 
 Workspace::Workspace(platform::Platform& platform, const components::Machine& machine, core::Run& run,
@@ -63,6 +65,8 @@ void Workspace::listFiles() {
     fileList_ = new FileListView;
     fileList_->setObjectName(QStringLiteral("fileList"));
     fileList_->onSelectionChanged = [this] { refresh(); };
+    fileList_->onDrop = [this](const std::vector<std::string>& paths) { perform([&] { onDrop(paths); }); };
+    fileList_->onContextMenu = [this](const QPoint& at) { frame_.showListMenu(at); };
     const CommandActions& actions = frame_.actions();
     fileList_->setShowGrid(actions.action(Command::GridLines)->isChecked());
     fileList_->setInverted(actions.action(Command::InvertColours)->isChecked());
@@ -140,10 +144,8 @@ void Workspace::previousPage() {
 void Workspace::perform(const std::function<void()>& work) {
     if (isBusy_ || isEnding_) return;
     isBusy_ = true;
-    frame_.actions().setBlocked(true);
     tellFailure(work);
     isBusy_ = false;
-    frame_.actions().setBlocked(false);
     refresh();
     isEnding_ ? closeProgram() : onIdle();
 }
@@ -168,6 +170,19 @@ void Workspace::requestEnd() {
     // A dialog in front waits for an answer, a progress window for Cancel: both take this for it.
     if (QWidget* front = QApplication::activeModalWidget()) front->close();
     if (!isBusy_) closeProgram();
+}
+
+void Workspace::tellRemarks(const std::string& heading, const std::vector<components::Remark>& remarks) {
+    std::string text;
+    for (const components::Remark& remark : remarks) {
+        if (!remark.isFault) continue;
+        text += std::to_string(remark.count).append(remark.text) + "\n";
+        const std::size_t told = std::min(remark.details.size(), kDetailsTold);
+        for (std::size_t at = 0; at < told; ++at)
+            text += "  " + remark.details[at].path + "  " + remark.details[at].reason + "\n";
+        if (told < remark.details.size()) text += "  ...\n";
+    }
+    if (!text.empty()) platform_.ui.message(platform::Icon::Warning, heading + "\n\n" + text);
 }
 
 void Workspace::refresh() {

@@ -3,6 +3,7 @@
 #include <functional>
 #include <optional>
 
+#include "components/component_check.h"
 #include "components/machine.h"
 #include "core/start.h"
 #include "gui/frame.h"
@@ -43,6 +44,8 @@ class Workspace {
     void showDatabase(store::OpenDatabaseContext database);
     /// Lists its files anew, after a command has changed them.
     void reloadFiles();
+    /// Files and folders were dropped onto the list.
+    std::function<void(const std::vector<std::string>& paths)> onDrop;
     /// Null unless it lists files.
     FileListView* fileList() noexcept { return fileList_; }
     /// Leaves the report in view, and the database with it.
@@ -70,6 +73,9 @@ class Workspace {
     void requestEnd();
     bool isEnding() const noexcept { return isEnding_; }
     std::function<void()> closeProgram = [] {};
+
+    /// What work could not record or compare, beside its results; nothing where there is no fault among it.
+    void tellRemarks(const std::string& heading, const std::vector<components::Remark>& remarks);
 
     /// Works out what can be done and what the bars say, and shows it.
     void refresh();

@@ -19,15 +19,19 @@ Widget& find(QWidget& parent, const char* name) {
     return *widget;
 }
 
-/// Acts on the modal window that a call is about to open: as soon as one of the type is in front, `act` runs
-/// on it, once. The test fails, and whatever is in front is closed, where none comes within `limit`
-/// milliseconds, or where this object goes before.
+/// Acts on the modal window that a call is about to open: as soon as one of the type is in front, and it is
+/// time, `act` runs on it, once. The test fails, and whatever is in front is closed, where none comes within
+/// `kLimit` milliseconds, or where this object goes before.
 template <typename Window>
 class WhenShown {
   public:
-    explicit WhenShown(std::function<void(Window&)> act, int limit = 10'000) : act_(std::move(act)) {
+    static constexpr int kLimit = 10'000;
+
+    explicit WhenShown(
+        std::function<void(Window&)> act, std::function<bool(Window&)> isTime = [](Window&) { return true; })
+        : act_(std::move(act)), isTime_(std::move(isTime)) {
         since_.start();
-        QObject::connect(&timer_, &QTimer::timeout, [this, limit] { look(limit); });
+        QObject::connect(&timer_, &QTimer::timeout, [this] { look(); });
         timer_.start(5);
     }
     ~WhenShown() {
@@ -39,19 +43,21 @@ class WhenShown {
     bool wasShown() const { return wasShown_; }
 
   private:
-    void look(int limit) {
+    void look() {
         QWidget* front = QApplication::activeModalWidget();
-        if (auto* window = dynamic_cast<Window*>(front); window != nullptr && window->isVisible()) {
+        if (auto* window = dynamic_cast<Window*>(front);
+            window != nullptr && window->isVisible() && isTime_(*window)) {
             timer_.stop();
             wasShown_ = true;
             act_(*window);
-        } else if (since_.elapsed() > limit) {
+        } else if (since_.elapsed() > kLimit) {
             timer_.stop();
             if (front != nullptr) front->close();
         }
     }
 
     std::function<void(Window&)> act_;
+    std::function<bool(Window&)> isTime_;
     QTimer timer_;
     QElapsedTimer since_;
     bool wasShown_ = false;
