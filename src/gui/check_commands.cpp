@@ -1,0 +1,162 @@
+#include "gui/check_commands.h"
+
+#include <QFileDialog>
+
+#include "components/complete_system.h"
+#include "components/kinds.h"
+#include "files/check.h"
+#include "gui/dialogs/changed_file_window.h"
+#include "gui/dialogs/check_summary_window.h"
+#include "gui/dialogs/complete_system_window.h"
+#include "gui/support/text.h"
+#include "reports/saved_report.h"
+#include "store/database_opening.h"
+
+namespace corvalence::gui {
+
+namespace {
+
+using shell::Command;
+
+constexpr std::size_t kDetailsShown = 10;
+constexpr std::string_view kReportsMade =
+    "Corvalence has created a report for each component of the complete system database check.\n\nUse the "
+    "arrow buttons on the Pagebar to view each report.";
+
+/// Files that cannot be checked are told one by one, as somebody is there to see it; but one who has seen
+/// enough of them is not made to close a box for each.
+class ToldFiles : public files::CheckObserver {
+  public:
+    explicit ToldFiles(platform::UserInterface& ui) : ui_(ui) {}
+
+    void unchecked(const std::string& path, const std::string& reason) override {
+        if (++count_ > kDetailsShown) return;
+        ui_.message(platform::Icon::Warning, "Couldn't check " + path + "\nReason: " + reason);
+    }
+    void changed(const files::ChangedFileDetails&, files::Reaction, bool, const std::string&) override {}
+    void note(const std::string&, const std::string&) override {}
+
+    std::size_t untold() const { return count_ > kDetailsShown ? count_ - kDetailsShown : 0; }
+
+  private:
+    platform::UserInterface& ui_;
+    std::size_t count_ = 0;
+};
+
+}  // namespace
+
+CheckCommands::CheckCommands(Workspace& workspace) : work_(workspace) {
+    CommandActions& actions = work_.frame().actions();
+    actions.handle(Command::CheckDatabase, [this] { check(); });
+    actions.handle(Command::SaveReport, [this] { saveReport(); });
+    actions.handle(Command::ViewSavedReport, [this] { viewSavedReport(); });
+    actions.handle(Command::NextReport, [this] { work_.nextPage(); });
+    actions.handle(Command::PreviousReport, [this] { work_.previousPage(); });
+}
+
+void CheckCommands::check() {
+    if (!work_.database()) {
+        openDatabase();  // and goes on to its check
+        return;
+    }
+    // It may have been changed since it was opened.
+    const std::string path = work_.database()->path();
+    std::optional<store::OpenDatabaseContext> proved;
+    const auto result = store::DatabaseOpening(work_.vault()).openWithRecovery(path, proved);
+    if (result != store::OpenResult::Opened && result != store::OpenResult::Restored) return;
+    work_.database() = std::move(proved);
+    checkProved();
+}
+
+void CheckCommands::checkProved() {
+    switch (work_.state().mode) {
+        case shell::Mode::FileContents:
+            checkFiles(*work_.database());
+            work_.reloadFiles();
+            return;
+        case shell::Mode::CompleteSystem:
+            checkSystem(*work_.database());
+            return;
+        default:
+            checkComponent(*work_.database());
+    }
+}
+
+void CheckCommands::checkWithPrompts(const std::string& path) {
+    std::optional<store::OpenDatabaseContext> database;
+    const auto result = store::DatabaseOpening(work_.vault()).openWithRecovery(path, database);
+    if (result == store::OpenResult::Opened || result == store::OpenResult::Restored) checkFiles(*database);
+}
+
+void CheckCommands::checkFiles(store::OpenDatabaseContext& database) {
+    ChangedFilePrompt dialog(work_.vault(), database, work_.openHelp());
+    ToldFiles observer(work_.platform().ui);
+    const files::CheckSummary summary =
+        files::FileContentsCheck(work_.vault(), database, dialog, observer).checkAllFiles();
+    if (observer.untold() > 0) {
+        work_.platform().ui.message(
+            platform::Icon::Warning,
+            std::to_string(observer.untold()) + " more files could not be checked. The summary counts them.");
+    }
+    if (!summary.counts.cancelled) CheckSummaryWindow(summary, work_.openHelp(), &work_.frame()).exec();
+}
+
+void CheckCommands::checkComponent(const store::OpenDatabaseContext& database) {
+    const auto& kind = *components::findComponentKind(database.record.kind);
+    const auto outcome = components::checkDatabase(work_.vault(), work_.machine(), kind, database);
+    work_.frame().setStatus(0, "Ready");
+    if (outcome.cancelled || outcome.isEmpty) return;
+    work_.tellRemarks("Not everything could be checked:", outcome.remarks);
+    work_.reports().showCurrent({kind.report});
+    work_.showReport();
+}
+
+void CheckCommands::checkSystem(const store::OpenDatabaseContext& database) {
+    ScanSelectionWindow selection(work_.openHelp(), &work_.frame());
+    if (selection.exec() != QDialog::Accepted) return;
+    const auto checked =
+        components::checkCompleteSystem(work_.vault(), work_.machine(), database, selection.selection());
+    work_.frame().setStatus(0, "Ready");
+    if (checked.cancelled) return;
+    std::vector<components::Remark> remarks;
+    for (const components::ComponentChecked& component : checked.components) {
+        const auto& told = component.outcome.remarks;
+        remarks.insert(remarks.end(), told.begin(), told.end());
+    }
+    work_.tellRemarks("Not everything could be checked:", remarks);
+    if (checked.firstPage() == 0) {
+        work_.frame().setPage(components::systemPageCaption(0), false, false);
+        return;
+    }
+    std::vector<reports::ReportKind> kinds;
+    for (const reports::ReportRow& row : reports::reportRows())
+        kinds.push_back(row.kind);
+    work_.reports().showCurrent(std::move(kinds), checked.firstPage());
+    work_.showReport();
+    work_.platform().ui.message(platform::Icon::Information, std::string(kReportsMade));
+}
+
+void CheckCommands::saveReport() {
+    const QString chosen = QFileDialog::getSaveFileName(&work_.frame(), QStringLiteral("Save Report."), {},
+                                                        QStringLiteral("Corvalence Report (*)"), nullptr,
+                                                        QFileDialog::DontConfirmOverwrite);
+    if (chosen.isEmpty()) return;
+    const auto planned = reports::plannedSaves(work_.vault(), bytesOf(chosen));
+    for (const reports::SavedReport& report : planned) {
+        // The letter makes it another file than the one that the dialog knows of.
+        const bool isThere = work_.platform().files.status(report.path, platform::Follow::Yes).has_value();
+        if (isThere && !work_.platform().ui.ask(platform::Icon::Warning,
+                                                report.path + " already exists.\n\nReplace it?"))
+            continue;
+        reports::saveReport(work_.vault(), report);
+    }
+}
+
+void CheckCommands::viewSavedReport() {
+    const QString chosen = QFileDialog::getOpenFileName(&work_.frame(), QStringLiteral("View Saved Report."));
+    if (chosen.isEmpty()) return;
+    const auto mode = shell::modeRow(work_.state().mode).report;
+    if (work_.reports().showSaved(bytesOf(chosen), mode)) work_.showReport();
+}
+
+}  // namespace corvalence::gui
