@@ -1,0 +1,270 @@
+#include "gui/application.h"
+
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QTest>
+
+#include "desk.h"
+#include "driving.h"
+#include "gui/dialogs/changed_file_window.h"
+#include "gui/dialogs/check_summary_window.h"
+#include "gui/dialogs/create_database_window.h"
+#include "gui/dialogs/criteria_window.h"
+#include "gui/dialogs/file_analysis_window.h"
+#include "gui/dialogs/open_database_window.h"
+#include "gui/dialogs/password_window.h"
+#include "gui/dialogs/searching_window.h"
+#include "gui/schedule_commands.h"
+#include "gui/views/file_list_view.h"
+#include "gui/views/report_view.h"
+#include "machine.h"
+#include "reports/report_writer.h"
+
+namespace corvalence::gui {
+namespace {
+
+using shell::Command;
+using test::Answer;
+using test::find;
+using test::WhenShown;
+
+class NoAutoStart : public platform::AutoStart {
+  public:
+    bool enable(const std::string&) override { return false; }
+    bool disable() override { return true; }
+    bool isEnabled() override { return false; }
+};
+
+/// The whole program on a machine, from its first window on.
+class Program : public testing::Test {
+  protected:
+    Program() {
+        world.stop();
+        const std::string folder = world.data("");
+        host.program = {core::SelfCheckFiles::beside(folder + "corvalence", core::kProgramDigest, {}), {}};
+    }
+
+    /// The program with its window open. What the self-check has to say of a folder without a program is
+    /// passed over.
+    void start(const char* password = "open sesame", bool inBackground = false) {
+        application = std::make_unique<Application>(host, inBackground);
+        application->tray = std::make_unique<test::ShownTray>();
+        application->hasTray = [] { return true; };
+        const WhenShown<PasswordWindow> enter([&](PasswordWindow& window) { type(window, password); });
+        ASSERT_TRUE(application->start());
+        application->frame().firstPaint = [] {};
+        application->frame().show();
+    }
+
+    static void type(PasswordWindow& window, const char* password) {
+        QTest::keyClicks(&find<QLineEdit>(window, "passwordEdit"), password);
+        find<QPushButton>(window, "okButton").click();
+    }
+    void trigger(Command command) { application->frame().actions().action(command)->trigger(); }
+    FileListView* list() { return application->workspace().fileList(); }
+
+    void createDatabase(const QString& name) {
+        const WhenShown<CreateDatabaseWindow> fill([&](CreateDatabaseWindow& window) {
+            find<QLineEdit>(window, "nameEdit").setText(name);
+            find<QPushButton>(window, "okButton").click();
+        });
+        trigger(Command::CreateDatabase);
+    }
+    void addFolder(const std::string& folder) {
+        std::string told;
+        const WhenShown<CriteriaWindow> fill([&](CriteriaWindow& window) {
+            find<QLineEdit>(window, "locationEdit").setText(QString::fromStdString(folder));
+            proceed = std::make_unique<WhenShown<SearchingWindow>>(
+                [&](SearchingWindow& search) {
+                    report = std::make_unique<Answer>(QMessageBox::Ok, &told);
+                    find<QPushButton>(search, "proceedButton").click();
+                },
+                [](SearchingWindow& search) {
+                    return find<QPushButton>(search, "proceedButton").isEnabled();
+                });
+            find<QPushButton>(window, "okButton").click();
+        });
+        trigger(Command::AddByLocation);
+        proceed.reset();
+        report.reset();
+        EXPECT_EQ(told.substr(0, 7), "2 Files") << told;
+    }
+
+    corvalence::test::World world;
+    corvalence::test::ListedRecycleBin bin;
+    corvalence::test::ListedServices services;
+    corvalence::test::ListedRegistry registry;
+    corvalence::test::ScriptedAccessLists accessLists{world.machine.system.accessLists};
+    NoAutoStart autoStart;
+    Host host{.files = world.platform.files,
+              .access = world.platform.access,
+              .volumes = world.platform.volumes,
+              .status = world.platform.status,
+              .process = world.process,
+              .types = world.platform.types,
+              .clock = world.platform.clock,
+              .settings = world.platform.settings,
+              .sound = world.platform.sound,
+              .autoStart = autoStart,
+              .machine = {world.machine.system.streams, bin, services, registry, accessLists},
+              .mail = std::make_shared<corvalence::test::ScriptedMail>(),
+              .paths = world.platform.paths,
+              .dataRoot = world.data(""),
+              .program = {},
+              .folderIcon = core::desktopFolderIcon()};
+    std::unique_ptr<Application> application;
+    std::unique_ptr<WhenShown<SearchingWindow>> proceed;
+    std::unique_ptr<Answer> report;
+};
+
+TEST_F(Program, MakesADatabaseFindsWhatChangedShowsWhereAndPutsItBack) {
+    const std::string path = world.write("a.txt", std::string(300, 'a'));
+    world.write("b.txt", "b");
+    start();
+    createDatabase("docs");
+    ASSERT_NE(list(), nullptr);
+    addFolder(world.path(""));
+    EXPECT_EQ(list()->files().count(), 2U);
+
+    world.write("a.txt", std::string(200, 'a') + "X" + std::string(99, 'a'));
+    {
+        std::string changed;
+        std::unique_ptr<WhenShown<ChangedFileWindow>> details;
+        std::unique_ptr<WhenShown<FileAnalysisWindow>> analysis;
+        std::unique_ptr<WhenShown<FileRestoreWindow>> restore;
+        std::unique_ptr<Answer> restored;
+        std::unique_ptr<WhenShown<CheckSummaryWindow>> summary;
+        std::string outcome;
+        const WhenShown<QMessageBox> warning([&](QMessageBox& box) {
+            changed = box.text().toStdString();
+            details = std::make_unique<WhenShown<ChangedFileWindow>>([&](ChangedFileWindow& window) {
+                analysis = std::make_unique<WhenShown<FileAnalysisWindow>>(
+                    [](FileAnalysisWindow& shownRows) { shownRows.accept(); });
+                find<QPushButton>(window, "analysisButton").click();
+                find<QRadioButton>(window, "reactionButton3").click();
+                restore = std::make_unique<WhenShown<FileRestoreWindow>>([&](FileRestoreWindow& choice) {
+                    restored = std::make_unique<Answer>(QMessageBox::Ok, &outcome);
+                    summary = std::make_unique<WhenShown<CheckSummaryWindow>>(
+                        [](CheckSummaryWindow& counts) { counts.accept(); });
+                    find<QPushButton>(choice, "okButton").click();
+                });
+                find<QPushButton>(window, "okButton").click();
+            });
+            box.accept();
+        });
+        trigger(Command::CheckDatabase);
+        EXPECT_EQ(changed, path + " has been changed! ");
+        EXPECT_EQ(outcome, path + " successfully restored.");
+    }
+    EXPECT_EQ(world.read("a.txt"), std::string(300, 'a'));
+
+    list()->selectRow(0);
+    EXPECT_TRUE(application->frame().actions().action(Command::RemoveSelected)->isEnabled());
+    {
+        std::string removed;
+        std::unique_ptr<Answer> told;
+        const WhenShown<QMessageBox> question([&](QMessageBox& box) {
+            told = std::make_unique<Answer>(QMessageBox::Ok, &removed);
+            box.button(QMessageBox::Yes)->click();
+        });
+        trigger(Command::RemoveSelected);
+        EXPECT_EQ(removed, "1 file successfuly removed from the database.");
+    }
+    EXPECT_EQ(list()->files().count(), 1U);
+    trigger(Command::CloseDatabase);
+    EXPECT_EQ(list(), nullptr);
+    EXPECT_EQ(application->frame().windowTitle(), "Corvalence");
+    application->stop();
+    EXPECT_TRUE(world.leftovers().empty());
+}
+
+TEST_F(Program, RefusesAWrongPasswordAndALockedInstallationAndEndsWhereTheUserLeaves) {
+    start();
+    createDatabase("docs");
+    {
+        // The second start of the program.
+        Application second(host, false);
+        const Answer told(QMessageBox::Ok);
+        EXPECT_FALSE(second.start());
+    }
+    application->stop();
+    application.reset();
+
+    Application again(host, false);
+    std::unique_ptr<WhenShown<PasswordWindow>> next;
+    const WhenShown<PasswordWindow> wrong([&](PasswordWindow& window) {
+        next = std::make_unique<WhenShown<PasswordWindow>>([](PasswordWindow& shownAnew) {
+            EXPECT_TRUE(find<QLineEdit>(shownAnew, "passwordEdit").text().isEmpty());
+            shownAnew.reject();
+        });
+        type(window, "something else");
+    });
+    EXPECT_FALSE(again.start()) << "no message says why";
+}
+
+TEST_F(Program, ShowsTheReportOfADirectoryStructureCheckByPagesAndSavesNothingOfIt) {
+    world.write("old.txt", "1");
+    world.platform.settings.write("Software\\Corvalence\\Walk Roots", world.path(""));
+    start();
+    trigger(Command::DirectoryStructureMode);
+    EXPECT_EQ(application->frame().windowTitle(), "Corvalence - Directory Structure Mode.");
+    createDatabase("names");
+    EXPECT_TRUE(application->workspace().state().isDatabaseOpen);
+    world.platform.settings.write("Software\\Corvalence\\Config15", "1000");
+    for (int i = 0; i < 2500; ++i)
+        world.write("new" + std::to_string(i), "");
+    trigger(Command::CheckDatabase);
+    ASSERT_EQ(application->workspace().state().view, shell::View::Report);
+    EXPECT_EQ(application->frame().windowTitle(), "Corvalence - Directory Structure Report.");
+    auto& caption = find<QLabel>(application->frame(), "pageCaption");
+    EXPECT_EQ(caption.text(), "Page: 1 of 3");
+    EXPECT_FALSE(application->frame().actions().action(Command::PreviousReport)->isEnabled());
+    trigger(Command::NextReport);
+    find<QToolButton>(application->frame(), "nextPageButton").click();
+    EXPECT_EQ(caption.text(), "Page: 3 of 3");
+    auto& view = dynamic_cast<ReportView&>(*application->frame().view());
+    EXPECT_EQ(view.table().model()->rowCount(), 500);
+    EXPECT_FALSE(application->frame().actions().action(Command::NextReport)->isEnabled());
+
+    const std::string file = reports::reportPath(application->workspace().configuration(),
+                                                 reports::ReportKind::DirectoryStructure);
+    EXPECT_TRUE(world.platform.files.status(file, platform::Follow::Yes));
+    trigger(Command::CloseDatabase);
+    EXPECT_FALSE(world.platform.files.status(file, platform::Follow::Yes)) << "it ends with its view";
+    EXPECT_TRUE(application->frame().actions().action(Command::RegistryMode)->isEnabled());
+}
+
+TEST_F(Program, StartsBehindTheTrayAndComesUpFromIt) {
+    world.platform.settings.write("Software\\Corvalence\\Config8", "1");
+    application = std::make_unique<Application>(host, true);
+    auto tray = std::make_unique<test::ShownTray>();
+    test::ShownTray& icons = *tray;
+    application->tray = std::move(tray);
+    application->hasTray = [] { return true; };
+    const WhenShown<PasswordWindow> enter([&](PasswordWindow& window) { type(window, "open sesame"); });
+    ASSERT_TRUE(application->start());
+    EXPECT_FALSE(application->frame().isVisible());
+    EXPECT_EQ(icons.captions.back(), "Corvalence - Counting Down To Next Scheduled Check.");
+    application->frame().firstPaint = [] {};
+    application->schedule().trayOpen();
+    EXPECT_TRUE(application->frame().isVisible());
+}
+
+TEST_F(Program, RemembersTheWindowAndIsAskedOnlyOnceToEnd) {
+    start();
+    application->frame().actions().action(Command::MemoryBar)->trigger();
+    application->frame().close();
+    EXPECT_FALSE(application->frame().isVisible());
+    application.reset();
+    start();
+    EXPECT_FALSE(application->frame().isBarShown(Command::MemoryBar));
+}
+
+}  // namespace
+}  // namespace corvalence::gui
