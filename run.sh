@@ -1,25 +1,42 @@
 #!/usr/bin/env bash
-# Builds Corvalence and does its main job on a folder: the first time it records a baseline of all files below it, with
-# sealed backups; from then on it says which of them changed.
+# Builds Corvalence and starts it.
 #
-#   ./run.sh [DIR]        DIR is /etc where none is given
+#   ./run.sh          the graphical program
+#   ./run.sh DIR      without a display: the first time this records a baseline of all files below DIR, with sealed
+#                     backups; from then on it says which of them changed
 #
-# The password is asked for at a terminal; without one it is the first line of standard input. CORVALENCE_HOME, where
-# it is set, names the installation's folder instead of the user's own.
+# With DIR the password is asked for at a terminal; without one it is the first line of standard input.
+# CORVALENCE_HOME, where it is set, then names the installation's folder instead of the user's own.
 set -euo pipefail
 
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
-dir=$(realpath -s -- "${1:-/etc}")
-[ -d "$dir" ] || { echo "$dir is not a folder." >&2; exit 2; }
-
 # shellcheck source=tools/packages.sh
 . "$here/tools/packages.sh"
-install_missing "${build_packages[@]}"
-echo "Building the optimised program ..." >&2
-(cd "$here" && cmake --preset release -DCORVALENCE_GUI=OFF >/dev/null && cmake --build --preset release --target corvalencectl >/dev/null) || {
-    (cd "$here" && cmake --preset release -DCORVALENCE_GUI=OFF && cmake --build --preset release --target corvalencectl) >&2
-    exit 4
+
+# build TARGET GUI: the optimised program, with or without what needs the toolkit.
+build() {
+    echo "Building the optimised program ..." >&2
+    local configure=(cmake --preset release -DCORVALENCE_GUI="$2") compile=(cmake --build --preset release --target "$1")
+    (cd "$here" && "${configure[@]}" >/dev/null && "${compile[@]}" >/dev/null) || {
+        (cd "$here" && "${configure[@]}" && "${compile[@]}") >&2
+        exit 4
+    }
 }
+
+if [ $# -eq 0 ]; then
+    if [ -z "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ]; then
+        echo "There is no display. Without one:  ./run.sh DIR" >&2
+        exit 2
+    fi
+    install_missing "${build_packages[@]}" "${gui_packages[@]}"
+    build corvalence ON
+    exec "$here/build/release/src/gui/corvalence"
+fi
+
+dir=$(realpath -s -- "$1")
+[ -d "$dir" ] || { echo "$dir is not a folder." >&2; exit 2; }
+install_missing "${build_packages[@]}"
+build corvalencectl OFF
 home=()
 [ -n "${CORVALENCE_HOME:-}" ] && home=(--home "$CORVALENCE_HOME")
 ctl() { "$here/build/release/src/cli/corvalencectl" "${home[@]}" "$@"; }
