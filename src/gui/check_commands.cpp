@@ -18,29 +18,16 @@ namespace {
 
 using shell::Command;
 
-constexpr std::size_t kDetailsShown = 10;
 constexpr std::string_view kReportsMade =
     "Corvalence has created a report for each component of the complete system database check.\n\nUse the "
     "arrow buttons on the Pagebar to view each report.";
 
-/// Files that cannot be checked are told one by one, as somebody is there to see it; but one who has seen
-/// enough of them is not made to close a box for each.
-class ToldFiles : public files::CheckObserver {
+/// With a person at it the check tells everything by itself.
+class NothingMore : public files::CheckObserver {
   public:
-    explicit ToldFiles(platform::UserInterface& ui) : ui_(ui) {}
-
-    void unchecked(const std::string& path, const std::string& reason) override {
-        if (++count_ > kDetailsShown) return;
-        ui_.message(platform::Icon::Warning, "Couldn't check " + path + "\nReason: " + reason);
-    }
+    void unchecked(const std::string&, const std::string&) override {}
     void changed(const files::ChangedFileDetails&, files::Reaction, bool, const std::string&) override {}
     void note(const std::string&, const std::string&) override {}
-
-    std::size_t untold() const { return count_ > kDetailsShown ? count_ - kDetailsShown : 0; }
-
-  private:
-    platform::UserInterface& ui_;
-    std::size_t count_ = 0;
 };
 
 }  // namespace
@@ -90,14 +77,9 @@ void CheckCommands::checkWithPrompts(const std::string& path) {
 
 void CheckCommands::checkFiles(store::OpenDatabaseContext& database) {
     ChangedFilePrompt dialog(work_.vault(), database, work_.openHelp());
-    ToldFiles observer(work_.platform().ui);
+    NothingMore observer;
     const files::CheckSummary summary =
         files::FileContentsCheck(work_.vault(), database, dialog, observer).checkAllFiles();
-    if (observer.untold() > 0) {
-        work_.platform().ui.message(
-            platform::Icon::Warning,
-            std::to_string(observer.untold()) + " more files could not be checked. The summary counts them.");
-    }
     if (!summary.counts.cancelled) CheckSummaryWindow(summary, work_.openHelp(), &work_.frame()).exec();
 }
 

@@ -133,12 +133,15 @@ TEST_F(Program, MakesADatabaseFindsWhatChangedShowsWhereAndPutsItBack) {
     EXPECT_EQ(list()->files().count(), 2U);
 
     world.write("a.txt", std::string(200, 'a') + "X" + std::string(99, 'a'));
+    world.machine.system.files.remove(world.path("b.txt"));
     {
         std::string changed;
         std::unique_ptr<WhenShown<ChangedFileWindow>> details;
         std::unique_ptr<WhenShown<FileAnalysisWindow>> analysis;
         std::unique_ptr<WhenShown<FileRestoreWindow>> restore;
-        std::unique_ptr<Answer> restored;
+        std::unique_ptr<WhenShown<QMessageBox>> restored;
+        std::unique_ptr<Answer> gone;
+        std::string unchecked;
         std::unique_ptr<WhenShown<CheckSummaryWindow>> summary;
         std::string outcome;
         const WhenShown<QMessageBox> warning([&](QMessageBox& box) {
@@ -149,7 +152,11 @@ TEST_F(Program, MakesADatabaseFindsWhatChangedShowsWhereAndPutsItBack) {
                 find<QPushButton>(window, "analysisButton").click();
                 find<QRadioButton>(window, "reactionButton3").click();
                 restore = std::make_unique<WhenShown<FileRestoreWindow>>([&](FileRestoreWindow& choice) {
-                    restored = std::make_unique<Answer>(QMessageBox::Ok, &outcome);
+                    restored = std::make_unique<WhenShown<QMessageBox>>([&](QMessageBox& told) {
+                        outcome = told.text().toStdString();
+                        gone = std::make_unique<Answer>(QMessageBox::Ok, &unchecked);
+                        told.accept();
+                    });
                     summary = std::make_unique<WhenShown<CheckSummaryWindow>>(
                         [](CheckSummaryWindow& counts) { counts.accept(); });
                     find<QPushButton>(choice, "okButton").click();
@@ -161,6 +168,7 @@ TEST_F(Program, MakesADatabaseFindsWhatChangedShowsWhereAndPutsItBack) {
         trigger(Command::CheckDatabase);
         EXPECT_EQ(changed, path + " has been changed! ");
         EXPECT_EQ(outcome, path + " successfully restored.");
+        EXPECT_EQ(unchecked, "Couldn't check " + world.path("b.txt") + "\nReason: FileNotFound.") << "once";
     }
     EXPECT_EQ(world.read("a.txt"), std::string(300, 'a'));
 

@@ -86,6 +86,10 @@ void ProgressWindow::draw() {
 
 void ProgressWindow::step(EventPump& pump) {
     if (!pump.isDue()) return;
+    // Time in which a question was open is not the work's: a window that comes up with the next question
+    // takes the keyboard away from it.
+    if (sinceStep_.isValid() && sinceStep_.elapsed() >= kUntilShown) sinceBegin_.restart();
+    sinceStep_.start();
     if (!isVisible() && sinceBegin_.elapsed() >= kUntilShown) {
         show();
         isChanged_ = true;

@@ -37,6 +37,7 @@ class ProgressWindow : public QDialog {
     QProgressBar* bar_;
     QPushButton* cancel_;
     QElapsedTimer sinceBegin_;
+    QElapsedTimer sinceStep_;
     int position_ = -1;  // nobody knows how much there is to do
     QString noteText_;
     std::string path_;

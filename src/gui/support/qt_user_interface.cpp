@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QTimer>
 
 #include "gui/support/progress_window.h"
 #include "gui/support/text.h"
@@ -29,6 +30,8 @@ void prepare(QMessageBox& box, platform::Icon icon, const std::string& text) {
     box.setTextFormat(Qt::PlainText);  // paths are no markup
     box.setText(shownLines(text));
     box.setTextInteractionFlags(Qt::TextSelectableByMouse);
+    // Whatever else has come up at the same moment.
+    QTimer::singleShot(0, &box, [&box] { box.activateWindow(); });
 }
 
 }  // namespace

@@ -18,7 +18,11 @@ FileListView::FileListView(QWidget* parent) : ListTable(parent) {
 }
 
 void FileListView::showState() {
-    setEmptyText(files_.isOpen() ? QStringLiteral("The database lists no files yet.") : QString());
+    setEmptyText(
+        files_.isOpen()
+            ? QStringLiteral(
+                  "The database lists no files yet.\nAdd some with the menu Add Files, or drop them here.")
+            : QString());
     // Once: widths that the user has chosen stay.
     if (isFitted_ || files_.rowCount() == 0) return;
     isFitted_ = true;
