@@ -116,7 +116,8 @@ TEST(FileTexts, ShortenPathsAtTheirLimits) {
     EXPECT_EQ(lines[1], std::string(92, 'b'));
     EXPECT_EQ(lines[2], std::string(76, 'c'));
     // A character that was cut in two was shown as its bytes.
-    EXPECT_EQ(pathLines(std::string(91, 'a') + "\xC3\xA4\xFFz")[0], std::string(91, 'a') + "\xC3\xA4");
+    const std::string letters(91, 'a');
+    EXPECT_EQ(pathLines(letters + "\xC3\xA4\xFFz")[0], letters + "\xC3\xA4");
 }
 
 class NoTypes : public platform::FileTypes {
