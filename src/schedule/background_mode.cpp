@@ -95,7 +95,15 @@ void BackgroundMode::run(TrayCommand command) {
 
 std::span<const TrayMenuItem> BackgroundMode::openMenu() {
     engine_.hold();
+    if (state_ == State::Running) showHeld();
     return state_ == State::Paused ? kMenuWhilePaused : kMenuWhileRunning;
+}
+
+/// Nothing is checked until a command is given, and the icon must not say otherwise.
+void BackgroundMode::showHeld() {
+    timers_.kill(Timer::Animation);
+    endWarning();
+    showMain(TrayPicture::Paused, kPaused);
 }
 
 void BackgroundMode::open() {
@@ -203,6 +211,8 @@ void BackgroundMode::ends(WorkResult result) {
     hideProgress();
     if (state_ == State::Running && !isAlert_ && isMainShown_) showMain(TrayPicture::Animation, kCounting);
     engine_.ends(result);
+    // The menu was left without a choice in the meantime.
+    if (state_ == State::Running && !engine_.isArmed() && isMainShown_) showHeld();
 }
 
 std::string_view BackgroundMode::usualCaption() const noexcept {

@@ -97,6 +97,7 @@ class BackgroundMode : public WorkListener {
   private:
     void open();
     void pause();
+    void showHeld();
     void resetWarning();
     void viewSessionLog();
     void endWarning();
