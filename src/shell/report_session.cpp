@@ -11,6 +11,12 @@ namespace corvalence::shell {
 
 namespace {
 
+constexpr std::string_view kIncomplete = "Not everything could be checked.";
+
+}  // namespace
+
+namespace {
+
 std::string caption(std::size_t current, std::size_t total) {
     return "Page: " + std::to_string(current) + " of " + std::to_string(total);
 }
@@ -19,6 +25,7 @@ std::string caption(std::size_t current, std::size_t total) {
 
 void ReportSession::showCurrent(std::vector<reports::ReportKind> kinds, std::size_t number) {
     savedPath_.clear();
+    incomplete_.clear();
     kinds_ = std::move(kinds);
     open(std::clamp<std::size_t>(number, 1, kinds_.size()) - 1, End::First);
 }
@@ -29,6 +36,7 @@ bool ReportSession::showSaved(const std::string& path, std::optional<reports::Re
         return false;
     }
     savedPath_ = path;
+    incomplete_.clear();
     kinds_ = {reports::findReportRow(path.back())->kind};
     open(0, End::First);
     return true;
@@ -122,13 +130,18 @@ std::string ReportSession::emptyText() const {
     if (lines() > 0) return {};
     if (isUnreadable_) return "Report file access error.";
     if (!report_) return std::string(row().notChecked);
-    if (report_->malformed() == 0) return std::string(row().noChanges);
+    if (report_->malformed() == 0) {
+        const std::string text(row().noChanges);
+        return incomplete_.count(row().kind) == 0 ? text : text + "\n" + std::string(kIncomplete);
+    }
     const std::string path = isSaved() ? savedPath_ : reports::reportPath(vault_.configuration, row().kind);
     return path + std::string(row().refusal);
 }
 
 std::string ReportSession::damageText() const {
-    if (lines() == 0 || report_->malformed() == 0) return {};
+    if (lines() == 0) return {};
+    if (report_->malformed() == 0)
+        return incomplete_.count(row().kind) == 0 ? std::string() : std::string(kIncomplete);
     if (report_->malformed() == 1) return "1 line is no record of this kind.";
     return std::to_string(report_->malformed()) + " lines are no records of this kind.";
 }

@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -23,6 +24,8 @@ class ReportSession {
 
     /// Shows the first page of one of these kinds, at least one, by its number among them, from 1.
     void showCurrent(std::vector<reports::ReportKind> kinds, std::size_t number = 1);
+    /// Something of this kind could not be compared: its report says so, with rows and without.
+    void markIncomplete(reports::ReportKind kind) { incomplete_.insert(kind); }
     /// Shows a saved report. `mode`: the kind that is at work, none for a Complete System. False, and nothing
     /// changes, where its letter is refused; the user is told.
     bool showSaved(const std::string& path, std::optional<reports::ReportKind> mode);
@@ -79,6 +82,7 @@ class ReportSession {
     store::Vault& vault_;
     std::vector<reports::ReportKind> kinds_;
     std::string savedPath_;
+    std::set<reports::ReportKind> incomplete_;
     std::size_t at_ = 0;
     std::optional<reports::ReportFile> report_;
     bool isUnreadable_ = false;
