@@ -29,8 +29,16 @@ running=$!
 
 # shown TITLE: waits for a window whose title begins so, and gives it the keys.
 shown() {
-    timeout 20 xdotool search --sync --onlyvisible --name "^$1" >/dev/null || { echo "No window: $1" >&2; import -window root "$pictures/failure.png"; cat "$work/log" >&2; exit 1; }
-    sleep 0.4
+    local turn
+    for turn in $(seq 100); do
+        # A window that goes in the middle of the search ends it.
+        xdotool search --onlyvisible --name "^$1" >/dev/null 2>&1 && sleep 0.4 && return
+        sleep 0.2
+    done
+    echo "No window: $1" >&2
+    import -window root "$pictures/failure.png"
+    cat "$work/log" >&2
+    exit 1
 }
 press() { xdotool key --clearmodifiers "$@"; sleep 0.3; }
 write() { xdotool type --delay 30 "$1"; sleep 0.3; }
