@@ -27,6 +27,7 @@ constexpr const char* kLayoutKey = "Software\\Corvalence\\Window Layout";
 
 constexpr std::chrono::milliseconds kSignalPoll{200};
 constexpr std::chrono::milliseconds kIconPeriod{170};
+constexpr std::chrono::seconds kCheckDelay{1};
 constexpr int kWindowIcons = 11;
 
 }  // namespace
@@ -59,8 +60,8 @@ bool Application::start() {
     makeFrame();
     makeCommands();
     core::applyFolderIcons(platform_, run_->configuration(), host_.folderIcon);
-    showFrame();
-    return true;
+    if (!isStopped_) showFrame();
+    return !isStopped_;  // the session may end before the window is there
 }
 
 /// A new user's first start makes what is needed. It is asked for, so that a folder that has gone missing
@@ -95,6 +96,8 @@ void Application::makeFrame() {
     frame_->firstPaint = [this] { firstPaint(); };
     ui_.showStatus = [this](int pane, const std::string& text) { frame_->setStatus(pane, text); };
     workspace_ = std::make_unique<Workspace>(platform_, host_.machine, *run_, *frame_, helpOpener());
+    ui_.isUnattended = [this] { return schedule_ && schedule_->isUnattended(); };
+    ui_.isEnding = [this] { return workspace_->isEnding(); };
     workspace_->closeProgram = [this] {
         stop();
         QApplication::quit();
@@ -109,7 +112,8 @@ void Application::makeCommands() {
     tools_ = std::make_unique<ToolCommands>(*workspace_, host_.program, host_.autoStart);
     databases_->checkOpened = [this] { checks_->checkProved(); };
     checks_->openDatabase = [this] { databases_->open(); };
-    tools_->onConfigured = [this] { refreshInfoBars(); };
+    tools_->onConfigured = [this] { takeSettings(); };
+    tools_->reopen = [this](const std::string& path) { databases_->openPath(path); };
     views_ = std::make_unique<ViewCommands>(*workspace_);
     schedule_ = std::make_unique<ScheduleCommands>(
         *workspace_,
@@ -128,7 +132,7 @@ void Application::showFrame() {
     workspace_->setMode(shell::Mode::FileContents);
     frame_->setStatus(0, std::string(shell::kLockedText));
     restoreLayout();
-    refreshInfoBars();
+    takeSettings();
     QObject::connect(&infoBars_, &QTimer::timeout, [this] { refreshInfoBars(); });
     QObject::connect(&animation_, &QTimer::timeout, [this] { animate(); });
     animation_.start(kIconPeriod);
@@ -153,9 +157,12 @@ void Application::stop() {
     signals_.stop();
     saveLayout();
     frame_->hide();
-    schedule_.reset();
-    tray.reset();
-    core::cleanUp(run_->vault());
+    schedule_->end();
+    try {
+        core::cleanUp(run_->vault());
+    } catch (const std::exception&) {
+        // Nobody is there any more to be told; the next start clears up.
+    }
 }
 
 void Application::restoreLayout() {
@@ -168,13 +175,18 @@ void Application::saveLayout() {
     platform_.settings.write(kLayoutKey, frame_->layout().toBase64().toStdString());
 }
 
-void Application::refreshInfoBars() {
-    const auto& configuration = run_->configuration();
-    frame_->setInfo(shell::Command::MemoryBar, shell::memoryBar(platform_.status.memory()));
-    frame_->setInfo(
-        shell::Command::DiskSpaceBar,
-        shell::diskSpaceBar(platform_.status.disk(configuration.folder(settings::key::kInstallDirectory))));
+/// Kept, since what reads them goes on behind every box: "Registry error." would come without end.
+void Application::takeSettings() {
+    const settings::Configuration& configuration = run_->configuration();
+    isAnimated_ = configuration.isOn(settings::key::kTrayAnimation);
     infoBars_.start(std::chrono::seconds(configuration.number(settings::key::kInfoBarSeconds)));
+    dataFolder_ = configuration.stored(settings::key::kInstallDirectory).value_or(std::string());
+    refreshInfoBars();
+}
+
+void Application::refreshInfoBars() {
+    frame_->setInfo(shell::Command::MemoryBar, shell::memoryBar(platform_.status.memory()));
+    frame_->setInfo(shell::Command::DiskSpaceBar, shell::diskSpaceBar(platform_.status.disk(dataFolder_)));
 }
 
 void Application::animate() {
@@ -187,9 +199,10 @@ void Application::animate() {
 
 void Application::watchSignals() {
     QObject::connect(&signals_, &QTimer::timeout, [this] {
-        if (!host_.process.cancelRequested()) return;
+        const bool isEnding = workspace_ && workspace_->isEnding();
+        if (!host_.process.cancelRequested() && !isEnding) return;
         if (workspace_) {
-            workspace_->requestEnd();
+            workspace_->requestEnd();  // again and again: one dialog may lie behind the other
         } else if (QWidget* front = QApplication::activeModalWidget()) {
             front->close();
         }
@@ -205,7 +218,13 @@ bool Application::mayClose() {
     return isStopped_;
 }
 
+/// Work that goes on when the window comes up first is not to swallow the check.
 void Application::firstPaint() {
+    if (isStopped_) return;
+    if (workspace_->isBusy()) {
+        QTimer::singleShot(kCheckDelay, frame_.get(), [this] { frame_->firstPaint(); });
+        return;
+    }
     workspace_->perform([this] { tools_->checkAtStart(); });
 }
 

@@ -51,6 +51,7 @@ class Application {
     void showFrame();
     void restoreLayout();
     void saveLayout();
+    void takeSettings();
     void refreshInfoBars();
     void animate();
     void watchSignals();
@@ -78,6 +79,8 @@ class Application {
     int animationFrame_ = 0;
     QPointer<QWidget> help_;
     bool isStopped_ = false;
+    bool isAnimated_ = false;
+    std::string dataFolder_;
 };
 
 }  // namespace corvalence::gui

@@ -18,10 +18,6 @@ namespace {
 
 using shell::Command;
 
-constexpr std::string_view kReportsMade =
-    "Corvalence has created a report for each component of the complete system database check.\n\nUse the "
-    "arrow buttons on the Pagebar to view each report.";
-
 /// With a person at it the check tells everything by itself.
 class NothingMore : public files::CheckObserver {
   public:
@@ -90,6 +86,7 @@ void CheckCommands::checkComponent(const store::OpenDatabaseContext& database) {
     if (outcome.cancelled || outcome.isEmpty) return;
     work_.tellRemarks("Not everything could be checked:", outcome.remarks);
     work_.reports().showCurrent({kind.report});
+    if (!outcome.isWhole()) work_.reports().markIncomplete(kind.report);
     work_.showReport();
 }
 
@@ -107,15 +104,17 @@ void CheckCommands::checkSystem(const store::OpenDatabaseContext& database) {
     }
     work_.tellRemarks("Not everything could be checked:", remarks);
     if (checked.firstPage() == 0) {
-        work_.frame().setPage(components::systemPageCaption(0), false, false);
+        work_.showNoReport(components::systemPageCaption(0));
         return;
     }
     std::vector<reports::ReportKind> kinds;
     for (const reports::ReportRow& row : reports::reportRows())
         kinds.push_back(row.kind);
     work_.reports().showCurrent(std::move(kinds), checked.firstPage());
+    for (const components::ComponentChecked& component : checked.components) {
+        if (!component.outcome.isWhole()) work_.reports().markIncomplete(component.component);
+    }
     work_.showReport();
-    work_.platform().ui.message(platform::Icon::Information, std::string(kReportsMade));
 }
 
 void CheckCommands::saveReport() {

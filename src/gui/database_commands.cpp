@@ -40,9 +40,10 @@ void DatabaseCommands::create() {
         &work_.frame());
     window.exec();
     if (!made_) return;
-    noteRecent(made_->path());
+    const std::string path = made_->path();
     work_.showDatabase(*std::move(made_));
     made_.reset();
+    noteRecent(path);
 }
 
 bool DatabaseCommands::make(const store::CreationRequest& request) {
@@ -97,9 +98,14 @@ void DatabaseCommands::open() {
 bool DatabaseCommands::openPath(const std::string& path) {
     std::optional<store::OpenDatabaseContext> database;
     const auto result = store::DatabaseOpening(work_.vault()).openWithRecovery(path, database);
-    if (result != store::OpenResult::Opened && result != store::OpenResult::Restored) return false;
-    noteRecent(database->path());
+    if (result != store::OpenResult::Opened && result != store::OpenResult::Restored) {
+        // The open one, if there is one, has not become worse.
+        work_.frame().setStatus(1, work_.database() ? "Database File Integrity " : "");
+        return false;
+    }
+    const std::string opened = database->path();
     work_.showDatabase(*std::move(database));
+    noteRecent(opened);
     return true;
 }
 

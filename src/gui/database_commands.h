@@ -15,6 +15,8 @@ class DatabaseCommands {
     /// Has the user choose a database of the mode, and opens it; where the mode's databases show no list, it
     /// was chosen to be checked.
     void open();
+    /// Opens one by its path, with its integrity proved. False where it was refused, which was told.
+    bool openPath(const std::string& path);
     /// Checks the database that has just been opened; whoever checks sets this.
     std::function<void()> checkOpened = [] {};
 
@@ -23,7 +25,6 @@ class DatabaseCommands {
     bool make(const store::CreationRequest& request);
     bool makeComponent(const store::CreationRequest& request);
     bool makeSystem(const store::CreationRequest& request);
-    bool openPath(const std::string& path);
     void noteRecent(const std::string& path);
     void details();
     void remove();

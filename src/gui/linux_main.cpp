@@ -1,8 +1,8 @@
-#include <QApplication>
 #include <QMessageBox>
 #include <stdexcept>
 
 #include "gui/application.h"
+#include "gui/support/guarded_application.h"
 #include "help_digest.h"
 #include "platform/json_settings_store.h"
 #include "platform/linux/canberra_sound.h"
@@ -73,7 +73,7 @@ int runProgram(bool startsInBackground) {
 
 int main(int argc, char** argv) {
     prepareProgram();
-    const QApplication toolkit(argc, argv);
+    const gui::GuardedApplication toolkit(argc, argv);
     try {
         // What the toolkit knows of the command line is gone from it by now.
         return runProgram(argc > 1);

@@ -38,11 +38,10 @@ void QtTimers::due(Timer timer) {
 }
 
 void QtTimers::release() {
-    while (!waiting_.empty() && mayTick_()) {
-        const Timer timer = *waiting_.begin();
-        waiting_.erase(waiting_.begin());
-        fire_(timer);
-    }
+    if (waiting_.empty() || !mayTick_()) return;
+    const Timer timer = *waiting_.begin();
+    waiting_.erase(waiting_.begin());
+    fire_(timer);  // behind which the next end of work comes here again
 }
 
 }  // namespace corvalence::gui

@@ -21,7 +21,7 @@ class QtTimers : public schedule::Timers {
     void set(schedule::Timer timer, std::chrono::milliseconds period) override;
     void kill(schedule::Timer timer) override;
 
-    /// Fires the ticks that had to wait. To be called when work ends.
+    /// Fires a tick that had to wait. To be called each time work ends.
     void release();
 
   private:

@@ -43,6 +43,7 @@ QtTray::~QtTray() = default;
 
 void QtTray::fillMenu() {
     menu_.clear();
+    qDeleteAll(menu_.findChildren<QMenu*>(QString(), Qt::FindDirectChildrenOnly));
     if (!callbacks.openMenu) return;
     std::map<std::string_view, QMenu*> subMenus;
     for (const schedule::TrayMenuItem& item : callbacks.openMenu()) {
@@ -58,11 +59,6 @@ void QtTray::fillMenu() {
             QTimer::singleShot(0, &menu_, [this, command] { callbacks.command(command); });
         });
     }
-}
-
-void QtTray::showAll() {
-    for (const auto& [id, entry] : icons_)
-        entry->show();
 }
 
 void QtTray::add(int id, const schedule::TrayIcon& icon) {

@@ -28,8 +28,6 @@ class QtTray : public schedule::Tray {
     Callbacks callbacks;
 
     static bool isAvailable() { return QSystemTrayIcon::isSystemTrayAvailable(); }
-    /// Shows what could not be shown before; once isAvailable().
-    void showAll();
 
     void add(int id, const schedule::TrayIcon& icon) override;
     void modify(int id, const schedule::TrayIcon& icon) override;

@@ -1,5 +1,7 @@
 #include "gui/schedule_commands.h"
 
+#include <QApplication>
+
 #include "gui/dialogs/schedule_window.h"
 #include "gui/dialogs/single_schedule_window.h"
 #include "schedule/schedule_dialog.h"
@@ -57,8 +59,8 @@ ScheduleCommands::ScheduleCommands(Workspace& workspace, Parts parts)
     actions.handle(Command::CheckingSchedule, [this] { editSchedule(); });
     actions.handle(Command::ScheduleChecks, [this] { scheduleOpenDatabase(); });
     work_.onIdle = [this] { idle(); };
-    untilTray_.setInterval(kTrayPoll);
-    QObject::connect(&untilTray_, &QTimer::timeout, [this] { waitForTray(); });
+    trayPoll_.setInterval(kTrayPoll);
+    QObject::connect(&trayPoll_, &QTimer::timeout, [this] { followTray(); });
     countdown(schedule::countdownText(std::chrono::seconds(0)));
 }
 
@@ -95,13 +97,28 @@ void ScheduleCommands::startBackground() {
 }
 
 void ScheduleCommands::stop() {
-    engine_.stop();
+    // Where there is no tray, the window may stand in background mode.
+    isInBackground() ? mode_.run(TrayCommand::Open) : engine_.stop();
     work_.setScheduleRunning(false);
+}
+
+void ScheduleCommands::end() {
+    engine_.hold();
+    trayPoll_.stop();
+    for (const auto timer :
+         {schedule::Timer::Animation, schedule::Timer::WarningOn, schedule::Timer::WarningOff})
+        timers_.kill(timer);
+    for (int id = 0; id <= schedule::kMainIcon; ++id)
+        parts_.tray.remove(id);
 }
 
 /// The session ends with its summary, and goes on as another one.
 void ScheduleCommands::viewSession() {
     const bool wasRunning = engine_.isArmed();
+    if (isInBackground()) {
+        mode_.run(TrayCommand::ViewSessionLog);
+        return;
+    }
     engine_.stopWithoutSummary();
     parts_.showSummary();
     if (wasRunning) engine_.start();
@@ -135,6 +152,12 @@ void ScheduleCommands::trayCommand(TrayCommand command) {
     });
 }
 
+std::span<const schedule::TrayMenuItem> ScheduleCommands::trayMenu() {
+    const auto menu = mode_.openMenu();
+    work_.setScheduleRunning(engine_.isArmed());
+    return menu;
+}
+
 void ScheduleCommands::idle() {
     isCheckLeft_ = false;
     if (!waiting_.empty()) {
@@ -152,6 +175,7 @@ void ScheduleCommands::countdown(const std::string& text) {
 
 void ScheduleCommands::visitSchedule(schedule::Timer tick) {
     work_.perform([this, tick] {
+        isUnattended_ = isInBackground();
         const auto openProgress = [this](const std::string& title) -> std::unique_ptr<platform::Progress> {
             if (isInBackground()) return std::make_unique<BackgroundProgress>(*this);
             return work_.platform().ui.openProgress(title);
@@ -161,6 +185,7 @@ void ScheduleCommands::visitSchedule(schedule::Timer tick) {
         schedule::visitSchedule(
             context, tick, [this](const std::string& database) { checkPrompted(database); },
             [this] { return !isCheckLeft_ && !work_.isEnding(); });
+        isUnattended_ = false;
         work_.setScheduleRunning(engine_.isArmed());
     });
 }
@@ -180,22 +205,23 @@ void ScheduleCommands::showSummary() {
 }
 
 void ScheduleCommands::hideWindow() {
-    if (parts_.hasTray()) {
-        work_.frame().hide();
-        return;
-    }
-    work_.frame().setStatus(0, std::string(kNoTray));
-    work_.frame().show();
-    untilTray_.start();
+    trayPoll_.start();
+    if (!parts_.hasTray()) work_.frame().setStatus(0, std::string(kNoTray));
+    followTray();
 }
 
-/// The tray of a session may come up after the programs that begin with it.
-void ScheduleCommands::waitForTray() {
+/// The tray of a session may come up after the programs that begin with it, and go before them.
+void ScheduleCommands::followTray() {
+    Frame& frame = work_.frame();
     if (!isInBackground()) {
-        untilTray_.stop();
-    } else if (parts_.hasTray()) {
-        untilTray_.stop();
-        work_.frame().hide();
+        trayPoll_.stop();
+    } else if (!parts_.hasTray()) {
+        if (frame.isVisible()) return;
+        frame.setStatus(0, std::string(kNoTray));
+        frame.show();
+    } else if (frame.isVisible() && work_.state().view == shell::View::Empty &&
+               QApplication::activeModalWidget() == nullptr) {
+        frame.hide();
     }
 }
 
@@ -216,12 +242,17 @@ void ScheduleCommands::begins(const std::string& database, schedule::WorkKind ki
     mode_.begins(database, kind);
 }
 
+void ScheduleCommands::needsRestart() {
+    isUnattended_ = false;  // the last word, which is waited for
+    mode_.needsRestart();
+}
+
 void ScheduleCommands::ends(schedule::WorkResult result) {
     mode_.ends(result);
 }
 
 bool ScheduleCommands::goOn() {
-    pump_.pump(isInBackground());
+    pump_.pump();
     return !isCheckLeft_ && !work_.isEnding();
 }
 

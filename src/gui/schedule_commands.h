@@ -38,11 +38,16 @@ class ScheduleCommands : public schedule::EngineFront,
     void startBackground();
     /// Ends scheduled checking, with the summary of the session.
     void stop();
+    /// Ends it for good and without a word, with the program.
+    void end();
+    /// A check behind the tray is under way, with nobody to answer what it asks.
+    bool isUnattended() const noexcept { return isUnattended_; }
     bool isInBackground() const noexcept { return mode_.state() != schedule::BackgroundMode::State::Off; }
 
     // From the tray.
     void trayOpen() { trayCommand(schedule::TrayCommand::Open); }
-    std::span<const schedule::TrayMenuItem> trayMenu() { return mode_.openMenu(); }
+    /// Nothing is checked from now on until a command is given.
+    std::span<const schedule::TrayMenuItem> trayMenu();
     /// Runs at once, or behind the check that is under way; one that leaves the check cancels it.
     void trayCommand(schedule::TrayCommand command);
 
@@ -58,7 +63,7 @@ class ScheduleCommands : public schedule::EngineFront,
     void begins(const std::string& database, schedule::WorkKind kind) override;
     void firstDifference() override { mode_.firstDifference(); }
     void progress(std::uint32_t position) override { mode_.progress(position); }
-    void needsRestart() override { mode_.needsRestart(); }
+    void needsRestart() override;
     void ends(schedule::WorkResult result) override;
 
     bool goOn() override;
@@ -73,7 +78,7 @@ class ScheduleCommands : public schedule::EngineFront,
     void scheduleOpenDatabase();
     void fire(schedule::Timer timer);
     void idle();
-    void waitForTray();
+    void followTray();
     void checkPrompted(const std::string& database);
 
     Workspace& work_;
@@ -83,9 +88,10 @@ class ScheduleCommands : public schedule::EngineFront,
     schedule::BackgroundMode mode_;
     schedule::MailThread mail_;
     EventPump pump_;
-    QTimer untilTray_;
+    QTimer trayPoll_;
     std::deque<schedule::TrayCommand> waiting_;  // tray commands
     bool isCheckLeft_ = false;                   // the check behind the tray is to end
+    bool isUnattended_ = false;
 };
 
 }  // namespace corvalence::gui

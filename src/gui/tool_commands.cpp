@@ -58,11 +58,13 @@ void ToolCommands::configure() {
 }
 
 void ToolCommands::changePassword() {
-    const bool hadDatabase = work_.database().has_value();
-    if (hadDatabase) work_.close();  // it is sealed anew
+    // Nothing is to hold it while it is sealed anew.
+    const std::string open = work_.database() ? work_.database()->path() : std::string();
+    if (!open.empty()) work_.close();
     PasswordChangePrompt prompt(work_.openHelp());
     core::changePassword(work_.run(), prompt, {});
     work_.frame().setStatus(0, "Ready");
+    if (!open.empty() && !work_.isEnding()) reopen(open);
 }
 
 void ToolCommands::viewLog() {
@@ -116,8 +118,9 @@ void ToolCommands::checkPermissions(Telling telling) {
         case shell::GuardResult::Changed:
         case shell::GuardResult::Damaged:
             PermissionsChangedWindow(check, work_.openHelp(), &work_.frame()).exec();
-            // Told at a start: the next one is to tell what changes from now on.
-            if (telling == Telling::Faults) guard.accept(check.now);
+            // Told at a start: the next one is to tell what changes from now on. A window that the end of the
+            // program closed has told nobody.
+            if (telling == Telling::Faults && !work_.isEnding()) guard.accept(check.now);
             return;
         case shell::GuardResult::NotChecked:
             return;

@@ -16,6 +16,8 @@ class ToolCommands {
     std::function<void()> stopChecking = [] {};
     /// Settings may be others than before.
     std::function<void()> onConfigured = [] {};
+    /// Opens a database again that had to be closed; whoever opens them sets this.
+    std::function<void(const std::string& path)> reopen = [](const std::string&) {};
 
     /// Files and folder of the program, as at each start: only what is wrong is told.
     void checkAtStart();

@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QMimeData>
+#include <QTimer>
 #include <new>
 
 #include "components/kinds.h"
@@ -34,7 +35,17 @@ Workspace::Workspace(platform::Platform& platform, const components::Machine& ma
       openHelp_(std::move(openHelp)),
       reports_(run.vault()) {
     frame_.actions().dispatch = [this](const CommandActions::Handler& handler) { perform(handler); };
-    QObject::connect(QApplication::clipboard(), &QClipboard::dataChanged, &frame_, [this] { refresh(); });
+    QObject::connect(QApplication::clipboard(), &QClipboard::dataChanged, &frame_, [this] {
+        readClipboard();
+        refresh();
+    });
+    readClipboard();
+}
+
+/// Only when it has changed: whoever owns it may take time to answer.
+void Workspace::readClipboard() {
+    const QMimeData* pasted = QApplication::clipboard()->mimeData();
+    state_.hasFilesToPaste = pasted != nullptr && pasted->hasUrls();
 }
 
 void Workspace::setScheduleRunning(bool isRunning) {
@@ -51,7 +62,7 @@ void Workspace::setMode(shell::Mode mode) {
 }
 
 void Workspace::showDatabase(store::OpenDatabaseContext database) {
-    if (state_.isDatabaseOpen || state_.view == View::Report) close();
+    leaveDatabase();
     const bool isSystem = store::isCompleteSystem(vault(), database.record);
     setMode(shell::modeOf(database.record.kind, isSystem));
     database_ = std::move(database);
@@ -81,16 +92,27 @@ void Workspace::reloadFiles() {
     refresh();
 }
 
-void Workspace::close() {
+/// What the status panes say is of the database that comes, not of the one that goes.
+void Workspace::leaveDatabase() {
     if (state_.view == View::Report) leaveReport();
     database_.reset();
+    pageCaption_.clear();
     state_.isDatabaseOpen = false;
     state_.view = View::Empty;
     fileList_ = nullptr;
     frame_.showEmpty(state_.mode, {});
+}
+
+void Workspace::close() {
+    leaveDatabase();
     frame_.setWindowTitle(shown(shell::kPlainTitle));
     frame_.setStatus(0, std::string(shell::kLockedText));
     frame_.setStatus(1, {});
+    refresh();
+}
+
+void Workspace::showNoReport(const std::string& caption) {
+    pageCaption_ = caption;
     refresh();
 }
 
@@ -197,8 +219,6 @@ void Workspace::refresh() {
     } else if (state_.view == View::Report) {
         state_.rows = reports_.lines();
     }
-    const QMimeData* pasted = QApplication::clipboard()->mimeData();
-    state_.hasFilesToPaste = pasted != nullptr && pasted->hasUrls();
     frame_.update(state_);
     refreshBars();
 }
@@ -216,7 +236,7 @@ void Workspace::refreshBars() {
     } else if (state_.view == View::Report) {
         frame_.setPage(reports_.barCaption(), reports_.hasPrevious(), reports_.hasNext());
     } else {
-        frame_.setPage({}, false, false);
+        frame_.setPage(pageCaption_, false, false);
     }
 }
 

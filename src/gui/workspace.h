@@ -54,6 +54,8 @@ class Workspace {
     // The reports of a check, or a saved one, once `reports()` shows it.
 
     void showReport();
+    /// There is none; `caption` for the Page bar.
+    void showNoReport(const std::string& caption);
     void leaveReport();
 
     // Pages of what is in view: of the listed files, or of a report.
@@ -82,7 +84,9 @@ class Workspace {
 
   private:
     void tellFailure(const std::function<void()>& work);
+    void leaveDatabase();
     void listFiles();
+    void readClipboard();
     void refreshBars();
 
     platform::Platform& platform_;
@@ -95,6 +99,7 @@ class Workspace {
     std::optional<store::OpenDatabaseContext> database_;
     FileListView* fileList_ = nullptr;    // belongs to the window
     class ReportView* report_ = nullptr;  // likewise
+    std::string pageCaption_;             // while there are no pages
     bool isBusy_ = false;
     bool isEnding_ = false;
 };

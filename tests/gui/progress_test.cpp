@@ -43,6 +43,30 @@ TEST(Progress, ComesUpWhereWorkLastsShowsItAndIsCancelled) {
     EXPECT_TRUE(window.isVisible()) << "until the work has stopped";
 }
 
+TEST(UserInterface, HoldsNothingUpWhereNobodyIsThereAndCancelsWorkAtTheEnd) {
+    QtUserInterface ui;
+    ui.isUnattended = [] { return true; };
+    ui.message(platform::Icon::Warning, "one");
+    ui.message(platform::Icon::Warning, "two");
+    EXPECT_TRUE(ui.ask(platform::Icon::Warning, "Go on?", true));
+    EXPECT_FALSE(ui.ask(platform::Icon::Warning, "Go on?", false));
+    int left = 0;
+    for (QWidget* widget : QApplication::topLevelWidgets()) {
+        if (widget->objectName() != "leftMessage") continue;
+        ++left;
+        EXPECT_EQ(dynamic_cast<QMessageBox&>(*widget).text(), "one\n\ntwo");
+        widget->close();
+    }
+    EXPECT_EQ(left, 1);
+
+    bool isEnding = false;
+    ui.isEnding = [&] { return isEnding; };
+    const auto progress = ui.openProgress("Work");
+    EXPECT_FALSE(progress->cancelled());
+    isEnding = true;
+    EXPECT_TRUE(progress->cancelled());
+}
+
 TEST(UserInterface, AsksAndTellsInPlainTextAndEscapeIsNo) {
     QtUserInterface ui;
     std::string text;

@@ -104,6 +104,9 @@ TEST_F(ScheduledChecking, BehindTheTrayWarnsOfAChangeAndComesBackWithTheSummary)
     EXPECT_TRUE(sawCaption("Corvalence - Scheduled Checking In Progress."));
     ASSERT_TRUE(test::waitFor([&] { return !desk.work.isBusy(); }));
 
+    schedule.trayMenu();
+    EXPECT_EQ(tray.icons.at(schedule::kMainIcon).caption, "Corvalence - Scheduled Checking Paused.")
+        << "left without a choice, nothing is checked";
     schedule.trayCommand(TrayCommand::Stop);
     EXPECT_EQ(tray.icons.at(schedule::kMainIcon).caption, "Corvalence - Scheduled Checking Paused.");
     EXPECT_EQ(summaries, 1);
@@ -142,7 +145,12 @@ TEST_F(ScheduledChecking, StaysInTheWindowOfADesktopWithoutTrayUntilThereIsOne) 
     EXPECT_THAT(test::find<QLabel>(desk.frame, "workPane").text().toStdString(), HasSubstr("no status tray"));
     hasTray = true;
     EXPECT_TRUE(test::waitFor([&] { return !desk.frame.isVisible(); }));
-    schedule.trayOpen();
+    hasTray = false;
+    EXPECT_TRUE(test::waitFor([&] { return desk.frame.isVisible(); }))
+        << "the tray went: no way back but this";
+    desk.trigger(Command::StopChecking);
+    EXPECT_FALSE(schedule.isInBackground());
+    EXPECT_TRUE(tray.icons.empty());
 }
 
 }  // namespace

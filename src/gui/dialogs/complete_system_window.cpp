@@ -56,7 +56,7 @@ void CompleteSystemWindow::accept() {
     bool isDone = false;
     try {
         isDone = create_(options());
-    } catch (const base::FileFailure& failure) {
+    } catch (const std::exception& failure) {
         ui_.message(platform::Icon::Stop, failure.what());
     }
     isCreating_ = false;

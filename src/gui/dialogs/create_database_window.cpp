@@ -76,7 +76,7 @@ void CreateDatabaseWindow::accept() {
     bool isDone = false;
     try {
         isDone = create_(*wanted);
-    } catch (const base::FileFailure& failure) {
+    } catch (const std::exception& failure) {
         vault_.platform.ui.message(platform::Icon::Stop, failure.what());
     }
     isCreating_ = false;

@@ -104,7 +104,8 @@ void ProgressWindow::reject() {
     cancel_->setText(QStringLiteral("Cancelling..."));
 }
 
-WindowProgress::WindowProgress(const std::string& title, QWidget* parent) : window_(shown(title), parent) {}
+WindowProgress::WindowProgress(const std::string& title, QWidget* parent, std::function<bool()> isEnding)
+    : window_(shown(title), parent), isEnding_(std::move(isEnding)) {}
 
 WindowProgress::~WindowProgress() {
     window_.hide();
@@ -112,7 +113,7 @@ WindowProgress::~WindowProgress() {
 
 bool WindowProgress::cancelled() {
     window_.step(pump_);
-    return window_.isCancelled();
+    return window_.isCancelled() || isEnding_();
 }
 
 void WindowProgress::label(const std::string& text) {

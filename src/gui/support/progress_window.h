@@ -2,6 +2,7 @@
 
 #include <QDialog>
 #include <QElapsedTimer>
+#include <functional>
 
 #include "gui/support/event_pump.h"
 #include "platform/user_interface.h"
@@ -50,7 +51,9 @@ class ProgressWindow : public QDialog {
 /// Work that is shown in such a window.
 class WindowProgress : public platform::Progress {
   public:
-    WindowProgress(const std::string& title, QWidget* parent);
+    /// `isEnding`: whether the work is to be cancelled, whatever the window says.
+    WindowProgress(
+        const std::string& title, QWidget* parent, std::function<bool()> isEnding = [] { return false; });
     ~WindowProgress() override;
 
     bool cancelled() override;
@@ -62,6 +65,7 @@ class WindowProgress : public platform::Progress {
 
   private:
     ProgressWindow window_;
+    std::function<bool()> isEnding_;
     EventPump pump_;
 };
 

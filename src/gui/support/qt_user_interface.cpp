@@ -41,14 +41,34 @@ QWidget* frontWindow() {
     return modal != nullptr && modal->isVisible() ? modal : QApplication::activeWindow();
 }
 
+/// Beside whatever goes on; what comes while it stands there is added to it.
+void QtUserInterface::leaveMessage(platform::Icon icon, const std::string& text) {
+    constexpr int kMostShown = 4000;  // characters
+    if (left_) {
+        if (left_->text().size() < kMostShown) left_->setText(left_->text() + "\n\n" + shownLines(text));
+        return;
+    }
+    left_ = new QMessageBox;
+    left_->setObjectName(QStringLiteral("leftMessage"));
+    left_->setAttribute(Qt::WA_DeleteOnClose);
+    left_->setWindowModality(Qt::NonModal);
+    prepare(*left_, icon, text);
+    left_->show();
+}
+
 void QtUserInterface::message(platform::Icon icon, const std::string& text) {
+    if (isUnattended()) {
+        leaveMessage(icon, text);
+        return;
+    }
     QMessageBox box(frontWindow());
     box.setObjectName(QStringLiteral("messageBox"));
     prepare(box, icon, text);
     box.exec();
 }
 
-bool QtUserInterface::ask(platform::Icon icon, const std::string& text, bool) {
+bool QtUserInterface::ask(platform::Icon icon, const std::string& text, bool unattended) {
+    if (isUnattended()) return unattended;
     QMessageBox box(frontWindow());
     box.setObjectName(QStringLiteral("questionBox"));
     prepare(box, icon, text);
@@ -60,7 +80,7 @@ bool QtUserInterface::ask(platform::Icon icon, const std::string& text, bool) {
 }
 
 std::unique_ptr<platform::Progress> QtUserInterface::openProgress(const std::string& title) {
-    return std::make_unique<WindowProgress>(title, frontWindow());
+    return std::make_unique<WindowProgress>(title, frontWindow(), isEnding);
 }
 
 void QtUserInterface::status(int pane, const std::string& text) {
