@@ -29,7 +29,7 @@ std::vector<std::string_view> names() {
 std::uint64_t stride() {
     const char* const text = std::getenv("CORVALENCE_SAMPLE");
     const auto number = base::scanWholeUnits(text == nullptr ? "" : text);
-    return std::max<std::uint64_t>(number.value_or(isEmulated() ? 11 : 1), 1);
+    return std::max<std::uint64_t>(number.value_or(isEmulated() ? 7 : 1), 1);
 }
 
 class Campaign : public testing::TestWithParam<std::string_view> {
