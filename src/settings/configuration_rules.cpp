@@ -9,17 +9,21 @@ namespace {
 std::optional<std::string> findFolderFault(const std::string& folder, platform::FileSystem& files,
                                            platform::Volumes& volumes, const base::PathRules& paths) {
     const std::string location = paths.withSeparator(folder);
-    const auto status = files.status(location, platform::Follow::Yes);
-    if (status && status->kind == platform::FileKind::Folder) return std::nullopt;
-    switch (volumes.driveType(volumes.rootOf(location))) {
-        case platform::DriveType::Removable:
-            return "There is no media in " + location;
-        case platform::DriveType::Optical:
-            return "There is no disc in " + location;
-        case platform::DriveType::Remote:
-            return location + " is an unaccessable network drive.";
-        default:
-            break;
+    try {
+        const auto status = files.status(location, platform::Follow::Yes);
+        if (status && status->kind == platform::FileKind::Folder) return std::nullopt;
+        switch (volumes.driveType(volumes.rootOf(location))) {
+            case platform::DriveType::Removable:
+                return "There is no media in " + location;
+            case platform::DriveType::Optical:
+                return "There is no disc in " + location;
+            case platform::DriveType::Remote:
+                return location + " is an unaccessable network drive.";
+            default:
+                break;
+        }
+    } catch (const base::FileFailure&) {
+        // No path that the system can make anything of.
     }
     if (location.starts_with("\\\\")) {
         return "Make sure you are connected to " + location + " and that you have access rights.";

@@ -86,7 +86,7 @@ TEST(CriteriaForm, AddsFromFullPathsOfFoldersOnly) {
     EXPECT_EQ(fault("*"), "");
     EXPECT_EQ(fault(folder), "");
     EXPECT_EQ(files::addLocation(folder + "x/..", world.platform.paths), folder.substr(0, folder.size() - 1));
-    for (const std::string& typed : {std::string(), std::string("files"), std::string("./"), folder + "gone"})
+    for (const std::string& typed : {std::string(), std::string("files"), std::string("./files"), folder + "gone"})
         EXPECT_EQ(fault(typed), typed + "  is not a valid location.");
 
     const base::PathRules windows{'\\', true};
