@@ -191,7 +191,7 @@ TEST_F(ConfigurationSheet, isShownAgainWithWhatWasEnteredWhereARuleIsBroken) {
               "If you want to backup each database you must choose a location for the backup database.");
     const std::string none = machine.folder / "none";
     EXPECT_EQ(elsewhere(none), machine.system.paths.withSeparator(none) + " is not a valid location.");
-    EXPECT_EQ(elsewhere("."), machine.system.paths.withSeparator(".") + " is not a valid location.");
+    EXPECT_EQ(elsewhere(".."), machine.system.paths.withSeparator("..") + " is not a valid location.");
     for (const std::string& root : {none, std::string(".")}) {
         EXPECT_EQ(
             fault([&](SheetPages& pages) { pages.look.walkRoots = machine.folder.path() + "\n" + root; }),
