@@ -60,6 +60,7 @@ Texts textsOf(const SheetPages& pages) {
 
 /// Whether a path means the same wherever the program was started.
 bool isAbsolute(const std::string& path, const base::PathRules& paths) {
+    if (paths.separator == '/') return path.starts_with('/');
     return !path.empty() && paths.absolute(path, "A:\\a") == paths.absolute(path, "B:\\b");
 }
 
