@@ -190,8 +190,7 @@ void Application::refreshInfoBars() {
 }
 
 void Application::animate() {
-    const bool isMoving =
-        workspace_->state().isScheduleRunning && run_->configuration().isOn(settings::key::kTrayAnimation);
+    const bool isMoving = workspace_->state().isScheduleRunning && isAnimated_;
     if (!isMoving && animationFrame_ == 0) return;
     animationFrame_ = isMoving ? (animationFrame_ + 1) % kWindowIcons : 0;
     frame_->setWindowIcon(icon(QStringLiteral("window-%1").arg(animationFrame_)));

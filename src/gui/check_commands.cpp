@@ -10,7 +10,6 @@
 #include "gui/dialogs/complete_system_window.h"
 #include "gui/support/text.h"
 #include "reports/saved_report.h"
-#include "store/database_opening.h"
 
 namespace corvalence::gui {
 
@@ -43,10 +42,8 @@ void CheckCommands::check() {
         return;
     }
     // It may have been changed since it was opened.
-    const std::string path = work_.database()->path();
-    std::optional<store::OpenDatabaseContext> proved;
-    const auto result = store::DatabaseOpening(work_.vault()).openWithRecovery(path, proved);
-    if (result != store::OpenResult::Opened && result != store::OpenResult::Restored) return;
+    auto proved = work_.openProved(work_.database()->path());
+    if (!proved) return;
     work_.database() = std::move(proved);
     checkProved();
 }
@@ -66,9 +63,7 @@ void CheckCommands::checkProved() {
 }
 
 void CheckCommands::checkWithPrompts(const std::string& path) {
-    std::optional<store::OpenDatabaseContext> database;
-    const auto result = store::DatabaseOpening(work_.vault()).openWithRecovery(path, database);
-    if (result == store::OpenResult::Opened || result == store::OpenResult::Restored) checkFiles(*database);
+    if (auto database = work_.openProved(path)) checkFiles(*database);
 }
 
 void CheckCommands::checkFiles(store::OpenDatabaseContext& database) {

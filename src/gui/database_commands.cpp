@@ -11,7 +11,6 @@
 #include "gui/dialogs/database_details_window.h"
 #include "gui/dialogs/open_database_window.h"
 #include "gui/support/text.h"
-#include "store/database_opening.h"
 #include "store/recent_list.h"
 
 namespace corvalence::gui {
@@ -96,9 +95,8 @@ void DatabaseCommands::open() {
 }
 
 bool DatabaseCommands::openPath(const std::string& path) {
-    std::optional<store::OpenDatabaseContext> database;
-    const auto result = store::DatabaseOpening(work_.vault()).openWithRecovery(path, database);
-    if (result != store::OpenResult::Opened && result != store::OpenResult::Restored) {
+    auto database = work_.openProved(path);
+    if (!database) {
         // The open one, if there is one, has not become worse.
         work_.frame().setStatus(1, work_.database() ? "Database File Integrity " : "");
         return false;

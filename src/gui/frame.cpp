@@ -168,9 +168,6 @@ void Frame::update(const shell::FrameState& state) {
     actions_.update(state);
     for (const auto& [menu, widget] : menus_)
         widget->menuAction()->setVisible(shell::isShown(menu, state.mode));
-    if (mode_ == state.mode) return;
-    mode_ = state.mode;
-    menuBar()->update();
 }
 
 void Frame::showEmpty(shell::Mode mode, const std::string& database) {

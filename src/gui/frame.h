@@ -82,7 +82,6 @@ class Frame : public QMainWindow {
     QLabel* work_ = nullptr;       // pane 0
     QLabel* database_ = nullptr;   // pane 1
     QLabel* indicator_ = nullptr;  // whether the database has passed its self check
-    shell::Mode mode_ = shell::Mode::FileContents;
     bool isPainted_ = false;
 };
 

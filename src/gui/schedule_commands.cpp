@@ -117,11 +117,11 @@ void ScheduleCommands::viewSession() {
     const bool wasRunning = engine_.isArmed();
     if (isInBackground()) {
         mode_.run(TrayCommand::ViewSessionLog);
-        return;
+    } else {
+        engine_.stopWithoutSummary();
+        parts_.showSummary();
+        if (wasRunning) engine_.start();
     }
-    engine_.stopWithoutSummary();
-    parts_.showSummary();
-    if (wasRunning) engine_.start();
     work_.setScheduleRunning(engine_.isArmed());
 }
 
@@ -160,6 +160,7 @@ std::span<const schedule::TrayMenuItem> ScheduleCommands::trayMenu() {
 
 void ScheduleCommands::idle() {
     isCheckLeft_ = false;
+    isUnattended_ = false;  // here, where also what the work has thrown is told
     if (!waiting_.empty()) {
         const TrayCommand command = waiting_.front();
         waiting_.pop_front();
@@ -185,7 +186,6 @@ void ScheduleCommands::visitSchedule(schedule::Timer tick) {
         schedule::visitSchedule(
             context, tick, [this](const std::string& database) { checkPrompted(database); },
             [this] { return !isCheckLeft_ && !work_.isEnding(); });
-        isUnattended_ = false;
         work_.setScheduleRunning(engine_.isArmed());
     });
 }

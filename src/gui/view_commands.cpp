@@ -14,14 +14,11 @@ ViewCommands::ViewCommands(Workspace& workspace) : work_(workspace) {
     for (const shell::ModeRow& row : shell::modeRows())
         actions.handle(shell::commandOf(row.mode), [this, mode = row.mode] { work_.setMode(mode); });
     actions.handle(Command::Print, [this] { print(); });
-    actions.handle(Command::GridLines, [this] {
-        if (ListTable* list = table())
-            list->setShowGrid(work_.frame().actions().action(Command::GridLines)->isChecked());
-    });
-    actions.handle(Command::InvertColours, [this] {
-        if (ListTable* list = table())
-            list->setInverted(work_.frame().actions().action(Command::InvertColours)->isChecked());
-    });
+    for (const Command look : {Command::GridLines, Command::InvertColours}) {
+        actions.handle(look, [this] {
+            if (ListTable* list = table()) work_.dress(*list);
+        });
+    }
     work_.frame().onPreviousPage = [this] { work_.perform([this] { work_.previousPage(); }); };
     work_.frame().onNextPage = [this] { work_.perform([this] { work_.nextPage(); }); };
 }

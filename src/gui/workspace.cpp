@@ -14,6 +14,7 @@
 #include "gui/views/file_list_view.h"
 #include "gui/views/report_view.h"
 #include "store/database_files.h"
+#include "store/database_opening.h"
 
 namespace corvalence::gui {
 
@@ -72,15 +73,29 @@ void Workspace::showDatabase(store::OpenDatabaseContext database) {
     refresh();
 }
 
+void Workspace::dress(ListTable& list) const {
+    const CommandActions& actions = frame_.actions();
+    list.setShowGrid(actions.action(Command::GridLines)->isChecked());
+    list.setInverted(actions.action(Command::InvertColours)->isChecked());
+}
+
+std::optional<store::OpenDatabaseContext> Workspace::openProved(const std::string& path) {
+    std::optional<store::OpenDatabaseContext> database;
+    const auto result = store::DatabaseOpening(vault()).openWithRecovery(path, database);
+    if (result != store::OpenResult::Opened && result != store::OpenResult::Restored) return std::nullopt;
+    return database;
+}
+
 void Workspace::listFiles() {
     fileList_ = new FileListView;
     fileList_->setObjectName(QStringLiteral("fileList"));
     fileList_->onSelectionChanged = [this] { refresh(); };
-    fileList_->onDrop = [this](const std::vector<std::string>& paths) { perform([&] { onDrop(paths); }); };
+    fileList_->onDrop = [this](const std::vector<std::string>& paths) {
+        // Behind the drop: whoever drags waits for its end.
+        QTimer::singleShot(0, &frame_, [this, paths] { perform([&] { onDrop(paths); }); });
+    };
     fileList_->onContextMenu = [this](const QPoint& at) { frame_.showListMenu(at); };
-    const CommandActions& actions = frame_.actions();
-    fileList_->setShowGrid(actions.action(Command::GridLines)->isChecked());
-    fileList_->setInverted(actions.action(Command::InvertColours)->isChecked());
+    dress(*fileList_);
     state_.view = View::FileList;
     frame_.showView(fileList_);
     reloadFiles();
@@ -121,9 +136,7 @@ void Workspace::showReport() {
         auto* view = new ReportView(reports_);
         view->setObjectName(QStringLiteral("reportView"));
         view->onChanged = [this] { showReport(); };
-        const CommandActions& actions = frame_.actions();
-        view->table().setShowGrid(actions.action(Command::GridLines)->isChecked());
-        view->table().setInverted(actions.action(Command::InvertColours)->isChecked());
+        dress(view->table());
         view->table().onSelectionChanged = [this] { refresh(); };
         fileList_ = nullptr;
         frame_.showView(view);

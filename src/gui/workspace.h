@@ -40,12 +40,17 @@ class Workspace {
     // The open database.
 
     std::optional<store::OpenDatabaseContext>& database() noexcept { return database_; }
+    /// A database with its integrity proved, recovered from its backup where the user wants it; nothing,
+    /// after the user was told, where it was refused.
+    std::optional<store::OpenDatabaseContext> openProved(const std::string& path);
     /// Shows a database that has just been opened or made, in its mode.
     void showDatabase(store::OpenDatabaseContext database);
     /// Lists its files anew, after a command has changed them.
     void reloadFiles();
     /// Files and folders were dropped onto the list.
     std::function<void(const std::vector<std::string>& paths)> onDrop;
+    /// Gives a list the grid lines and colours that the user has chosen.
+    void dress(class ListTable& list) const;
     /// Null unless it lists files.
     FileListView* fileList() noexcept { return fileList_; }
     /// Leaves the report in view, and the database with it.

@@ -121,11 +121,14 @@ TEST_F(ScheduledChecking, TakesATrayCommandInTheMiddleOfACheckBehindItsEnd) {
     tray.onCaption = [this](const std::string& caption) {
         if (caption != "Corvalence - Scheduled Checking In Progress.") return;
         EXPECT_TRUE(desk.work.isBusy());
+        EXPECT_TRUE(schedule.isUnattended());
         schedule.trayOpen();
         EXPECT_FALSE(desk.frame.isVisible()) << "the check is still under way";
     };
     desk.trigger(Command::StartBackground);
+    EXPECT_FALSE(schedule.isUnattended());
     ASSERT_TRUE(test::waitFor([&] { return desk.frame.isVisible(); }));
+    EXPECT_FALSE(schedule.isUnattended()) << "whatever ended the round, somebody is there again";
     EXPECT_EQ(summaries, 1);
     const schedule::LogFiles logs(desk.world.vault());
     std::string log;
