@@ -62,6 +62,7 @@ shown "Changed file details" && press alt+i && press Down Down Down && picture 1
 shown "File restore" && picture 13-restore && press Return
 sleep 0.7 && picture 14-restored && press Return
 sleep 1 && picture 15-unchecked && press Return
+sleep 0.7 && picture 15-where-it-went && press Return
 shown "Checking Summary" && picture 16-summary && press Return
 for entry in "alt+s Down:Database checking schedule:17-schedule" "alt+c:Configuration:18-configuration" \
     "alt+c Down Down:Corvalence folder permissions:19-folder" "alt+l:Scheduled Checking Log:20-log"; do

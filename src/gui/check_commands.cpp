@@ -17,12 +17,31 @@ namespace {
 
 using shell::Command;
 
-/// With a person at it the check tells everything by itself.
-class NothingMore : public files::CheckObserver {
+constexpr std::size_t kNotesTold = 20;
+
+/// With a person at it the check tells by itself what it finds; what there is to say beside that, such as
+/// where a changed file went, is told at its end.
+class Notes : public files::CheckObserver {
   public:
+    explicit Notes(platform::UserInterface& ui) : ui_(ui) {}
+
     void unchecked(const std::string&, const std::string&) override {}
     void changed(const files::ChangedFileDetails&, files::Reaction, bool, const std::string&) override {}
-    void note(const std::string&, const std::string&) override {}
+    void note(const std::string& path, const std::string& text) override {
+        if (++count_ <= kNotesTold) text_ += path + "\n" + text + "\n\n";
+    }
+
+    void tell() const {
+        if (count_ == 0) return;
+        const std::string more =
+            count_ > kNotesTold ? std::to_string(count_ - kNotesTold) + " more." : std::string();
+        ui_.message(platform::Icon::Information, text_ + more);
+    }
+
+  private:
+    platform::UserInterface& ui_;
+    std::string text_;
+    std::size_t count_ = 0;
 };
 
 }  // namespace
@@ -68,9 +87,15 @@ void CheckCommands::checkWithPrompts(const std::string& path) {
 
 void CheckCommands::checkFiles(store::OpenDatabaseContext& database) {
     ChangedFilePrompt dialog(work_.vault(), database, work_.openHelp());
-    NothingMore observer;
-    const files::CheckSummary summary =
-        files::FileContentsCheck(work_.vault(), database, dialog, observer).checkAllFiles();
+    Notes notes(work_.platform().ui);
+    files::CheckSummary summary;
+    try {
+        summary = files::FileContentsCheck(work_.vault(), database, dialog, notes).checkAllFiles();
+    } catch (...) {
+        notes.tell();  // an update that was not saved is one of them
+        throw;
+    }
+    notes.tell();
     if (!summary.counts.cancelled) CheckSummaryWindow(summary, work_.openHelp(), &work_.frame()).exec();
 }
 

@@ -140,7 +140,9 @@ TEST_F(Program, MakesADatabaseFindsWhatChangedShowsWhereAndPutsItBack) {
         std::unique_ptr<WhenShown<FileAnalysisWindow>> analysis;
         std::unique_ptr<WhenShown<FileRestoreWindow>> restore;
         std::unique_ptr<WhenShown<QMessageBox>> restored;
-        std::unique_ptr<Answer> gone;
+        std::unique_ptr<WhenShown<QMessageBox>> gone;
+        std::unique_ptr<Answer> notes;
+        std::string noted;
         std::string unchecked;
         std::unique_ptr<WhenShown<CheckSummaryWindow>> summary;
         std::string outcome;
@@ -154,7 +156,11 @@ TEST_F(Program, MakesADatabaseFindsWhatChangedShowsWhereAndPutsItBack) {
                 restore = std::make_unique<WhenShown<FileRestoreWindow>>([&](FileRestoreWindow& choice) {
                     restored = std::make_unique<WhenShown<QMessageBox>>([&](QMessageBox& told) {
                         outcome = told.text().toStdString();
-                        gone = std::make_unique<Answer>(QMessageBox::Ok, &unchecked);
+                        gone = std::make_unique<WhenShown<QMessageBox>>([&](QMessageBox& missing) {
+                            unchecked = missing.text().toStdString();
+                            notes = std::make_unique<Answer>(QMessageBox::Ok, &noted);
+                            missing.accept();
+                        });
                         told.accept();
                     });
                     summary = std::make_unique<WhenShown<CheckSummaryWindow>>(
@@ -169,6 +175,7 @@ TEST_F(Program, MakesADatabaseFindsWhatChangedShowsWhereAndPutsItBack) {
         EXPECT_EQ(changed, path + " has been changed! ");
         EXPECT_EQ(outcome, path + " successfully restored.");
         EXPECT_EQ(unchecked, "Couldn't check " + world.path("b.txt") + "\nReason: FileNotFound.") << "once";
+        EXPECT_EQ(noted.rfind(path + "\nThe changed file was moved to ", 0), 0U) << noted;
     }
     EXPECT_EQ(world.read("a.txt"), std::string(300, 'a'));
 
