@@ -261,7 +261,8 @@ TEST_F(Program, sendsAMailAndLeavesAServerThatHangsAtASignal) {
     const MailServerProcess hanging({"--hang", "connect"});
     EXPECT_EQ(run({"config", "set", "mail-server", hanging.url()}), 0);
     ChildProcess sending([&] { return become(atHome({"mail", "test"})); });
-    std::this_thread::sleep_for(std::chrono::milliseconds(300));
+    while (sending.isRunning() && !hanging.hangs())
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
     EXPECT_TRUE(sending.isRunning());
     const auto begin = std::chrono::steady_clock::now();
     sending.signal(SIGTERM);

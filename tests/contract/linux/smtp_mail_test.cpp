@@ -207,14 +207,19 @@ class HangingAt : public SmtpMail, public testing::WithParamInterface<const char
 
 TEST_P(HangingAt, isLeftWhenAnotherThreadSaysSo) {
     const MailServerProcess server({"--hang", GetParam()});
-    const auto begin = std::chrono::steady_clock::now();
-    const std::jthread stopper([this] {
-        std::this_thread::sleep_for(100ms);
+    std::chrono::steady_clock::time_point begin;
+    std::jthread stopper([&](const std::stop_token& over) {
+        while (!server.hangs() && !over.stop_requested())
+            std::this_thread::sleep_for(5ms);
+        begin = std::chrono::steady_clock::now();
         stop_.request_stop();
     });
     const auto result = send(route(server));
+    const auto end = std::chrono::steady_clock::now();
+    stopper.request_stop();
+    stopper.join();
     EXPECT_EQ(result.outcome, Outcome::Cancelled) << result.reason;
-    EXPECT_LT(std::chrono::steady_clock::now() - begin, 3s);
+    EXPECT_LT(end - begin, 3s);
     EXPECT_EQ(server.hasMail(), GetParam() == std::string("end"));
 }
 

@@ -18,6 +18,8 @@ class MailServerProcess {
     std::string url(const std::string& scheme = "smtp") const { return scheme + "://localhost:" + port_; }
     /// Certificate that its own is to be verified by.
     std::string certificate() const { return folder_ / "cert.pem"; }
+    /// Whether it hangs at the stage that it was told.
+    bool hangs() const { return folder_.has("hangs"); }
     bool hasMail() const { return folder_.has("mail.json"); }
     /// The message that came last: envelope, headers, parts.
     nlohmann::json mail() const { return nlohmann::json::parse(folder_.read("mail.json")); }

@@ -3,7 +3,8 @@
 mail_server.py FOLDER [--tls starttls|smtps] [--refuse STAGE] [--hang STAGE] [--delay SECONDS] [--login USER:PASSWORD]
 
 STAGE: connect, ehlo, rcpt, data, end (behind the message), quit. FOLDER holds key.pem and cert.pem where TLS is asked
-for; FOLDER/port is written when the server listens, FOLDER/mail.json when a message is there.
+for; FOLDER/port is written when the server listens, FOLDER/mail.json when a message is there, FOLDER/hangs before it
+hangs.
 """
 
 import argparse
@@ -37,6 +38,7 @@ def put(name, text):
 
 async def stage(name):
     if options.hang == name:
+        put("hangs", "")
         await asyncio.sleep(3600)
     return options.refuse == name
 
