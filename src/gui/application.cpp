@@ -123,6 +123,7 @@ void Application::makeCommands() {
     tools_->stopChecking = [this] { schedule_->stop(); };
     if (auto* icons = dynamic_cast<QtTray*>(tray.get())) {
         icons->callbacks = {[this] { schedule_->trayOpen(); }, [this] { return schedule_->trayMenu(); },
+                            [this] { schedule_->openTrayMenu(); },
                             [this](schedule::TrayCommand command) { schedule_->trayCommand(command); }};
     }
     frame_->actions().handle(shell::Command::Exit, [this] { workspace_->requestEnd(); });

@@ -11,6 +11,8 @@ namespace {
 
 using schedule::TrayPicture;
 
+constexpr qint64 kFirstLook = 3000;  // milliseconds
+
 void apply(QSystemTrayIcon& shownIcon, const schedule::TrayIcon& wanted) {
     shownIcon.setIcon(icon(trayPictureName(wanted)));
     const QString caption = shown(wanted.caption);
@@ -34,19 +36,23 @@ QString trayPictureName(const schedule::TrayIcon& icon) {
 }
 
 QtTray::QtTray() {
-    QObject::connect(&menu_, &QMenu::aboutToShow, [this] { fillMenu(); });
-    // A menu without an entry is not opened at all by some desktops.
-    menu_.addAction(QStringLiteral("Open Corvalence"));
+    menu_.setObjectName(QStringLiteral("trayMenu"));
+    QObject::connect(&menu_, &QMenu::aboutToShow, [this] { menuOpens(); });
 }
 
 QtTray::~QtTray() = default;
 
+/// Desktops read the menu before it is opened, and give it the room that it took then.
 void QtTray::fillMenu() {
+    if (!callbacks.menu) return;
+    const auto items = callbacks.menu();
+    if (items.data() == filled_) return;
+    filled_ = items.data();
     menu_.clear();
-    qDeleteAll(menu_.findChildren<QMenu*>(QString(), Qt::FindDirectChildrenOnly));
-    if (!callbacks.openMenu) return;
+    for (QMenu* old : menu_.findChildren<QMenu*>(QString(), Qt::FindDirectChildrenOnly))
+        old->deleteLater();
     std::map<std::string_view, QMenu*> subMenus;
-    for (const schedule::TrayMenuItem& item : callbacks.openMenu()) {
+    for (const schedule::TrayMenuItem& item : items) {
         QMenu* menu = &menu_;
         if (!item.menu.empty()) {
             QMenu*& subMenu = subMenus[item.menu];
@@ -61,6 +67,13 @@ void QtTray::fillMenu() {
     }
 }
 
+/// Some desktops ask for a menu as soon as they see an icon. That is nobody's click, and must not hold the
+/// checks.
+void QtTray::menuOpens() {
+    if (callbacks.openMenu && sinceShown_.isValid() && sinceShown_.hasExpired(kFirstLook))
+        callbacks.openMenu();
+}
+
 void QtTray::add(int id, const schedule::TrayIcon& icon) {
     auto entry = std::make_unique<QSystemTrayIcon>();
     if (id == schedule::kMainIcon) {
@@ -71,6 +84,10 @@ void QtTray::add(int id, const schedule::TrayIcon& icon) {
         });
     }
     apply(*entry, icon);
+    if (id == schedule::kMainIcon) {
+        fillMenu();
+        sinceShown_.start();
+    }
     entry->show();
     icons_[id] = std::move(entry);
 }
@@ -81,6 +98,7 @@ void QtTray::modify(int id, const schedule::TrayIcon& icon) {
         add(id, icon);
     } else {
         apply(*entry->second, icon);
+        if (id == schedule::kMainIcon) fillMenu();
     }
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QElapsedTimer>
 #include <QMenu>
 #include <QSystemTrayIcon>
 #include <functional>
@@ -16,8 +17,9 @@ namespace corvalence::gui {
 class QtTray : public schedule::Tray {
   public:
     struct Callbacks {
-        std::function<void()> open;                                         // left button
-        std::function<std::span<const schedule::TrayMenuItem>()> openMenu;  // right button
+        std::function<void()> open;                                     // left button
+        std::function<std::span<const schedule::TrayMenuItem>()> menu;  // as it stands now
+        std::function<void()> openMenu;                                 // right button
         std::function<void(schedule::TrayCommand)> command;
     };
 
@@ -35,8 +37,11 @@ class QtTray : public schedule::Tray {
 
   private:
     void fillMenu();
+    void menuOpens();
 
     QMenu menu_;
+    const schedule::TrayMenuItem* filled_ = nullptr;  // the first of the items that the menu shows
+    QElapsedTimer sinceShown_;
     std::map<int, std::unique_ptr<QSystemTrayIcon>> icons_;
 };
 

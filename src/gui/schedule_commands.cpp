@@ -152,10 +152,9 @@ void ScheduleCommands::trayCommand(TrayCommand command) {
     });
 }
 
-std::span<const schedule::TrayMenuItem> ScheduleCommands::trayMenu() {
-    const auto menu = mode_.openMenu();
+void ScheduleCommands::openTrayMenu() {
+    mode_.openMenu();
     work_.setScheduleRunning(engine_.isArmed());
-    return menu;
 }
 
 void ScheduleCommands::idle() {

@@ -46,8 +46,9 @@ class ScheduleCommands : public schedule::EngineFront,
 
     // From the tray.
     void trayOpen() { trayCommand(schedule::TrayCommand::Open); }
-    /// Nothing is checked from now on until a command is given.
-    std::span<const schedule::TrayMenuItem> trayMenu();
+    std::span<const schedule::TrayMenuItem> trayMenu() const { return mode_.menu(); }
+    /// The menu was asked for: nothing is checked from now on until a command is given.
+    void openTrayMenu();
     /// Runs at once, or behind the check that is under way; one that leaves the check cancels it.
     void trayCommand(schedule::TrayCommand command);
 

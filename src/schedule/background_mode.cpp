@@ -93,10 +93,14 @@ void BackgroundMode::run(TrayCommand command) {
     start();
 }
 
+std::span<const TrayMenuItem> BackgroundMode::menu() const {
+    return state_ == State::Paused ? kMenuWhilePaused : kMenuWhileRunning;
+}
+
 std::span<const TrayMenuItem> BackgroundMode::openMenu() {
     engine_.hold();
     if (state_ == State::Running) showHeld();
-    return state_ == State::Paused ? kMenuWhilePaused : kMenuWhileRunning;
+    return menu();
 }
 
 /// Nothing is checked until a command is given, and the icon must not say otherwise.

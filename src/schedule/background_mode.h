@@ -83,7 +83,9 @@ class BackgroundMode : public WorkListener {
     /// is ever checked.
     bool start();
     void run(TrayCommand command);
-    /// The menu at the tray, when the right button was pressed: nothing is checked until a command is given.
+    /// The menu at the tray as it stands now.
+    std::span<const TrayMenuItem> menu() const;
+    /// The same, when the right button was pressed: nothing is checked until a command is given.
     std::span<const TrayMenuItem> openMenu();
     /// For the three timers of the icon, and those of the engine.
     void timer(Timer timer);

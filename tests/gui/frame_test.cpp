@@ -136,5 +136,45 @@ TEST(QtTray, HasAPictureForEveryIconOfBackgroundMode) {
     EXPECT_TRUE(isDrawn(TrayPicture::Warning, 0) && isDrawn(TrayPicture::Paused, 0));
 }
 
+TEST(QtTray, HasItsMenuReadyAndTakesTheFirstLookOfTheDesktopForNoClick) {
+    using schedule::TrayCommand;
+    const std::array running{schedule::TrayMenuItem{"", "Stop Scheduled Checking", TrayCommand::Stop},
+                             schedule::TrayMenuItem{"Animated Icon", "Start", TrayCommand::StartAnimation}};
+    const std::array paused{schedule::TrayMenuItem{"", "Start Scheduled Checking", TrayCommand::Start}};
+    bool isPaused = false;
+    int openings = 0;
+    std::vector<TrayCommand> commands;
+    QtTray tray;
+    tray.callbacks.menu = [&]() -> std::span<const schedule::TrayMenuItem> {
+        if (isPaused) return paused;
+        return running;
+    };
+    tray.callbacks.openMenu = [&] { ++openings; };
+    tray.callbacks.command = [&](TrayCommand command) { commands.push_back(command); };
+    tray.add(schedule::kMainIcon, {schedule::TrayPicture::Animation, 0, "Counting"});
+    const QWidgetList all = QApplication::allWidgets();
+    const auto found = std::find_if(all.begin(), all.end(),
+                                    [](const QWidget* each) { return each->objectName() == "trayMenu"; });
+    ASSERT_NE(found, all.end());
+    QMenu& menu = *qobject_cast<QMenu*>(*found);
+    ASSERT_EQ(menu.actions().size(), 2);
+    menu.aboutToShow();
+    EXPECT_EQ(openings, 0);
+    QAction* const stop = menu.actions().front();
+    tray.modify(schedule::kMainIcon, {schedule::TrayPicture::Animation, 1, "Counting"});
+    EXPECT_EQ(menu.actions().front(), stop) << "filled anew at a frame of the animation";
+    menu.actions().back()->menu()->actions().front()->trigger();
+    ASSERT_TRUE(test::waitFor([&] { return !commands.empty(); }));
+    EXPECT_EQ(commands, std::vector{TrayCommand::StartAnimation});
+    isPaused = true;
+    tray.modify(schedule::kMainIcon, {schedule::TrayPicture::Paused, 0, "Paused"});
+    ASSERT_EQ(menu.actions().size(), 1);
+    EXPECT_EQ(menu.actions().front()->text(), "Start Scheduled Checking");
+    EXPECT_TRUE(test::waitFor([&] {
+        menu.aboutToShow();
+        return openings > 0;
+    }));
+}
+
 }  // namespace
 }  // namespace corvalence::gui

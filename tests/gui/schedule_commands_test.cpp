@@ -104,7 +104,7 @@ TEST_F(ScheduledChecking, BehindTheTrayWarnsOfAChangeAndComesBackWithTheSummary)
     EXPECT_TRUE(sawCaption("Corvalence - Scheduled Checking In Progress."));
     ASSERT_TRUE(test::waitFor([&] { return !desk.work.isBusy(); }));
 
-    schedule.trayMenu();
+    schedule.openTrayMenu();
     EXPECT_EQ(tray.icons.at(schedule::kMainIcon).caption, "Corvalence - Scheduled Checking Paused.")
         << "left without a choice, nothing is checked";
     schedule.trayCommand(TrayCommand::Stop);
