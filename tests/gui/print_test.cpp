@@ -106,11 +106,12 @@ TEST_F(Printing, AsksWhereToAndMakesADocumentThere) {
     const QString path = folder.filePath(QStringLiteral("chosen.pdf"));
     {
         test::WhenShown<QPrintDialog> choose([&](QPrintDialog& dialog) {
+            EXPECT_EQ(dialog.printer()->docName(), "A list");
             dialog.printer()->setOutputFormat(QPrinter::PdfFormat);
             dialog.printer()->setOutputFileName(path);
             static_cast<QDialog&>(dialog).done(QDialog::Accepted);
         });
-        printTable(rows, QStringLiteral("A list"), nullptr);
+        printTable(rows, QStringLiteral("/srv/Databases/A list"), nullptr);
     }
     EXPECT_EQ(pagesOf(path), 1);
     test::WhenShown<QPrintDialog> leave([](QPrintDialog& dialog) { dialog.reject(); });

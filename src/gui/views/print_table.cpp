@@ -1,3 +1,4 @@
+#include <QFileInfo>
 #include <QMessageBox>
 #include <QPainter>
 #include <QPrintDialog>
@@ -34,7 +35,8 @@ std::optional<bool> printOn(QPrinter& printer, const PrintedList& list, QWidget*
 
 void printTable(const PrintedList& list, QWidget* parent) {
     QPrinter printer(QPrinter::HighResolution);
-    printer.setDocName(list.title);
+    // Dialogs make the name of the file to print to of it, below the user's own folder.
+    printer.setDocName(QFileInfo(list.title).fileName());
     printer.setPageOrientation(QPageLayout::Landscape);
     QPrintDialog dialog(&printer, parent);
     dialog.setObjectName(QStringLiteral("printDialog"));
