@@ -46,7 +46,7 @@ picture() { sleep "${2:-0.4}"; import -window root "$pictures/$1.png"; echo "$1"
 
 shown Corvalence && picture 01-no-installation && press Return
 shown Corvalence && sleep 1 && write "open sesame" && picture 02-password && press Return
-shown "Corvalence - File Contents Mode" && picture 03-empty 1
+sleep 1 && shown Corvalence && picture 03-empty 1
 press ctrl+n && shown "Create a Database" && write "letters" && picture 04-create && press Return
 shown "Corvalence - /" && press ctrl+l && shown "Add files to the database"
 write "$work/files" && picture 05-add && press Return

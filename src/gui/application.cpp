@@ -131,6 +131,7 @@ void Application::makeCommands() {
 
 void Application::showFrame() {
     workspace_->setMode(shell::Mode::FileContents);
+    frame_->setWindowTitle(shown(shell::kPlainTitle));  // until a mode is chosen
     frame_->setStatus(0, std::string(shell::kLockedText));
     restoreLayout();
     takeSettings();

@@ -58,7 +58,7 @@ void Workspace::setMode(shell::Mode mode) {
     if (mode != state_.mode && state_.isDatabaseOpen) close();
     state_.mode = mode;
     frame_.setWindowTitle(shown(shell::modeRow(mode).title));
-    if (state_.view == View::Empty) frame_.showEmpty(mode, {});
+    if (state_.view == View::Empty) frame_.showEmpty(mode, database_ ? database_->path() : std::string());
     refresh();
 }
 

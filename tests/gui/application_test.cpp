@@ -227,10 +227,15 @@ TEST_F(Program, ShowsTheReportOfADirectoryStructureCheckByPagesAndSavesNothingOf
     world.write("old.txt", "1");
     world.platform.settings.write("Software\\Corvalence\\Walk Roots", world.path(""));
     start();
+    EXPECT_EQ(application->frame().windowTitle(), "Corvalence");
     trigger(Command::DirectoryStructureMode);
     EXPECT_EQ(application->frame().windowTitle(), "Corvalence - Directory Structure Mode.");
     createDatabase("names");
     EXPECT_TRUE(application->workspace().state().isDatabaseOpen);
+    trigger(Command::DirectoryStructureMode);
+    EXPECT_EQ(find<QLabel>(application->frame(), "openDatabase").text(),
+              QString::fromStdString("Open database: " + application->workspace().database()->path()))
+        << "the mode that it is in already";
     world.platform.settings.write("Software\\Corvalence\\Config15", "1000");
     for (int i = 0; i < 2500; ++i)
         world.write("new" + std::to_string(i), "");
