@@ -226,7 +226,10 @@ void Application::firstPaint() {
         QTimer::singleShot(kCheckDelay, frame_.get(), [this] { frame_->firstPaint(); });
         return;
     }
-    workspace_->perform([this] { tools_->checkAtStart(); });
+    workspace_->perform([this] {
+        tools_->checkAtStart();
+        schedule_->tellWhereItRuns();
+    });
 }
 
 OpenHelp Application::helpOpener() {

@@ -205,8 +205,12 @@ void ScheduleCommands::showSummary() {
 
 void ScheduleCommands::hideWindow() {
     trayPoll_.start();
-    if (!parts_.hasTray()) work_.frame().setStatus(0, std::string(kNoTray));
+    tellWhereItRuns();
     followTray();
+}
+
+void ScheduleCommands::tellWhereItRuns() {
+    if (isInBackground() && !parts_.hasTray()) work_.frame().setStatus(0, std::string(kNoTray));
 }
 
 /// The tray of a session may come up after the programs that begin with it, and go before them.
@@ -216,7 +220,7 @@ void ScheduleCommands::followTray() {
         trayPoll_.stop();
     } else if (!parts_.hasTray()) {
         if (frame.isVisible()) return;
-        frame.setStatus(0, std::string(kNoTray));
+        tellWhereItRuns();
         frame.show();
     } else if (frame.isVisible() && work_.state().view == shell::View::Empty &&
                QApplication::activeModalWidget() == nullptr) {

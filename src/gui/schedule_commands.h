@@ -36,6 +36,8 @@ class ScheduleCommands : public schedule::EngineFront,
 
     /// Enters background mode, as "Start Scheduled Checking [ Background Mode ]".
     void startBackground();
+    /// Says in the window why it stands there in background mode, where that is so.
+    void tellWhereItRuns();
     /// Ends scheduled checking, with the summary of the session.
     void stop();
     /// Ends it for good and without a word, with the program.

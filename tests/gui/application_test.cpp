@@ -20,6 +20,7 @@
 #include "gui/dialogs/open_database_window.h"
 #include "gui/dialogs/password_window.h"
 #include "gui/dialogs/searching_window.h"
+#include "gui/dialogs/self_check_window.h"
 #include "gui/schedule_commands.h"
 #include "gui/views/file_list_view.h"
 #include "gui/views/report_view.h"
@@ -274,6 +275,30 @@ TEST_F(Program, StartsBehindTheTrayAndComesUpFromIt) {
     application->frame().firstPaint = [] {};
     application->schedule().trayOpen();
     EXPECT_TRUE(application->frame().isVisible());
+}
+
+TEST_F(Program, WarnsOfItsOwnFilesOnceItsWindowIsUpAndStillSaysThatThereIsNoTray) {
+    application = std::make_unique<Application>(host, true);
+    application->tray = std::make_unique<test::ShownTray>();
+    application->hasTray = [] { return false; };
+    std::vector<QString> titles;
+    std::unique_ptr<WhenShown<SelfCheckWindow>> help;
+    {
+        const WhenShown<PasswordWindow> enter([&](PasswordWindow& window) { type(window, "open sesame"); });
+        ASSERT_TRUE(application->start());
+    }
+    const WhenShown<SelfCheckWindow> program([&](SelfCheckWindow& window) {
+        titles.push_back(window.windowTitle());
+        help = std::make_unique<WhenShown<SelfCheckWindow>>([&](SelfCheckWindow& next) {
+            titles.push_back(next.windowTitle());
+            next.accept();
+        });
+        window.accept();
+    });
+    ASSERT_TRUE(test::waitFor([&] { return titles.size() == 2 && !application->workspace().isBusy(); }));
+    EXPECT_EQ(titles[0] + titles[1], "Application file integrity check.Help file integrity check.");
+    EXPECT_EQ(world.machine.sound.resources, (std::vector<std::string>{"rml", "rml"}));
+    EXPECT_TRUE(find<QLabel>(application->frame(), "workPane").text().contains("no status tray"));
 }
 
 TEST_F(Program, RemembersTheWindowAndIsAskedOnlyOnceToEnd) {
