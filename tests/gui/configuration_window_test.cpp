@@ -251,8 +251,18 @@ TEST_F(Sheet, ComesAgainWithWhatWasEnteredUntilTheRulesHold) {
                            EXPECT_EQ(find<QLineEdit>(window, "recipientEdit").text(), "nobody");
                            type(window, "recipientEdit", "a@b.c");
                        }),
-                       confirm([](QWidget& window) { type(window, "suffixEdit", ""); }),
-                       confirm([](QWidget& window) { type(window, "suffixEdit", "~"); })});
+                       confirm([](QWidget& window) {
+                           type(window, "suffixEdit", "");
+                           click(window, "besideBox");
+                           type(window, "locationEdit", "/nowhere/");
+                       }),
+                       confirm([](QWidget& window) {
+                           type(window, "suffixEdit", "~");
+                           EXPECT_EQ(find<QLineEdit>(window, "locationEdit").text(), "/nowhere/");
+                           click(window, "besideBox");
+                           EXPECT_EQ(find<QLineEdit>(window, "locationEdit").text(), "/stored/");
+                       })});
+    configuration.write("Config3", "/stored/");
     ConfigurationPrompt prompt(means());
     sheet.run(prompt);
     EXPECT_TRUE(showings.areDone());

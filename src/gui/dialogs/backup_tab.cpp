@@ -11,7 +11,8 @@ BackupTab::BackupTab(const shell::BackupPage& page, const base::PathRules& paths
     : SheetTab(QStringLiteral("Copies of databases and of the files that they list"),
                QStringLiteral("mode-file-contents"), openHelp, QStringLiteral("configbackup")),
       paths_(paths),
-      stored_(page) {
+      stored_(page),
+      storedFolder_(page.folder) {
     addDatabases();
     addFiles();
     showUsable();
@@ -33,7 +34,7 @@ void BackupTab::addDatabases() {
                          "locationButton", QStringLiteral("&Browse"));
     connect(databases_, &QCheckBox::toggled, this, [this] { showUsable(); });
     connect(beside_, &QCheckBox::toggled, this, [this](bool isBeside) {
-        if (isBeside) folder_->setPath(stored_.folder);
+        if (isBeside) folder_->setPath(storedFolder_);
         showUsable();
     });
     connect(browse_, &QPushButton::clicked, this, [this] { browse(); });

@@ -12,6 +12,8 @@ class BackupTab : public SheetTab {
     BackupTab(const shell::BackupPage& page, const base::PathRules& paths, const OpenHelp& openHelp);
 
     shell::BackupPage page() const;
+    /// What the location goes back to with "Same as database."; first it is that of the page.
+    void setStoredFolder(const std::string& folder) { storedFolder_ = folder; }
 
   private:
     void addDatabases();
@@ -21,6 +23,7 @@ class BackupTab : public SheetTab {
 
     const base::PathRules& paths_;
     const shell::BackupPage stored_;
+    std::string storedFolder_;
     QCheckBox* databases_ = nullptr;
     QLineEdit* suffix_ = nullptr;
     QCheckBox* beside_ = nullptr;

@@ -48,6 +48,10 @@ shell::SheetPages ConfigurationWindow::pages() const {
             pageSize_->page(), look_->page(),  email_->page()};
 }
 
+void ConfigurationWindow::setStoredFolder(const std::string& folder) {
+    backup_->setStoredFolder(folder);
+}
+
 int ConfigurationWindow::current() const {
     return tabs_->currentIndex();
 }
@@ -59,6 +63,8 @@ void ConfigurationWindow::setCurrent(int page) {
 bool ConfigurationPrompt::show(shell::SheetPages& pages) {
     ConfigurationWindow window(pages, means_, parent_);
     window.setCurrent(current_);
+    if (!storedFolder_) storedFolder_ = pages.backup.folder;
+    window.setStoredFolder(*storedFolder_);
     const bool isConfirmed = window.exec() == QDialog::Accepted;
     current_ = window.current();
     if (isConfirmed) pages = window.pages();

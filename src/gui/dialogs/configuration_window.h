@@ -1,6 +1,8 @@
 #pragma once
 
 #include <QDialog>
+#include <optional>
+#include <string>
 
 #include "gui/support/help.h"
 #include "shell/configuration_sheet.h"
@@ -31,6 +33,8 @@ class ConfigurationWindow : public QDialog {
     ConfigurationWindow(const shell::SheetPages& pages, const SheetMeans& means, QWidget* parent = nullptr);
 
     shell::SheetPages pages() const;
+    /// The folder for backup databases that the settings hold, where the pages have another one already.
+    void setStoredFolder(const std::string& folder);
     /// Number of the page in front.
     int current() const;
     void setCurrent(int page);
@@ -58,6 +62,7 @@ class ConfigurationPrompt : public shell::SheetDialog {
   private:
     SheetMeans means_;
     QWidget* parent_;
+    std::optional<std::string> storedFolder_;
     int current_ = 0;
 };
 
