@@ -15,17 +15,22 @@ QString textOf(std::string_view text) {
     return shown(text).trimmed();
 }
 
+void setText(QAction& action, std::string_view text) {
+    const QString said = textOf(text).remove(QLatin1Char('&'));
+    const QKeySequence keys = action.shortcut();
+    action.setText(textOf(text));
+    action.setStatusTip(said);
+    if (!keys.isEmpty())
+        action.setToolTip(QStringLiteral("%1 (%2)").arg(said, keys.toString(QKeySequence::NativeText)));
+}
+
 QAction* makeAction(const shell::CommandRow& row, QObject* parent) {
-    auto* action = new QAction(textOf(row.text), parent);
+    auto* action = new QAction(parent);
     action->setObjectName(QStringLiteral("command-%1").arg(static_cast<int>(row.command)));
     if (!row.icon.empty()) action->setIcon(icon(shown(row.icon)));
-    if (!row.shortcut.empty()) {
-        const QKeySequence keys = QKeySequence::fromString(shown(row.shortcut), QKeySequence::PortableText);
-        action->setShortcut(keys);
-        action->setToolTip(QStringLiteral("%1 (%2)").arg(textOf(row.text).remove(QLatin1Char('&')),
-                                                         keys.toString(QKeySequence::NativeText)));
-    }
-    action->setStatusTip(textOf(row.text).remove(QLatin1Char('&')));
+    if (!row.shortcut.empty())
+        action->setShortcut(QKeySequence::fromString(shown(row.shortcut), QKeySequence::PortableText));
+    setText(*action, row.text);
     action->setCheckable(row.form != CommandForm::Plain);
     return action;
 }
@@ -53,7 +58,7 @@ void CommandActions::update(const shell::FrameState& state) {
     for (const shell::CommandRow& row : shell::commandRows())
         action(row.command)->setEnabled(shell::mayRun(row.command, state));
     const auto check = shell::Command::CheckDatabase;
-    action(check)->setText(textOf(shell::commandText(check, state.mode)));
+    setText(*action(check), shell::commandText(check, state.mode));
     action(shell::commandOf(state.mode))->setChecked(true);
 }
 

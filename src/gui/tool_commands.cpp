@@ -40,7 +40,7 @@ ToolCommands::ToolCommands(Workspace& workspace, ProgramFiles program, platform:
     actions.handle(Command::ViewLogFile, [this] { viewLog(); });
     actions.handle(Command::ImportLogFile, [this] { importLog(); });
     actions.handle(Command::Help, [this] { work_.openHelp()(QStringLiteral("index")); });
-    actions.handle(Command::Website, [] { QDesktopServices::openUrl(QUrl(QLatin1String(kWebsite))); });
+    actions.handle(Command::Website, [this] { openWebsite(); });
     actions.handle(Command::About, [this] { about(); });
 }
 
@@ -144,6 +144,12 @@ void ToolCommands::checkFiles(Telling telling) {
 void ToolCommands::warn(const core::SelfCheckWarning& warning, const char* topic) {
     files::playWarning(work_.vault());
     SelfCheckWindow(warning, work_.openHelp(), QLatin1String(topic), &work_.frame()).exec();
+}
+
+void ToolCommands::openWebsite() {
+    if (!QDesktopServices::openUrl(QUrl(QLatin1String(kWebsite))))
+        work_.platform().ui.message(platform::Icon::Information,
+                                    std::string("No program is here to open this page:\n\n") + kWebsite);
 }
 
 void ToolCommands::about() {

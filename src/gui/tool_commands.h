@@ -36,6 +36,7 @@ class ToolCommands {
     void checkPermissions(Telling telling);
     void checkFiles(Telling telling);
     void warn(const core::SelfCheckWarning& warning, const char* topic);
+    void openWebsite();
     void about();
 
     Workspace& work_;

@@ -4,6 +4,7 @@
 
 #include <QApplication>
 #include <QCheckBox>
+#include <QDesktopServices>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -299,6 +300,19 @@ TEST_F(Program, WarnsOfItsOwnFilesOnceItsWindowIsUpAndStillSaysThatThereIsNoTray
     EXPECT_EQ(titles[0] + titles[1], "Application file integrity check.Help file integrity check.");
     EXPECT_EQ(world.machine.sound.resources, (std::vector<std::string>{"rml", "rml"}));
     EXPECT_TRUE(find<QLabel>(application->frame(), "workPane").text().contains("no status tray"));
+}
+
+TEST_F(Program, TellsTheAddressOfAPageThatNothingOpens) {
+    start();
+    QObject nothing;
+    QDesktopServices::setUrlHandler(QStringLiteral("https"), &nothing, "open");
+    std::string told;
+    {
+        const Answer answer(QMessageBox::Ok, &told);
+        trigger(Command::Website);
+    }
+    QDesktopServices::unsetUrlHandler(QStringLiteral("https"));
+    EXPECT_NE(told.find("https://"), std::string::npos) << told;
 }
 
 TEST_F(Program, RemembersTheWindowAndIsAskedOnlyOnceToEnd) {

@@ -56,6 +56,7 @@ TEST(Frame, HasEveryCommandInAMenuWithPictureAndFollowsTheState) {
     frame.update(state);
     EXPECT_FALSE(menu(frame, "&Add Files").menuAction()->isVisible());
     EXPECT_EQ(frame.actions().action(Command::CheckDatabase)->text(), "Check The Open Database");
+    EXPECT_EQ(frame.actions().action(Command::CheckDatabase)->toolTip(), "Check The Open Database (F5)");
     EXPECT_TRUE(frame.actions().action(Command::RegistryMode)->isChecked()) << "its button shows pressed";
     EXPECT_FALSE(frame.actions().action(Command::FileContentsMode)->isChecked());
 }
