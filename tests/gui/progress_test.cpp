@@ -24,6 +24,9 @@ TEST(Progress, ComesUpWhereWorkLastsShowsItAndIsCancelled) {
     const auto progress = ui.openProgress("Checking all files in Database: /x/" + std::string(400, 'y'));
     progress->file("/a/\xFF" + std::string(500, 'b'), 12);
     progress->bar(32500);
+    const std::string sizes =
+        "Number of files to be added: 134812   Total size of files to be added: 21261290875 Bytes [19.80 GB]";
+    progress->label(sizes);
     EXPECT_FALSE(progress->cancelled());
     EXPECT_EQ(shownWindow(), nullptr) << "short work flashes no window";
 
@@ -36,6 +39,9 @@ TEST(Progress, ComesUpWhereWorkLastsShowsItAndIsCancelled) {
     EXPECT_EQ(find<QLabel>(window, "remainingLabel").text(), "Remaining: 12");
     EXPECT_TRUE(find<QLabel>(window, "subjectLabel").text().startsWith("/a/\\xff"))
         << "bytes that are no text";
+    auto& note = find<QLabel>(window, "noteLabel");
+    EXPECT_EQ(note.text().toStdString(), sizes);
+    EXPECT_LE(note.heightForWidth(note.width()), note.height()) << "cut off";
     EXPECT_LT(window.width(), 1000) << "a long path widens nothing";
 
     QTimer::singleShot(30, [&] { find<QPushButton>(window, "cancelButton").click(); });

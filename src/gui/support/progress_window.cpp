@@ -32,6 +32,13 @@ void setElided(QLabel& label, const QString& text) {
     label.setText(label.fontMetrics().elidedText(text, Qt::ElideMiddle, label.width()));
 }
 
+/// In the two lines that the label has; cut only where its words take more.
+void setWrapped(QLabel& label, const QString& text) {
+    const QRect room(0, 0, label.width(), label.height());
+    const QRect taken = label.fontMetrics().boundingRect(room, Qt::TextWordWrap, text);
+    room.contains(taken) ? label.setText(text) : setElided(label, text);
+}
+
 }  // namespace
 
 ProgressWindow::ProgressWindow(const QString& title, QWidget* parent) : QDialog(parent) {
@@ -47,6 +54,9 @@ ProgressWindow::ProgressWindow(const QString& title, QWidget* parent) : QDialog(
     bar_->setRange(0, 0);
     grid->addWidget(bar_, grid->rowCount(), 0);
     note_ = addLine(*grid, "noteLabel");
+    note_->setWordWrap(true);
+    note_->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+    note_->setFixedHeight(2 * note_->fontMetrics().lineSpacing());
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Cancel);
     cancel_ = buttons->button(QDialogButtonBox::Cancel);
     cancel_->setObjectName(QStringLiteral("cancelButton"));
@@ -78,7 +88,7 @@ void ProgressWindow::draw() {
         bar_->setMaximum(static_cast<int>(platform::Progress::kSteps));
         bar_->setValue(position_);
     }
-    setElided(*note_, noteText_);
+    setWrapped(*note_, noteText_);
     if (!hasFiles_) return;
     setElided(*subject_, shown(path_));
     remaining_->setText(filesLeft_ == 0 ? QString() : QStringLiteral("Remaining: %L1").arg(filesLeft_));
