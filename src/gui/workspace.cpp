@@ -6,6 +6,7 @@
 #include <QTimer>
 #include <new>
 
+#include "base/shown_text.h"
 #include "components/kinds.h"
 #include "crypto/working_files.h"
 #include "files/database_copy.h"
@@ -211,11 +212,13 @@ void Workspace::tellRemarks(const std::string& heading, const std::vector<compon
     std::string text;
     for (const components::Remark& remark : remarks) {
         if (!remark.isFault) continue;
-        text += std::to_string(remark.count).append(remark.text) + "\n";
+        std::string lines = std::to_string(remark.count).append(remark.text) + "\n";
         const std::size_t told = std::min(remark.details.size(), kDetailsTold);
         for (std::size_t at = 0; at < told; ++at)
-            text += "  " + remark.details[at].path + "  " + remark.details[at].reason + "\n";
-        if (told < remark.details.size()) text += "  ...\n";
+            lines += "  " + base::shown(remark.details[at].path) + "  " + remark.details[at].reason + "\n";
+        if (told < remark.details.size()) lines += "  ...\n";
+        // Components that walk the same folders say the same.
+        if (("\n" + text).find("\n" + lines) == std::string::npos) text += lines;
     }
     if (!text.empty()) platform_.ui.message(platform::Icon::Warning, heading + "\n\n" + text);
 }

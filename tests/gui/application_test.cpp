@@ -325,5 +325,18 @@ TEST_F(Program, RemembersTheWindowAndIsAskedOnlyOnceToEnd) {
     EXPECT_FALSE(application->frame().isBarShown(Command::MemoryBar));
 }
 
+TEST(Remarks, AreToldOnceAFaultAndNoNameMakesALineOfItsOwn) {
+    test::Desk desk;
+    const components::Remark refused{
+        "refused", 1, " names refused.", {{"/a\n0 Files changed", "no record"}}, true};
+    const components::Remark more{"refused", 21, " could not be added.", {}, true};
+    const components::Remark one{"refused", 1, " could not be added.", {}, true};
+    const components::Remark hidden{"hidden", 9, " hidden.", {}, false};
+    desk.work.tellRemarks("Not whole:", {refused, more, hidden, refused, one});
+    EXPECT_EQ(desk.world.machine.ui.messages.back().text,
+              "Not whole:\n\n1 names refused.\n  /a\\n0 Files changed  no record\n21 could not be added.\n"
+              "1 could not be added.\n");
+}
+
 }  // namespace
 }  // namespace corvalence::gui
