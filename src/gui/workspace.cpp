@@ -12,6 +12,7 @@
 #include "files/database_copy.h"
 #include "files/file_texts.h"
 #include "gui/support/text.h"
+#include "gui/views/dropped_files.h"
 #include "gui/views/file_list_view.h"
 #include "gui/views/report_view.h"
 #include "store/database_files.h"
@@ -47,7 +48,7 @@ Workspace::Workspace(platform::Platform& platform, const components::Machine& ma
 /// Only when it has changed: whoever owns it may take time to answer.
 void Workspace::readClipboard() {
     const QMimeData* pasted = QApplication::clipboard()->mimeData();
-    state_.hasFilesToPaste = pasted != nullptr && pasted->hasUrls();
+    state_.hasFilesToPaste = pasted != nullptr && !pathsOf(*pasted).empty();
 }
 
 void Workspace::setScheduleRunning(bool isRunning) {

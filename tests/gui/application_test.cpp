@@ -4,9 +4,12 @@
 
 #include <QApplication>
 #include <QCheckBox>
+#include <QClipboard>
 #include <QDesktopServices>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
+#include <QMimeData>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QTest>
@@ -300,6 +303,64 @@ TEST_F(Program, WarnsOfItsOwnFilesOnceItsWindowIsUpAndStillSaysThatThereIsNoTray
     EXPECT_EQ(titles[0] + titles[1], "Application file integrity check.Help file integrity check.");
     EXPECT_EQ(world.machine.sound.resources, (std::vector<std::string>{"rml", "rml"}));
     EXPECT_TRUE(find<QLabel>(application->frame(), "workPane").text().contains("no status tray"));
+}
+
+TEST_F(Program, TakesPastedAndDroppedFilesAndOpensARecentDatabase) {
+    const auto urls = [](std::initializer_list<QUrl> list) {
+        auto* data = new QMimeData;
+        data->setUrls(list);
+        return data;
+    };
+    const auto url = [](const std::string& path) {
+        return QUrl::fromLocalFile(QString::fromStdString(path));
+    };
+    const std::string single = world.write("a.txt", "a");
+    world.write("folder/b.txt", "b");
+    world.write("folder/deep/c.txt", "c");
+    start();
+    createDatabase("docs");
+    const QAction* paste = application->frame().actions().action(Command::PasteFiles);
+    QApplication::clipboard()->setMimeData(urls({QUrl("https://halvernworks.example/x")}));
+    EXPECT_FALSE(paste->isEnabled()) << "no file of this machine";
+    QApplication::clipboard()->setMimeData(urls({url(single)}));
+    ASSERT_TRUE(paste->isEnabled());
+    {
+        std::string told;
+        const Answer answer(QMessageBox::Ok, &told);
+        trigger(Command::PasteFiles);
+        EXPECT_EQ(told, "1 File successfully added to the database.");
+    }
+    EXPECT_EQ(list()->files().count(), 1U);
+    {
+        std::string told;
+        const Answer answer(QMessageBox::Ok, &told);
+        list()->onDrop({world.path("folder")});
+        ASSERT_TRUE(test::waitFor([&] { return list()->files().count() == 3; }));
+        EXPECT_EQ(told.substr(0, 7), "2 Files") << told;
+    }
+    trigger(Command::CloseDatabase);
+    EXPECT_FALSE(paste->isEnabled());
+
+    QMenu& recent = application->frame().recentMenu();
+    recent.aboutToShow();
+    ASSERT_EQ(recent.actions().size(), 1);
+    recent.actions().front()->trigger();
+    ASSERT_NE(list(), nullptr);
+    EXPECT_EQ(list()->files().count(), 3U);
+    {
+        std::string told;
+        std::unique_ptr<Answer> gone;
+        const WhenShown<QMessageBox> question([&](QMessageBox& box) {
+            gone = std::make_unique<Answer>(QMessageBox::Ok, &told);
+            box.button(QMessageBox::Yes)->click();
+        });
+        trigger(Command::DeleteDatabase);
+        EXPECT_TRUE(told.ends_with("successfully deleted.")) << told;
+    }
+    EXPECT_EQ(list(), nullptr);
+    recent.aboutToShow();
+    ASSERT_EQ(recent.actions().size(), 1);
+    EXPECT_FALSE(recent.actions().front()->isEnabled());
 }
 
 TEST_F(Program, TellsTheAddressOfAPageThatNothingOpens) {
