@@ -142,9 +142,10 @@ void Application::showFrame() {
         schedule_->startBackground();
         return;
     }
-    // Behind what the user is at: it came up by itself, or will be wanted in a moment.
-    frame_->showMaximized();
+    // Lowered before it is shown: behind the others it would have the keys without being seen.
+    frame_->winId();
     frame_->lower();
+    frame_->showMaximized();
 }
 
 int Application::run() {
