@@ -40,12 +40,11 @@ std::unique_ptr<reports::RecordRenderer> makeRenderer(const base::PathRules& pat
 /// Shows the creation of a database of its own.
 class ShownCreation : public store::CreationWorker {
   public:
-    ShownCreation(platform::UserInterface& ui, std::string_view noun, ComponentCreation& inner)
-        : ui_(ui), noun_(noun), inner_(inner) {}
+    ShownCreation(platform::UserInterface& ui, std::string_view title, ComponentCreation& inner)
+        : ui_(ui), title_(title), inner_(inner) {}
 
     bool fill(const std::string& database, store::NewFiles& files) override {
-        const auto progress =
-            ui_.openProgress("Creating new " + std::string(noun_) + " database: " + database);
+        const auto progress = ui_.openProgress(std::string(title_).append(database));
         wasCancelled = !inner_.fill(database, files, *progress);
         return !wasCancelled;
     }
@@ -54,20 +53,23 @@ class ShownCreation : public store::CreationWorker {
 
   private:
     platform::UserInterface& ui_;
-    std::string_view noun_;
+    std::string_view title_;
     ComponentCreation& inner_;
 };
 
 constexpr std::array<ComponentKind, 4> kKinds = {{
-    {store::DatabaseKind::DirectoryStructure, reports::ReportKind::DirectoryStructure, "directory structure",
-     "Checking directory structure database: ", makeCreation<DirectoryCreation>, makeCheck<DirectoryCheck>,
-     countDirectories, makeRenderer<DirectoryRenderer>},
-    {store::DatabaseKind::Permissions, reports::ReportKind::Permissions, "permissions",
-     "Checking All Files In Permissions Database: ", makeCreation<PermissionCreation>,
-     makeCheck<PermissionCheck>, countPermissions, makeRenderer<PermissionRenderer>},
-    {store::DatabaseKind::Registry, reports::ReportKind::Registry, "registry", "Checking Registry Database: ",
+    {store::DatabaseKind::DirectoryStructure, reports::ReportKind::DirectoryStructure,
+     "Creating new directory structure database: ", "Checking directory structure database: ",
+     makeCreation<DirectoryCreation>, makeCheck<DirectoryCheck>, countDirectories,
+     makeRenderer<DirectoryRenderer>},
+    {store::DatabaseKind::Permissions, reports::ReportKind::Permissions,
+     "Creating new permissions database: ", "Checking All Files In Permissions Database: ",
+     makeCreation<PermissionCreation>, makeCheck<PermissionCheck>, countPermissions,
+     makeRenderer<PermissionRenderer>},
+    {store::DatabaseKind::Registry, reports::ReportKind::Registry,
+     "Creating New Registry Structure Database: ", "Checking Registry Database: ",
      makeCreation<RegistryCreation>, makeCheck<RegistryCheck>, countRegistry, makeRenderer<RegistryRenderer>},
-    {store::DatabaseKind::Services, reports::ReportKind::Services, "services",
+    {store::DatabaseKind::Services, reports::ReportKind::Services, "Creating new services database: ",
      "Checking All Services In Services Database: ", makeCreation<ServiceCreation>, makeCheck<ServiceCheck>,
      countServices, makeRenderer<ServiceRenderer>},
 }};
@@ -101,7 +103,7 @@ std::unique_ptr<reports::RecordRenderer> makeRenderer(reports::ReportKind kind,
 std::optional<store::OpenDatabaseContext> createDatabase(store::Vault& vault, const ComponentKind& kind,
                                                          const store::CreationRequest& request,
                                                          ComponentCreation& creation, bool& wasCancelled) {
-    ShownCreation worker(vault.platform.ui, kind.noun, creation);
+    ShownCreation worker(vault.platform.ui, kind.creationTitle, creation);
     auto database = store::DatabaseCreation(vault).create(request, worker);
     wasCancelled = worker.wasCancelled;
     return database;

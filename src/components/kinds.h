@@ -23,8 +23,8 @@ using BaselineFiles = std::vector<store::SealedFileRecord>;
 struct ComponentKind {
     store::DatabaseKind kind;
     reports::ReportKind report;
-    std::string_view noun;        // "directory structure", in titles
-    std::string_view checkTitle;  // before the database's path
+    std::string_view creationTitle;  // before the database's path
+    std::string_view checkTitle;     // likewise
     std::unique_ptr<ComponentCreation> (*makeCreation)(store::Vault& vault, const Machine& machine);
     std::unique_ptr<ComponentCheck> (*makeCheck)(store::Vault& vault, const Machine& machine,
                                                  const std::string& database, BaselineFiles files);
