@@ -6,6 +6,7 @@
 #include <unordered_set>
 
 #include "base/record_text.h"
+#include "components/running_total.h"
 
 namespace corvalence::components {
 
@@ -40,7 +41,8 @@ class DirectoryCheck::Visitor : public WalkVisitor {
         progress_.file(path, check_.lines_.files.size() - check_.nextFile_);
         check_.compareFile(path);
         scan_.scan(path, compareStream_);
-        if (++met_ % kBarInterval == 0) {
+        showTotal(progress_, kTotalFiles, ++met_);
+        if (met_ % kBarInterval == 0) {
             const std::size_t position = std::min(met_, total_) * platform::Progress::kSteps / total_;
             progress_.bar(static_cast<std::uint32_t>(position));
         }

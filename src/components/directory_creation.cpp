@@ -1,6 +1,7 @@
 #include "components/directory_creation.h"
 
 #include "components/recycled_paths.h"
+#include "components/running_total.h"
 
 namespace corvalence::components {
 
@@ -23,7 +24,7 @@ class DirectoryCreation::Visitor : public WalkVisitor {
     bool file(const std::string& path) override {
         if (progress_.cancelled()) return false;
         progress_.file(path, 0);
-        ++totals_.files;
+        showTotal(progress_, kTotalFiles, ++totals_.files);
         files_.write(directory_file::kFiles, path);
         scan_.scan(path, writeStream_);
         return true;

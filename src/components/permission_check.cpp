@@ -1,6 +1,7 @@
 #include "components/permission_check.h"
 
 #include "components/permission_creation.h"
+#include "components/running_total.h"
 
 namespace corvalence::components {
 
@@ -21,6 +22,7 @@ bool PermissionCheck::compare(platform::Progress& progress, reports::ReportSink&
     for (std::size_t at = 0; at < count; ++at) {
         if (progress.cancelled()) return false;
         progress.file(std::string(permissionPath(lines_[at])), count - at - 1);
+        showTotal(progress, kTotalFiles, at + 1);
         compareRecord(lines_[at], report);
         if (at % kBarInterval == 0)
             progress.bar(static_cast<std::uint32_t>(platform::Progress::kSteps * at / count));

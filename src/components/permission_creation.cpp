@@ -1,5 +1,7 @@
 #include "components/permission_creation.h"
 
+#include "components/running_total.h"
+
 namespace corvalence::components {
 
 namespace {
@@ -24,6 +26,7 @@ class PermissionCreation::Visitor : public WalkVisitor {
     bool file(const std::string& path) override {
         if (progress_.cancelled()) return false;
         progress_.file(path, 0);
+        showTotal(progress_, kTotalFiles, ++met_);
         if (!isComplete_ && PermissionScan::isPassedOver(path)) {
             passedOver_.add(path, {});
         } else {
@@ -65,6 +68,7 @@ class PermissionCreation::Visitor : public WalkVisitor {
     platform::Progress& progress_;
     bool isComplete_;
     std::string record_;
+    std::uint64_t met_ = 0;
     std::uint64_t folders_ = 0;
     std::uint64_t vanished_ = 0;
     NotedPaths passedOver_;

@@ -1,6 +1,7 @@
 #include "components/registry_walk.h"
 
 #include "base/record_text.h"
+#include "components/running_total.h"
 
 namespace corvalence::components {
 
@@ -71,7 +72,7 @@ bool RegistryWalk::visitValues(platform::RegistryKeyReader& key, const std::stri
 }
 
 bool RegistryWalk::hand(const RegistryRecord& record, const Visit& visit) {
-    ++records_;
+    showTotal(progress_, kTotalValues, ++records_);
     return visit(record);
 }
 

@@ -1,5 +1,6 @@
 #include "components/service_creation.h"
 
+#include "components/running_total.h"
 #include "components/sealed_lines.h"
 
 namespace corvalence::components {
@@ -23,6 +24,7 @@ std::optional<LiveServices> listServices(platform::ServiceManager& manager, plat
     for (std::size_t at = 0; at < services.size(); ++at) {
         if (progress.cancelled()) return std::nullopt;
         progress.file(services[at].name, services.size() - at - 1);
+        showTotal(progress, kTotalServices, at + 1);
         std::string record = renderService(services[at]);
         const bool fits = record.size() + 2 <= kServiceLineLimit && isServiceRecord(record);
         fits ? live.records.push_back(std::move(record)) : void(++live.refused);
