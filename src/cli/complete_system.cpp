@@ -110,6 +110,8 @@ ExitCode checkSystem(Context& context, core::Run& run, const store::OpenDatabase
                      const CheckArguments& arguments) {
     const auto checked =
         components::checkCompleteSystem(run.vault(), context.machine, database, selection(arguments));
+    if (!checked.cancelled)
+        run.vault().platform.ui.message(platform::Icon::Information, std::string(components::kReportsMade));
     context.ui.clearLine();
     context.options.json ? writeCheckedJson(context, run, database, checked)
                          : writeChecked(context, run, database, checked);

@@ -197,9 +197,6 @@ SystemChecked checkCompleteSystem(store::Vault& vault, const Machine& machine,
         reports::removeReports(vault);
         return result;
     }
-    vault.platform.ui.message(platform::Icon::Information,
-                              "Corvalence has created a report for each component of the complete system "
-                              "database check.\n\nUse the arrow buttons on the Pagebar to view each report.");
     return result;
 }
 

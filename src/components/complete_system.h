@@ -2,6 +2,7 @@
 
 #include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "components/kinds.h"
@@ -63,6 +64,11 @@ struct SystemChecked {
 SystemChecked checkCompleteSystem(store::Vault& vault, const Machine& machine,
                                   const store::OpenDatabaseContext& database,
                                   std::span<const reports::ReportKind> selected);
+
+/// To be told once a check is over, before its reports are shown.
+inline constexpr std::string_view kReportsMade =
+    "Corvalence has created a report for each component of the complete system database check.\n\nUse the "
+    "arrow buttons on the Pagebar to view each report.";
 
 /// What the listed components hold, those of the machine's state.
 std::vector<ComponentCreated> countComponents(store::Vault& vault, const store::IndexRecord& database);

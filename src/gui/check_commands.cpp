@@ -6,10 +6,13 @@
 #include "components/kinds.h"
 #include "files/check.h"
 #include "gui/dialogs/changed_file_window.h"
+#include "gui/dialogs/check_done_window.h"
 #include "gui/dialogs/check_summary_window.h"
 #include "gui/dialogs/complete_system_window.h"
 #include "gui/support/text.h"
+#include "reports/report_writer.h"
 #include "reports/saved_report.h"
+#include "schedule/log_files.h"
 
 namespace corvalence::gui {
 
@@ -105,6 +108,8 @@ void CheckCommands::checkComponent(const store::OpenDatabaseContext& database) {
     work_.frame().setStatus(0, "Ready");
     if (outcome.cancelled || outcome.isEmpty) return;
     work_.tellRemarks("Not everything could be checked:", outcome.remarks);
+    const QString title = shown(std::string(kind.checkTitle).append(database.path()));
+    CheckDoneWindow(title, {{{}, outcome}}, false, &work_.frame()).exec();
     work_.reports().showCurrent({kind.report});
     if (!outcome.isWhole()) work_.reports().markIncomplete(kind.report);
     work_.showReport();
@@ -118,11 +123,19 @@ void CheckCommands::checkSystem(const store::OpenDatabaseContext& database) {
     work_.frame().setStatus(0, "Ready");
     if (checked.cancelled) return;
     std::vector<components::Remark> remarks;
+    std::vector<CheckDoneWindow::Part> parts;
     for (const components::ComponentChecked& component : checked.components) {
         const auto& told = component.outcome.remarks;
         remarks.insert(remarks.end(), told.begin(), told.end());
+        parts.push_back({componentText(component.component), component.outcome});
     }
     work_.tellRemarks("Not everything could be checked:", remarks);
+    const QString title = shown("Checking Complete System Database: " + database.path());
+    if (CheckDoneWindow(title, parts, true, &work_.frame()).exec() != QDialog::Accepted) {
+        reports::removeReports(work_.vault());
+        return;
+    }
+    work_.platform().ui.message(platform::Icon::Information, std::string(components::kReportsMade));
     if (checked.firstPage() == 0) {
         work_.showNoReport(components::systemPageCaption(0));
         return;
@@ -143,7 +156,13 @@ void CheckCommands::saveReport() {
                                                         QFileDialog::DontConfirmOverwrite);
     if (chosen.isEmpty()) return;
     const auto planned = reports::plannedSaves(work_.vault(), bytesOf(chosen));
+    const schedule::LogFiles logs(work_.vault());
     for (const reports::SavedReport& report : planned) {
+        // The components of a Complete System have names with letters as well.
+        if (const auto fault = logs.findExportFault(report.path)) {
+            work_.platform().ui.message(platform::Icon::Stop, *fault);
+            continue;
+        }
         // The letter makes it another file than the one that the dialog knows of.
         const bool isThere = work_.platform().files.status(report.path, platform::Follow::Yes).has_value();
         if (isThere && !work_.platform().ui.ask(platform::Icon::Warning,

@@ -63,6 +63,11 @@ void CompleteSystemWindow::accept() {
     if (isDone) QDialog::accept();
 }
 
+QString componentText(reports::ReportKind component) {
+    return QString(QLatin1String(kComponents[static_cast<std::size_t>(component)].text))
+        .remove(QLatin1Char('&'));
+}
+
 ScanSelectionWindow::ScanSelectionWindow(const OpenHelp& openHelp, QWidget* parent) : QDialog(parent) {
     setObjectName(QStringLiteral("scanSelectionWindow"));
     setWindowTitle(QStringLiteral("Scan selection."));

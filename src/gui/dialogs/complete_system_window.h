@@ -35,6 +35,9 @@ class CompleteSystemWindow : public QDialog {
     bool isCreating_ = false;
 };
 
+/// "Directory Structure.", as the components are listed for the user.
+QString componentText(reports::ReportKind component);
+
 /// "Scan selection.": which components of a Complete System are checked; all of them at first.
 class ScanSelectionWindow : public QDialog {
   public:

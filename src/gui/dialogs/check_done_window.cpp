@@ -1,0 +1,66 @@
+#include "gui/dialogs/check_done_window.h"
+
+#include <QDialogButtonBox>
+#include <QLabel>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QVBoxLayout>
+#include <algorithm>
+
+#include "gui/support/text.h"
+
+namespace corvalence::gui {
+
+namespace {
+
+constexpr int kMostLines = 24;  // that are seen at once
+constexpr int kCharacters = 76;
+
+QString totalText(std::uint64_t count, std::string_view text) {
+    return shown(std::to_string(count).append(text)).trimmed() + QLatin1Char('\n');
+}
+
+QString textOf(const std::vector<CheckDoneWindow::Part>& parts) {
+    QString text;
+    for (const CheckDoneWindow::Part& part : parts) {
+        if (!text.isEmpty()) text += QLatin1Char('\n');
+        if (!part.name.isEmpty()) text += part.name + QLatin1Char('\n');
+        for (const components::Count& count : part.outcome.counts)
+            text += totalText(count.count, count.text);
+        for (const components::Remark& remark : part.outcome.remarks)
+            text += totalText(remark.count, remark.text);
+    }
+    return text.trimmed();
+}
+
+}  // namespace
+
+CheckDoneWindow::CheckDoneWindow(const QString& title, const std::vector<Part>& parts, bool mayCancel,
+                                 QWidget* parent)
+    : QDialog(parent) {
+    setObjectName(QStringLiteral("checkDoneWindow"));
+    setWindowTitle(title);
+    auto* layout = new QVBoxLayout(this);
+    layout->addWidget(new QLabel(QStringLiteral("Complete."), this));
+    auto* totals = new QPlainTextEdit(textOf(parts), this);
+    totals->setObjectName(QStringLiteral("totalsText"));
+    totals->setAccessibleName(QStringLiteral("Complete."));
+    totals->setReadOnly(true);
+    totals->setTabChangesFocus(true);
+    const QFontMetrics metrics = totals->fontMetrics();
+    const int lines = std::min(totals->blockCount() + 1, kMostLines);
+    totals->setMinimumSize(metrics.averageCharWidth() * kCharacters, metrics.lineSpacing() * lines);
+    layout->addWidget(totals, 1);
+    auto* buttons = new QDialogButtonBox(this);
+    if (mayCancel)
+        buttons->addButton(QDialogButtonBox::Cancel)->setObjectName(QStringLiteral("cancelButton"));
+    QPushButton* view = buttons->addButton(QStringLiteral("&View Report"), QDialogButtonBox::AcceptRole);
+    view->setObjectName(QStringLiteral("viewReportButton"));
+    view->setDefault(true);
+    connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
+    connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+    layout->addWidget(buttons);
+    view->setFocus();
+}
+
+}  // namespace corvalence::gui
