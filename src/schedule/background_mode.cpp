@@ -57,7 +57,8 @@ BackgroundMode::BackgroundMode(CheckingEngine& engine, Timers& timers,
 bool BackgroundMode::start() {
     engine_.stopWithoutSummary();
     isChecking_ = false;
-    if (tray_.animates()) timers_.set(Timer::Animation, kAnimationPeriod);
+    // The animation would paint over a warning, which no other command is to end.
+    if (tray_.animates() && !isAlert_) timers_.set(Timer::Animation, kAnimationPeriod);
     frame_ = 0;
     state_ = State::Running;
     showMain(TrayPicture::Animation, kCounting);
@@ -103,10 +104,10 @@ std::span<const TrayMenuItem> BackgroundMode::openMenu() {
     return menu();
 }
 
-/// Nothing is checked until a command is given, and the icon must not say otherwise.
+/// Nothing is checked until a command is given, and the icon must not say otherwise. A warning goes on
+/// alternating with that.
 void BackgroundMode::showHeld() {
     timers_.kill(Timer::Animation);
-    endWarning();
     showMain(TrayPicture::Paused, kPaused);
 }
 
@@ -146,13 +147,13 @@ void BackgroundMode::resetWarning() {
         return;
     }
     endWarning();
-    isAlert_ = false;
     start();
 }
 
 void BackgroundMode::endWarning() {
     timers_.kill(Timer::WarningOn);
     timers_.kill(Timer::WarningOff);
+    isAlert_ = false;
 }
 
 void BackgroundMode::timer(Timer timer) {
@@ -169,7 +170,8 @@ void BackgroundMode::timer(Timer timer) {
             timers_.set(Timer::WarningOff, kWarningPeriod);
             return;
         case Timer::WarningOff:
-            showMain(TrayPicture::Animation, change);
+            engine_.isArmed() ? showMain(TrayPicture::Animation, change)
+                              : showMain(TrayPicture::Paused, kPaused);
             timers_.kill(Timer::WarningOff);
             timers_.set(Timer::WarningOn, kWarningPeriod);
             return;

@@ -66,7 +66,7 @@ struct TrayMenuItem {
 
 /// Checking with a hidden window: counts down behind one tray icon, shows the progress of a check in a row of
 /// others, and alternates the icon once something differs. Off, running or paused; a difference is a state of
-/// running or paused that lasts until it is reset.
+/// running that lasts until it is reset, or running ends.
 ///
 /// Checks are told to it; it hands them on to the engine.
 class BackgroundMode : public WorkListener {

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <map>
+#include <set>
 
 #include "fake_clock.h"
 #include "map_settings_store.h"
@@ -213,10 +214,37 @@ TEST_F(Engine, AlternatesTheIconAfterADifferenceUntilItIsReset) {
     pass(seconds(5));
     EXPECT_EQ(ticks.size(), 2U) << "checking goes on";
     EXPECT_TRUE(mode.isAlert());
+
+    const auto pictures = [this] {
+        std::set<TrayPicture> seen;
+        for (int half = 0; half < 2; ++half) {
+            pass(milliseconds(500));
+            seen.insert(tray[7].picture);
+        }
+        return seen;
+    };
+    mode.openMenu();
+    EXPECT_EQ(tray[7].picture, TrayPicture::Paused);
+    EXPECT_THAT(pictures(), ElementsAre(TrayPicture::Warning, TrayPicture::Paused))
+        << "left without a choice";
+    mode.run(TrayCommand::ShowProgress);
+    EXPECT_THAT(pictures(), ElementsAre(TrayPicture::Animation, TrayPicture::Warning));
     mode.run(TrayCommand::ResetWarning);
     EXPECT_FALSE(mode.isAlert());
     pass(milliseconds(1000));
     EXPECT_EQ(caption(), "Corvalence - Counting Down To Next Scheduled Check.");
+}
+
+TEST_F(Engine, HasNoDifferenceLeftOnceItWasPaused) {
+    mode.start();
+    mode.run(TrayCommand::StopAnimation);
+    differs = true;
+    pass(seconds(5));
+    differs = false;
+    mode.run(TrayCommand::Stop);
+    mode.run(TrayCommand::Start);
+    pass(seconds(5));
+    EXPECT_EQ(caption(), "Corvalence - Counting Down To Next Scheduled Check.") << "the check is over";
 }
 
 TEST_F(Engine, ClosesWhereOnlyARestartHelps) {
