@@ -120,7 +120,7 @@ void Application::makeCommands() {
         ScheduleCommands::Parts{host_.mail, *tray, hasTray,
                                 [this](const std::string& path) { checks_->checkWithPrompts(path); },
                                 [this] { tools_->showSummary(); }});
-    tools_->stopChecking = [this] { schedule_->stop(); };
+    tools_->stopChecking = [this] { schedule_->stopWithoutSummary(); };
     if (auto* icons = dynamic_cast<QtTray*>(tray.get())) {
         icons->callbacks = {[this] { schedule_->trayOpen(); }, [this] { return schedule_->trayMenu(); },
                             [this] { schedule_->openTrayMenu(); },

@@ -4,6 +4,7 @@
 
 #include "gui/dialogs/schedule_window.h"
 #include "gui/dialogs/single_schedule_window.h"
+#include "schedule/log_files.h"
 #include "schedule/schedule_dialog.h"
 
 namespace corvalence::gui {
@@ -48,7 +49,7 @@ ScheduleCommands::ScheduleCommands(Workspace& workspace, Parts parts)
     : work_(workspace),
       parts_(std::move(parts)),
       timers_([this] { return mayCheck(); }, [this](schedule::Timer timer) { fire(timer); }),
-      engine_(timers_, work_.configuration(), work_.platform().sound, *this),
+      engine_(timers_, work_.configuration(), *this, *this),
       mode_(engine_, timers_, work_.configuration(), work_.platform().ui, parts_.tray, *this),
       mail_(parts_.mail) {
     CommandActions& actions = work_.frame().actions();
@@ -100,6 +101,11 @@ void ScheduleCommands::stop() {
     // Where there is no tray, the window may stand in background mode.
     isInBackground() ? mode_.run(TrayCommand::Open) : engine_.stop();
     work_.setScheduleRunning(false);
+}
+
+void ScheduleCommands::stopWithoutSummary() {
+    engine_.stopWithoutSummary();
+    stop();
 }
 
 void ScheduleCommands::end() {
@@ -185,6 +191,10 @@ void ScheduleCommands::visitSchedule(schedule::Timer tick) {
         schedule::visitSchedule(
             context, tick, [this](const std::string& database) { checkPrompted(database); },
             [this] { return !isCheckLeft_ && !work_.isEnding(); });
+        // What the panes say is of databases that are not open.
+        const bool isHere = isInBackground() && !parts_.hasTray();
+        work_.frame().setStatus(0, std::string(isHere ? kNoTray : "Ready"));
+        if (!work_.database()) work_.frame().setStatus(1, {});
         work_.setScheduleRunning(engine_.isArmed());
     });
 }
@@ -199,8 +209,19 @@ void ScheduleCommands::checkPrompted(const std::string& database) {
     parts_.checkWithPrompts(database);
 }
 
+/// Checks with prompts leave nothing in the log.
 void ScheduleCommands::showSummary() {
-    parts_.showSummary();
+    const std::string log = schedule::LogFiles(work_.vault()).path(schedule::LogKind::Session);
+    const auto status = work_.platform().files.status(log, platform::Follow::Yes);
+    if (status && status->size > 0) parts_.showSummary();
+}
+
+void ScheduleCommands::playResource(const std::string& name) {
+    if (work_.state().view != shell::View::FileList) work_.platform().sound.playResource(name);
+}
+
+void ScheduleCommands::playFile(const std::string& path) {
+    work_.platform().sound.playFile(path);
 }
 
 void ScheduleCommands::hideWindow() {

@@ -16,6 +16,7 @@ namespace corvalence::gui {
 /// Scheduled checking from the window and behind the tray: the engine and the states of background mode, on
 /// the window's timers. A round of checks is a piece of work of the workspace.
 class ScheduleCommands : public schedule::EngineFront,
+                         public platform::Sound,
                          public schedule::BackgroundFront,
                          public schedule::WorkListener,
                          public schedule::MailWaiting {
@@ -40,6 +41,8 @@ class ScheduleCommands : public schedule::EngineFront,
     void tellWhereItRuns();
     /// Ends scheduled checking, with the summary of the session.
     void stop();
+    /// The same, and the session's log waits for the summary of another session.
+    void stopWithoutSummary();
     /// Ends it for good and without a word, with the program.
     void end();
     /// A check behind the tray is under way, with nobody to answer what it asks.
@@ -57,6 +60,10 @@ class ScheduleCommands : public schedule::EngineFront,
     void countdown(const std::string& text) override;
     void visitSchedule(schedule::Timer tick) override;
     void showSummary() override;
+
+    // Of the countdown: it goes on in silence while files are listed.
+    void playResource(const std::string& name) override;
+    void playFile(const std::string& path) override;
 
     void hideWindow() override;
     void showWindow() override;

@@ -12,7 +12,7 @@ class ToolCommands {
     /// Takes over its commands of the window; the workspace is to outlive it.
     ToolCommands(Workspace& workspace, ProgramFiles program, platform::AutoStart& autoStart);
 
-    /// Ends scheduled checking; whoever runs it sets this.
+    /// Ends scheduled checking without a summary; whoever runs it sets this.
     std::function<void()> stopChecking = [] {};
     /// Settings may be others than before.
     std::function<void()> onConfigured = [] {};

@@ -26,6 +26,7 @@ using shell::Command;
 using shell::View;
 
 constexpr std::size_t kDetailsTold = 10;
+constexpr std::string_view kTitleBehindReport = "Corvalence.";
 
 }  // namespace
 
@@ -121,8 +122,9 @@ void Workspace::leaveDatabase() {
 }
 
 void Workspace::close() {
+    const auto title = state_.view == View::Report ? kTitleBehindReport : shell::kPlainTitle;
     leaveDatabase();
-    frame_.setWindowTitle(shown(shell::kPlainTitle));
+    frame_.setWindowTitle(shown(title));
     frame_.setStatus(0, std::string(shell::kLockedText));
     frame_.setStatus(1, {});
     refresh();

@@ -6,6 +6,7 @@
 
 #include "desk.h"
 #include "driving.h"
+#include "gui/views/info_bar.h"
 #include "schedule/log_files.h"
 #include "schedule/log_view.h"
 #include "schedule/schedule_dialog.h"
@@ -93,6 +94,25 @@ TEST_F(ScheduledChecking, AsksAboutFilesWithStandardCheckingOnly) {
     EXPECT_THAT(prompted, Contains(desk.world.databasePath()));
     EXPECT_TRUE(desk.work.state().isScheduleRunning) << "the cycle goes on";
     desk.trigger(Command::StopChecking);
+    EXPECT_EQ(summaries, 0) << "the user has been told, and nothing was logged";
+}
+
+TEST_F(ScheduledChecking, CountsDownInSilenceWhileFilesAreListed) {
+    desk.world.set(settings::key::kCountdownSound, "0");
+    desk.world.set(settings::key::kScheduleSeconds, "9");
+    desk.trigger(Command::StartChecking);
+    auto& sounds = desk.world.machine.sound.resources;
+    ASSERT_TRUE(test::waitFor([&] { return !sounds.empty(); }));
+    ASSERT_EQ(desk.world.open(), store::OpenResult::Opened);
+    desk.work.showDatabase(desk.world.context());
+    sounds.clear();
+    const auto shows = [](QWidget* widget) {
+        const auto* bar = dynamic_cast<InfoBar*>(widget);
+        return bar != nullptr && bar->text() == "Next check: 00:00:06";
+    };
+    const auto bars = desk.frame.findChildren<QWidget*>();
+    ASSERT_TRUE(test::waitFor([&] { return std::any_of(bars.begin(), bars.end(), shows); }));
+    EXPECT_TRUE(sounds.empty());
 }
 
 TEST_F(ScheduledChecking, BehindTheTrayWarnsOfAChangeAndComesBackWithTheSummary) {
