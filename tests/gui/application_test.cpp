@@ -1,15 +1,18 @@
 #include "gui/application.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <QApplication>
 #include <QCheckBox>
 #include <QClipboard>
 #include <QDesktopServices>
+#include <QFileDialog>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
 #include <QMimeData>
+#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QTest>
@@ -17,19 +20,26 @@
 #include "desk.h"
 #include "driving.h"
 #include "gui/dialogs/changed_file_window.h"
+#include "gui/dialogs/check_done_window.h"
 #include "gui/dialogs/check_summary_window.h"
+#include "gui/dialogs/complete_system_window.h"
 #include "gui/dialogs/create_database_window.h"
 #include "gui/dialogs/criteria_window.h"
 #include "gui/dialogs/file_analysis_window.h"
+#include "gui/dialogs/log_window.h"
 #include "gui/dialogs/open_database_window.h"
 #include "gui/dialogs/password_window.h"
 #include "gui/dialogs/searching_window.h"
 #include "gui/dialogs/self_check_window.h"
 #include "gui/schedule_commands.h"
+#include "gui/support/progress_window.h"
 #include "gui/views/file_list_view.h"
 #include "gui/views/report_view.h"
 #include "machine.h"
 #include "reports/report_writer.h"
+#include "schedule/log_files.h"
+#include "schedule/schedule_dialog.h"
+#include "store/database_index.h"
 
 namespace corvalence::gui {
 namespace {
@@ -38,12 +48,25 @@ using shell::Command;
 using test::Answer;
 using test::find;
 using test::WhenShown;
+using testing::HasSubstr;
+using testing::Not;
 
 class NoAutoStart : public platform::AutoStart {
   public:
     bool enable(const std::string&) override { return false; }
     bool disable() override { return true; }
     bool isEnabled() override { return false; }
+};
+
+class SlowRegistry : public corvalence::test::ListedRegistry {
+  public:
+    int delay = 0;  // milliseconds a key
+
+    std::unique_ptr<platform::RegistryKeyReader> open(platform::RegistryRoot root,
+                                                      const std::string& path) override {
+        QTest::qSleep(delay);
+        return ListedRegistry::open(root, path);
+    }
 };
 
 /// The whole program on a machine, from its first window on.
@@ -70,6 +93,9 @@ class Program : public testing::Test {
     static void type(PasswordWindow& window, const char* password) {
         QTest::keyClicks(&find<QLineEdit>(window, "passwordEdit"), password);
         find<QPushButton>(window, "okButton").click();
+    }
+    static std::string totals(CheckDoneWindow& window) {
+        return find<QPlainTextEdit>(window, "totalsText").toPlainText().toStdString();
     }
     void trigger(Command command) { application->frame().actions().action(command)->trigger(); }
     FileListView* list() { return application->workspace().fileList(); }
@@ -104,7 +130,7 @@ class Program : public testing::Test {
     corvalence::test::World world;
     corvalence::test::ListedRecycleBin bin;
     corvalence::test::ListedServices services;
-    corvalence::test::ListedRegistry registry;
+    SlowRegistry registry;
     corvalence::test::ScriptedAccessLists accessLists{world.machine.system.accessLists};
     NoAutoStart autoStart;
     Host host{.files = world.platform.files,
@@ -244,7 +270,16 @@ TEST_F(Program, ShowsTheReportOfADirectoryStructureCheckByPagesAndSavesNothingOf
     world.platform.settings.write("Software\\Corvalence\\Config15", "1000");
     for (int i = 0; i < 2500; ++i)
         world.write("new" + std::to_string(i), "");
-    trigger(Command::CheckDatabase);
+    {
+        const WhenShown<CheckDoneWindow> done([&](CheckDoneWindow& window) {
+            EXPECT_EQ(window.windowTitle().toStdString(),
+                      "Checking directory structure database: " + world.databasePath("names"));
+            EXPECT_THAT(totals(window), HasSubstr("2500 Files Added.\n0 Files Removed.\n"));
+            EXPECT_EQ(window.focusWidget(), &find<QPushButton>(window, "viewReportButton"));
+            find<QPushButton>(window, "viewReportButton").click();
+        });
+        trigger(Command::CheckDatabase);
+    }
     ASSERT_EQ(application->workspace().state().view, shell::View::Report);
     EXPECT_EQ(application->frame().windowTitle(), "Corvalence - Directory Structure Report.");
     auto& caption = find<QLabel>(application->frame(), "pageCaption");
@@ -262,7 +297,106 @@ TEST_F(Program, ShowsTheReportOfADirectoryStructureCheckByPagesAndSavesNothingOf
     EXPECT_TRUE(world.platform.files.status(file, platform::Follow::Yes));
     trigger(Command::CloseDatabase);
     EXPECT_FALSE(world.platform.files.status(file, platform::Follow::Yes)) << "it ends with its view";
+    EXPECT_EQ(application->frame().windowTitle(), "Corvalence.");
     EXPECT_TRUE(application->frame().actions().action(Command::RegistryMode)->isEnabled());
+}
+
+TEST_F(Program, TellsWhatACheckOfTheCompleteSystemCameToAndLeavesNoReportWhereItIsCancelled) {
+    world.write("a.txt", "a");
+    services.installed.emplace_back().name = "daemon";
+    world.platform.settings.write("Software\\Corvalence\\Walk Roots", world.path(""));
+    start();
+    Workspace& work = application->workspace();
+    const std::string folder = work.configuration().folder(settings::key::kInstallDirectory) + "Databases/";
+    const auto made = components::createCompleteSystem(work.vault(), work.machine(),
+                                                       {folder, "all", store::DatabaseKind::Numbered}, {});
+    ASSERT_TRUE(made.database);
+    work.showDatabase(*made.database);
+    const auto check = [&](const char* button) {
+        const WhenShown<ScanSelectionWindow> select([](ScanSelectionWindow& window) {
+            for (const char* name : {"componentBox0", "componentBox2", "componentBox3"})
+                find<QCheckBox>(window, name).click();
+            window.accept();
+        });
+        const WhenShown<CheckDoneWindow> done([&](CheckDoneWindow& window) {
+            EXPECT_THAT(totals(window), HasSubstr("Directory Structure.\n0 Files Added.\n"));
+            EXPECT_THAT(totals(window), HasSubstr("\n\nServices.\n"));
+            EXPECT_THAT(totals(window), Not(HasSubstr("Registry.")));
+            find<QPushButton>(window, button).click();
+        });
+        trigger(Command::CheckDatabase);
+    };
+    const auto hasReport = [&](reports::ReportKind kind) {
+        const std::string file = reports::reportPath(work.configuration(), kind);
+        return world.platform.files.status(file, platform::Follow::Yes).has_value();
+    };
+    check("cancelButton");
+    EXPECT_EQ(work.state().view, shell::View::Empty);
+    EXPECT_FALSE(hasReport(reports::ReportKind::Services));
+    std::string told;
+    {
+        const Answer box(QMessageBox::Ok, &told);
+        check("viewReportButton");
+    }
+    EXPECT_EQ(told.rfind("Corvalence has created a report for each component", 0), 0U);
+    EXPECT_TRUE(hasReport(reports::ReportKind::Services));
+    EXPECT_EQ(find<QLabel>(application->frame(), "pageCaption").text(), "Page: 2 of 5");
+    trigger(Command::NextReport);
+    auto& view = dynamic_cast<ReportView&>(*application->frame().view());
+    EXPECT_EQ(view.table().emptyText(), "The Permissions component was not checked.");
+
+    const auto choose = [](const std::string& path) {
+        return std::make_unique<WhenShown<QFileDialog>>([path](QFileDialog& dialog) {
+            dialog.selectFile(QString::fromStdString(path));
+            static_cast<QDialog&>(dialog).accept();
+        });
+    };
+    {
+        std::unique_ptr<Answer> second;
+        const WhenShown<QMessageBox> first([&](QMessageBox& box) {
+            second = std::make_unique<Answer>(QMessageBox::Ok, &told);
+            box.accept();
+        });
+        const auto asComponents = choose(world.databasePath("all"));
+        trigger(Command::SaveReport);
+    }
+    EXPECT_EQ(told, world.databasePath("allS") + "  is the name of an existing database.");
+    {
+        const auto elsewhere = choose(world.path("saved"));
+        trigger(Command::SaveReport);
+    }
+    trigger(Command::CloseDatabase);
+    EXPECT_FALSE(hasReport(reports::ReportKind::Services));
+    const auto saved = choose(world.path("savedS"));
+    trigger(Command::ViewSavedReport);
+    EXPECT_EQ(application->frame().windowTitle(), "Corvalence - Services Report.");
+    EXPECT_FALSE(application->frame().actions().action(Command::SaveReport)->isEnabled());
+}
+
+TEST_F(Program, ShowsTheCreationOfARegistryDatabaseAndLeavesNothingOfACancelledOne) {
+    start();
+    for (int key = 0; key < 500; ++key)
+        registry.key(platform::RegistryRoot::Users, "key" + std::to_string(key));
+    registry.delay = 20;
+    trigger(Command::RegistryMode);
+    const auto note = [](ProgressWindow& window) { return find<QLabel>(window, "noteLabel").text(); };
+    const WhenShown<ProgressWindow> progress(
+        [&](ProgressWindow& window) {
+            EXPECT_EQ(window.windowTitle().toStdString(),
+                      "Creating New Registry Structure Database: " + world.databasePath("keys"));
+            window.reject();
+        },
+        [&](ProgressWindow& window) { return note(window).startsWith("Total Number Of Registry Values: "); });
+    const WhenShown<CreateDatabaseWindow> fill([&](CreateDatabaseWindow& window) {
+        find<QLineEdit>(window, "nameEdit").setText("keys");
+        find<QPushButton>(window, "okButton").click();
+        EXPECT_TRUE(window.isVisible());
+        window.reject();
+    });
+    trigger(Command::CreateDatabase);
+    EXPECT_FALSE(application->workspace().state().isDatabaseOpen);
+    EXPECT_FALSE(world.platform.files.status(world.databasePath("keys"), platform::Follow::Yes));
+    EXPECT_TRUE(store::DatabaseIndex(application->workspace().vault()).records().empty());
 }
 
 TEST_F(Program, StartsBehindTheTrayAndComesUpFromIt) {
@@ -374,6 +508,33 @@ TEST_F(Program, TellsTheAddressOfAPageThatNothingOpens) {
     }
     QDesktopServices::unsetUrlHandler(QStringLiteral("https"));
     EXPECT_NE(told.find("https://"), std::string::npos) << told;
+}
+
+TEST_F(Program, ShowsTheMasterLogWithoutTheSummaryOfTheSessionThatItEnds) {
+    world.write("a.txt", "a");
+    world.platform.settings.write("Software\\Corvalence\\Walk Roots", world.path(""));
+    world.platform.settings.write("Software\\Corvalence\\Config10", "1");
+    world.platform.settings.write("Software\\Corvalence\\Config11", "N");
+    start();
+    trigger(Command::DirectoryStructureMode);
+    createDatabase("names");
+    schedule::ScheduleDialog(application->workspace().vault()).add(world.databasePath("names"));
+    trigger(Command::CloseDatabase);
+    trigger(Command::StartChecking);
+    const std::string session =
+        schedule::LogFiles(application->workspace().vault()).path(schedule::LogKind::Session);
+    ASSERT_TRUE(test::waitFor([&] {
+        const auto log = world.platform.files.status(session, platform::Follow::Yes);
+        return log && log->size > 0 && !application->workspace().isBusy();
+    }));
+    EXPECT_EQ(find<QLabel>(application->frame(), "workPane").text(), "Ready");
+    const WhenShown<LogWindow> log([](LogWindow& window) {
+        EXPECT_EQ(window.windowTitle(), "Scheduled Checking Log.");
+        window.accept();
+    });
+    trigger(Command::ViewLogFile);
+    EXPECT_FALSE(application->workspace().state().isScheduleRunning);
+    EXPECT_GT(world.platform.files.status(session, platform::Follow::Yes)->size, 0U) << "it waits";
 }
 
 TEST_F(Program, RemembersTheWindowAndIsAskedOnlyOnceToEnd) {
