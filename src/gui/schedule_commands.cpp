@@ -192,8 +192,8 @@ void ScheduleCommands::visitSchedule(schedule::Timer tick) {
             context, tick, [this](const std::string& database) { checkPrompted(database); },
             [this] { return !isCheckLeft_ && !work_.isEnding(); });
         // What the panes say is of databases that are not open.
-        const bool isHere = isInBackground() && !parts_.hasTray();
-        work_.frame().setStatus(0, std::string(isHere ? kNoTray : "Ready"));
+        work_.frame().setStatus(0, "Ready");
+        tellWhereItRuns();
         if (!work_.database()) work_.frame().setStatus(1, {});
         work_.setScheduleRunning(engine_.isArmed());
     });
