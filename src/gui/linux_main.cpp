@@ -1,4 +1,7 @@
 #include <QMessageBox>
+#include <cstdio>
+#include <cstdlib>
+#include <optional>
 #include <stdexcept>
 
 #include "gui/application.h"
@@ -69,11 +72,25 @@ int runProgram(bool startsInBackground) {
     return application.run();
 }
 
+/// Without a display the toolkit ends the program as if it had crashed, and advises to install it again.
+void endWithoutDisplay(QtMsgType type, const QMessageLogContext&, const QString& text) {
+    if (type != QtFatalMsg) {
+        std::fprintf(stderr, "%s\n", text.toLocal8Bit().constData());
+        return;
+    }
+    std::fputs("corvalence: there is no display to show windows on; corvalencectl works on a terminal.\n",
+               stderr);
+    std::_Exit(4);
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
     prepareProgram();
-    const gui::GuardedApplication toolkit(argc, argv);
+    std::optional<gui::GuardedApplication> toolkit;
+    const auto usual = qInstallMessageHandler(endWithoutDisplay);
+    toolkit.emplace(argc, argv);
+    qInstallMessageHandler(usual);
     try {
         // What the toolkit knows of the command line is gone from it by now.
         return runProgram(argc > 1);
