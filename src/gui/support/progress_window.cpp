@@ -60,6 +60,7 @@ ProgressWindow::ProgressWindow(const QString& title, QWidget* parent) : QDialog(
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Cancel);
     cancel_ = buttons->button(QDialogButtonBox::Cancel);
     cancel_->setObjectName(QStringLiteral("cancelButton"));
+    cancel_->setAutoDefault(false);  // a second Return behind the one that began the work must not end it
     connect(buttons, &QDialogButtonBox::rejected, this, &ProgressWindow::reject);
     grid->addWidget(buttons, grid->rowCount(), 0);
     sinceBegin_.start();
