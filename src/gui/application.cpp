@@ -126,7 +126,9 @@ void Application::makeCommands() {
                             [this] { schedule_->openTrayMenu(); },
                             [this](schedule::TrayCommand command) { schedule_->trayCommand(command); }};
     }
-    frame_->actions().handle(shell::Command::Exit, [this] { workspace_->requestEnd(); });
+    // Whatever goes on: it is cancelled.
+    QObject::connect(frame_->actions().action(shell::Command::Exit), &QAction::triggered, frame_.get(),
+                     [this] { workspace_->requestEnd(); });
 }
 
 void Application::showFrame() {

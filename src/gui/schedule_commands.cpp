@@ -62,6 +62,10 @@ ScheduleCommands::ScheduleCommands(Workspace& workspace, Parts parts)
     work_.onIdle = [this] { idle(); };
     trayPoll_.setInterval(kTrayPoll);
     QObject::connect(&trayPoll_, &QTimer::timeout, [this] { followTray(); });
+    // A check that the window of a desktop without tray stands beside is not to be waited for.
+    QObject::connect(actions.action(Command::StopChecking), &QAction::triggered, &trayPoll_, [this] {
+        if (isUnattended_) trayCommand(TrayCommand::Open);
+    });
     countdown(schedule::countdownText(std::chrono::seconds(0)));
 }
 

@@ -540,8 +540,13 @@ TEST_F(Program, ShowsTheMasterLogWithoutTheSummaryOfTheSessionThatItEnds) {
 TEST_F(Program, RemembersTheWindowAndIsAskedOnlyOnceToEnd) {
     start();
     application->frame().actions().action(Command::MemoryBar)->trigger();
-    application->frame().close();
+    application->workspace().perform([&] {
+        trigger(Command::Exit);
+        EXPECT_TRUE(application->workspace().isEnding()) << "what goes on is to be cancelled";
+        EXPECT_TRUE(application->frame().isVisible());
+    });
     EXPECT_FALSE(application->frame().isVisible());
+    application->frame().close();
     application.reset();
     start();
     EXPECT_FALSE(application->frame().isBarShown(Command::MemoryBar));

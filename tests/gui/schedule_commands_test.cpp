@@ -174,6 +174,12 @@ TEST_F(ScheduledChecking, StaysInTheWindowOfADesktopWithoutTrayUntilThereIsOne) 
     desk.trigger(Command::StopChecking);
     EXPECT_FALSE(schedule.isInBackground());
     EXPECT_TRUE(tray.icons.empty());
+
+    tray.onCaption = [this](const std::string& caption) {
+        if (caption == "Corvalence - Scheduled Checking In Progress.") desk.trigger(Command::StopChecking);
+    };
+    desk.trigger(Command::StartBackground);
+    EXPECT_TRUE(test::waitFor([&] { return !schedule.isInBackground(); })) << "in the middle of a check";
 }
 
 }  // namespace
