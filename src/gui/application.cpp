@@ -183,7 +183,10 @@ void Application::saveLayout() {
 /// Kept, since what reads them goes on behind every box: "Registry error." would come without end.
 void Application::takeSettings() {
     const settings::Configuration& configuration = run_->configuration();
-    isAnimated_ = configuration.isOn(settings::key::kTrayAnimation);
+    const bool isAnimated = configuration.isOn(settings::key::kTrayAnimation);
+    // A choice at the tray holds until the setting changes.
+    if (isAnimated != isAnimated_) schedule_->setAnimated(isAnimated);
+    isAnimated_ = isAnimated;
     infoBars_.start(std::chrono::seconds(configuration.number(settings::key::kInfoBarSeconds)));
     dataFolder_ = configuration.stored(settings::key::kInstallDirectory).value_or(std::string());
     refreshInfoBars();

@@ -47,6 +47,7 @@ class ScheduleCommands : public schedule::EngineFront,
     void end();
     /// A check behind the tray is under way, with nobody to answer what it asks.
     bool isUnattended() const noexcept { return isUnattended_; }
+    void setAnimated(bool isAnimated) noexcept { mode_.setAnimated(isAnimated); }
     bool isInBackground() const noexcept { return mode_.state() != schedule::BackgroundMode::State::Off; }
 
     // From the tray.

@@ -79,6 +79,9 @@ class BackgroundMode : public WorkListener {
     State state() const noexcept { return state_; }
     bool isAlert() const noexcept { return isAlert_; }
 
+    /// The setting is another one; what is chosen in the menu later counts in its place.
+    void setAnimated(bool isAnimated) noexcept { isAnimated_ = isAnimated; }
+
     /// Enters background mode, or enters it anew. False where the interval is 0: the icon shows, but nothing
     /// is ever checked.
     bool start();

@@ -23,6 +23,7 @@
 #include "gui/dialogs/check_done_window.h"
 #include "gui/dialogs/check_summary_window.h"
 #include "gui/dialogs/complete_system_window.h"
+#include "gui/dialogs/configuration_window.h"
 #include "gui/dialogs/create_database_window.h"
 #include "gui/dialogs/criteria_window.h"
 #include "gui/dialogs/file_analysis_window.h"
@@ -411,8 +412,17 @@ TEST_F(Program, StartsBehindTheTrayAndComesUpFromIt) {
     EXPECT_FALSE(application->frame().isVisible());
     EXPECT_EQ(icons.captions.back(), "Corvalence - Counting Down To Next Scheduled Check.");
     application->frame().firstPaint = [] {};
+    const auto frame = [&] { return icons.icons.at(schedule::kMainIcon).frame; };
+    EXPECT_TRUE(test::waitFor([&] { return frame() > 0; }));
     application->schedule().trayOpen();
     EXPECT_TRUE(application->frame().isVisible());
+    {
+        world.platform.settings.write("Software\\Corvalence\\Config22", "0");
+        const WhenShown<ConfigurationWindow> sheet([](ConfigurationWindow& window) { window.reject(); });
+        trigger(Command::AdjustConfiguration);
+    }
+    trigger(Command::StartBackground);
+    EXPECT_FALSE(test::waitFor([&] { return frame() > 0; }, 600)) << "it is not animated any more";
 }
 
 TEST_F(Program, WarnsOfItsOwnFilesOnceItsWindowIsUpAndStillSaysThatThereIsNoTray) {
