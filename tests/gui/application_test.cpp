@@ -308,11 +308,21 @@ TEST_F(Program, TellsWhatACheckOfTheCompleteSystemCameToAndLeavesNoReportWhereIt
     world.platform.settings.write("Software\\Corvalence\\Walk Roots", world.path(""));
     start();
     Workspace& work = application->workspace();
-    const std::string folder = work.configuration().folder(settings::key::kInstallDirectory) + "Databases/";
-    const auto made = components::createCompleteSystem(work.vault(), work.machine(),
-                                                       {folder, "all", store::DatabaseKind::Numbered}, {});
-    ASSERT_TRUE(made.database);
-    work.showDatabase(*made.database);
+    trigger(Command::CompleteSystemMode);
+    {
+        std::unique_ptr<WhenShown<CompleteSystemWindow>> backups;
+        const WhenShown<CreateDatabaseWindow> fill([&](CreateDatabaseWindow& window) {
+            find<QLineEdit>(window, "nameEdit").setText("all");
+            backups = std::make_unique<WhenShown<CompleteSystemWindow>>([](CompleteSystemWindow& choice) {
+                EXPECT_TRUE(find<QRadioButton>(choice, "backupButton0").isChecked());
+                find<QPushButton>(choice, "okButton").click();
+            });
+            find<QPushButton>(window, "okButton").click();
+        });
+        trigger(Command::CreateDatabase);
+    }
+    ASSERT_TRUE(work.state().isDatabaseOpen);
+    EXPECT_EQ(application->frame().windowTitle().toStdString(), "Corvalence - " + world.databasePath("all"));
     const auto check = [&](const char* button) {
         const WhenShown<ScanSelectionWindow> select([](ScanSelectionWindow& window) {
             for (const char* name : {"componentBox0", "componentBox2", "componentBox3"})
