@@ -61,10 +61,20 @@ void ToolCommands::changePassword() {
     // Nothing is to hold it while it is sealed anew.
     const std::string open = work_.database() ? work_.database()->path() : std::string();
     if (!open.empty()) work_.close();
+    const auto goOn = [&] {
+        work_.frame().setStatus(0, "Ready");
+        if (!open.empty() && !work_.isEnding()) reopen(open);
+    };
     PasswordChangePrompt prompt(work_.openHelp());
-    core::changePassword(work_.run(), prompt, {});
-    work_.frame().setStatus(0, "Ready");
-    if (!open.empty() && !work_.isEnding()) reopen(open);
+    try {
+        core::changePassword(work_.run(), prompt, {});
+    } catch (const crypto::MovesPending&) {
+        throw;
+    } catch (...) {
+        goOn();  // all is as it was
+        throw;
+    }
+    goOn();
 }
 
 void ToolCommands::viewLog() {

@@ -29,6 +29,7 @@
 #include "gui/dialogs/file_analysis_window.h"
 #include "gui/dialogs/log_window.h"
 #include "gui/dialogs/open_database_window.h"
+#include "gui/dialogs/password_change_window.h"
 #include "gui/dialogs/password_window.h"
 #include "gui/dialogs/searching_window.h"
 #include "gui/dialogs/self_check_window.h"
@@ -154,6 +155,37 @@ class Program : public testing::Test {
     std::unique_ptr<WhenShown<SearchingWindow>> proceed;
     std::unique_ptr<Answer> report;
 };
+
+TEST_F(Program, ChangesThePasswordUnderAnOpenDatabaseOrLeavesAllAsItWas) {
+    start();
+    createDatabase("docs");
+    const auto change = [&](QMessageBox::StandardButton last) {
+        std::string told;
+        std::unique_ptr<WhenShown<QMessageBox>> reports;
+        std::unique_ptr<Answer> end;
+        const WhenShown<PasswordChangeWindow> fill([&](PasswordChangeWindow& window) {
+            find<QLineEdit>(window, "currentEdit").setText("open sesame");
+            find<QLineEdit>(window, "newEdit").setText("another one");
+            find<QLineEdit>(window, "confirmationEdit").setText("another one");
+            reports = std::make_unique<WhenShown<QMessageBox>>([&](QMessageBox& box) {
+                end = std::make_unique<Answer>(last, &told);
+                box.button(QMessageBox::No)->click();
+            });
+            window.accept();
+        });
+        trigger(Command::ChangePassword);
+        reports.reset();
+        end.reset();
+        EXPECT_NE(list(), nullptr) << "the database is open again";
+        return told;
+    };
+    world.machine.status.room = 1000;
+    EXPECT_THAT(change(QMessageBox::Ok), HasSubstr("1000"));
+    world.machine.status.room.reset();
+    EXPECT_EQ(change(QMessageBox::Ok), "Password change successfully completed.");
+    application.reset();
+    start("another one");
+}
 
 TEST_F(Program, MakesADatabaseFindsWhatChangedShowsWhereAndPutsItBack) {
     const std::string path = world.write("a.txt", std::string(300, 'a'));
