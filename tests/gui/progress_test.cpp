@@ -23,7 +23,7 @@ ProgressWindow* shownWindow() {
 TEST(Progress, ComesUpWhereWorkLastsShowsItAndIsCancelled) {
     QtUserInterface ui;
     const auto progress = ui.openProgress("Checking all files in Database: /x/" + std::string(400, 'y'));
-    progress->file("/a/\xFF" + std::string(500, 'b'), 12);
+    progress->file("/a/\xFF" + std::string(100, 'b'), 12);
     progress->bar(32500);
     const std::string sizes =
         "Number of files to be added: 134812   Total size of files to be added: 21261290875 Bytes [19.80 GB]";
@@ -47,9 +47,46 @@ TEST(Progress, ComesUpWhereWorkLastsShowsItAndIsCancelled) {
 
     QTest::keyClick(&window, Qt::Key_Return);
     EXPECT_FALSE(progress->cancelled());
+
+    window.resize(2000, window.height());
+    progress->label("so many\nso large");
+    EXPECT_TRUE(test::waitFor([&] {
+        progress->file("/a/" + std::string(130, 'b'), 0);
+        progress->cancelled();
+        return find<QLabel>(window, "subjectLabel").text() == "/a/~..." + QString(113, 'b');
+    }));
+    EXPECT_EQ(find<QLabel>(window, "noteLabel").text(), "so many   so large");
+
     QTimer::singleShot(30, [&] { find<QPushButton>(window, "cancelButton").click(); });
     EXPECT_TRUE(test::waitFor([&] { return progress->cancelled(); })) << "the work alone handles the events";
     EXPECT_TRUE(window.isVisible()) << "until the work has stopped";
+}
+
+TEST(UserInterface, LetsWorkBeCancelledFromItsMessagesAndNothingElse) {
+    QtUserInterface ui;
+    const auto progress = ui.openProgress("Work");
+    {
+        const Answer ok(QMessageBox::Ok);
+        ui.message(platform::Icon::Warning, "one of many");
+    }
+    {
+        test::WhenShown<QMessageBox> escape([](QMessageBox& box) {
+            EXPECT_EQ(box.defaultButton(), box.button(QMessageBox::Ok));
+            QTest::keyClick(&box, Qt::Key_Escape);
+        });
+        ui.message(platform::Icon::Warning, "the next");
+    }
+    EXPECT_FALSE(progress->cancelled());
+    {
+        const Answer cancel(QMessageBox::Cancel);
+        ui.message(platform::Icon::Warning, "enough");
+    }
+    EXPECT_TRUE(progress->cancelled());
+    const test::WhenShown<QMessageBox> plain([](QMessageBox& box) {
+        EXPECT_EQ(box.button(QMessageBox::Cancel), nullptr) << "nothing goes on any more";
+        box.accept();
+    });
+    ui.message(platform::Icon::Information, "done");
 }
 
 TEST(UserInterface, HoldsNothingUpWhereNobodyIsThereAndCancelsWorkAtTheEnd) {

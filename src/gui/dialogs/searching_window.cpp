@@ -16,6 +16,7 @@ const std::string kTitle = "Searching...";
 class SearchProgress : public platform::Progress {
   public:
     explicit SearchProgress(SearchingWindow& window) : window_(window) { window_.show(); }
+    ~SearchProgress() override { window_.endSearch(); }
 
     bool cancelled() override {
         pump_.pump();
@@ -35,7 +36,10 @@ class SearchProgress : public platform::Progress {
 }  // namespace
 
 SearchingWindow::SearchingWindow(QWidget* parent)
-    : QDialog(parent), count_(new QLabel(this)), size_(new QLabel(this)), file_(new ElidedLabel({}, this)) {
+    : WorkWindow(parent),
+      count_(new QLabel(this)),
+      size_(new QLabel(this)),
+      file_(new ElidedLabel({}, this)) {
     setObjectName(QStringLiteral("searchingWindow"));
     setWindowTitle(QString::fromStdString(kTitle));
     setWindowModality(Qt::ApplicationModal);
@@ -67,7 +71,6 @@ void SearchingWindow::setFile(const std::string& path) {
 }
 
 bool SearchingWindow::proceed(const files::AddSearch& found) {
-    isSearching_ = false;
     setFound(files::foundText(found.files, found.bytes));
     setFile({});
     proceed_->setEnabled(found.canProceed);

@@ -1,9 +1,8 @@
 #pragma once
 
-#include <QDialog>
-
 #include "files/add_pipeline.h"
 #include "gui/support/event_pump.h"
+#include "gui/support/progress_window.h"
 #include "platform/user_interface.h"
 
 class QLabel;
@@ -15,14 +14,16 @@ class ElidedLabel;
 
 /// "Searching...": what a search for files to be added has found so far, and once it is over whether to add
 /// them. Cancel ends the search, or adds nothing.
-class SearchingWindow : public QDialog {
+class SearchingWindow : public WorkWindow {
   public:
     explicit SearchingWindow(QWidget* parent);
 
     void setFound(const std::string& text);
     void setFile(const std::string& path);
+    bool isAtWork() const override { return isSearching_ && !isCancelled_; }
     bool isCancelled() const noexcept { return isCancelled_; }
 
+    void endSearch() { isSearching_ = false; }
     /// Waits for the user's answer; "Proceed" can be pressed only where the files can be added.
     bool proceed(const files::AddSearch& found);
 

@@ -6,7 +6,9 @@
 #include <QLabel>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QScreen>
 
+#include "files/file_texts.h"
 #include "gui/support/text.h"
 
 namespace corvalence::gui {
@@ -14,7 +16,8 @@ namespace corvalence::gui {
 namespace {
 
 constexpr qint64 kUntilShown = 300;  // milliseconds: shorter work needs no window
-constexpr int kCharacters = 64;      // of a path that are seen at once
+constexpr int kCharacters = 64;      // of a path that are seen at once, at the least
+constexpr int kFitting = 124;        // where there is room: a path that is not shortened
 
 /// A label that is as wide as the window is and never widens it.
 QLabel* addLine(QGridLayout& grid, const char* name) {
@@ -41,7 +44,7 @@ void setWrapped(QLabel& label, const QString& text) {
 
 }  // namespace
 
-ProgressWindow::ProgressWindow(const QString& title, QWidget* parent) : QDialog(parent) {
+ProgressWindow::ProgressWindow(const QString& title, QWidget* parent) : WorkWindow(parent) {
     setObjectName(QStringLiteral("progressWindow"));
     setWindowTitle(title);
     setWindowModality(Qt::ApplicationModal);
@@ -63,6 +66,8 @@ ProgressWindow::ProgressWindow(const QString& title, QWidget* parent) : QDialog(
     cancel_->setAutoDefault(false);  // a second Return behind the one that began the work must not end it
     connect(buttons, &QDialogButtonBox::rejected, this, &ProgressWindow::reject);
     grid->addWidget(buttons, grid->rowCount(), 0);
+    resize(std::min(fontMetrics().averageCharWidth() * kFitting, screen()->availableSize().width()),
+           sizeHint().height());
     sinceBegin_.start();
 }
 
@@ -91,7 +96,7 @@ void ProgressWindow::draw() {
     }
     setWrapped(*note_, noteText_);
     if (!hasFiles_) return;
-    setElided(*subject_, shown(path_));
+    setElided(*subject_, shown(files::shortPath(path_)));
     remaining_->setText(filesLeft_ == 0 ? QString() : QStringLiteral("Remaining: %L1").arg(filesLeft_));
 }
 
@@ -128,7 +133,7 @@ bool WindowProgress::cancelled() {
 }
 
 void WindowProgress::label(const std::string& text) {
-    window_.setNote(shown(text));
+    window_.setNote(shownLines(text).replace(QLatin1Char('\n'), QLatin1String("   ")));
 }
 
 }  // namespace corvalence::gui

@@ -13,12 +13,21 @@ class QPushButton;
 
 namespace corvalence::gui {
 
+/// A window of work that may be going on; to reject it is to cancel the work.
+class WorkWindow : public QDialog {
+  public:
+    using QDialog::QDialog;
+
+    virtual bool isAtWork() const = 0;
+};
+
 /// The window of long work: bar, file, remaining files and bytes, and Cancel, which Escape and closing mean
 /// as well. It comes up only where the work lasts, and blocks the other windows from the beginning on.
-class ProgressWindow : public QDialog {
+class ProgressWindow : public WorkWindow {
   public:
     ProgressWindow(const QString& title, QWidget* parent);
 
+    bool isAtWork() const override { return !isCancelled_; }
     bool isCancelled() const noexcept { return isCancelled_; }
     /// Shows what changed since the last time and handles events; comes up once the work has lasted.
     void step(EventPump& pump);

@@ -34,6 +34,30 @@ void prepare(QMessageBox& box, platform::Icon icon, const std::string& text) {
     QTimer::singleShot(0, &box, [&box] { box.activateWindow(); });
 }
 
+std::vector<WorkWindow*> windowsAtWork() {
+    std::vector<WorkWindow*> windows;
+    for (QWidget* widget : QApplication::topLevelWidgets()) {
+        auto* window = dynamic_cast<WorkWindow*>(widget);
+        if (window != nullptr && window->isAtWork()) windows.push_back(window);
+    }
+    return windows;
+}
+
+/// Work may have one message after the other, and its own window is out of reach as long as they come.
+void addCancel(QMessageBox& box) {
+    const std::vector<WorkWindow*> windows = windowsAtWork();
+    if (windows.empty()) return;
+    QPushButton* ok = box.addButton(QMessageBox::Ok);
+    QPushButton* cancel = box.addButton(QMessageBox::Cancel);
+    cancel->setToolTip(QStringLiteral("Ends the work that is going on"));
+    box.setDefaultButton(ok);
+    box.setEscapeButton(ok);
+    QObject::connect(cancel, &QPushButton::clicked, &box, [windows] {
+        for (WorkWindow* window : windows)
+            window->reject();
+    });
+}
+
 }  // namespace
 
 QWidget* frontWindow() {
@@ -64,6 +88,7 @@ void QtUserInterface::message(platform::Icon icon, const std::string& text) {
     QMessageBox box(frontWindow());
     box.setObjectName(QStringLiteral("messageBox"));
     prepare(box, icon, text);
+    addCancel(box);
     box.exec();
 }
 
