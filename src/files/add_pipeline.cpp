@@ -61,11 +61,12 @@ std::string addReportText(std::uint64_t added, std::uint64_t listed, const std::
 class AddPipeline::Command {
   public:
     Command(store::Vault& vault, store::OpenDatabaseContext& context, const AddOptions& options,
-            std::uint64_t totalBytes)
+            std::size_t files, std::uint64_t totalBytes)
         : vault_(vault),
           context_(context),
           options_(options),
-          progress_(vault.platform.ui.openProgress("Adding files to: " + context.path())),
+          progress_(vault.platform.ui.openProgress((files == 1 ? "Adding file to: " : "Adding files to: ") +
+                                                   context.path())),
           bytes_(*progress_, totalBytes),
           copy_(vault, context),
           digester_(context.digest()) {
@@ -229,7 +230,7 @@ AddReport AddPipeline::addFiles(const std::vector<std::string>& paths, const Add
         if (const auto status = vault_.platform.files.status(path, platform::Follow::Yes))
             total += status->size;
     }
-    AddReport report = Command(vault_, context_, options, total).run(paths, true);
+    AddReport report = Command(vault_, context_, options, paths.size(), total).run(paths, true);
     if (report.added > 0 || report.listed > 0) report.text = addReportText(report.added, report.listed, "*");
     return report;
 }
@@ -256,7 +257,7 @@ AddReport AddPipeline::addLocation(const std::string& location, const Criteria& 
         report.refused = !hasRoom(scan, options);
         report.declined = !options.proceed({scan.paths.size(), scan.bytes, !report.refused});
         if (!report.refused && !report.declined)
-            report = Command(vault_, context_, options, scan.bytes).run(scan.paths, false);
+            report = Command(vault_, context_, options, scan.paths.size(), scan.bytes).run(scan.paths, false);
     }
     report.listed += scan.listed;
     report.passedOver = std::move(scan.passedOver);
@@ -267,7 +268,8 @@ AddReport AddPipeline::addLocation(const std::string& location, const Criteria& 
 }
 
 AddReport AddPipeline::addFound(AddScan scan, const AddOptions& options) {
-    AddReport report = Command(vault_, context_, options, scan.bytes).run(scan.paths, false);
+    AddReport report =
+        Command(vault_, context_, options, scan.paths.size(), scan.bytes).run(scan.paths, false);
     report.passedOver = std::move(scan.passedOver);
     report.text = addReportText(report.added, report.listed, std::string(kAnyLocation));
     return report;

@@ -70,6 +70,7 @@ CheckSummary FileContentsCheck::checkAllFiles(platform::Progress& progress) {
     counts_.identical = counts_.checked - counts_.changed;
     const base::FileTime now = system.clock.now();
     store::DatabaseIndex(vault_).stampChecked(context_.path(), now);
+    context_.record.lastCheck = now;  // for whoever keeps it open
     return {context_.path(), platform::formatFileTime(system.clock, now), counts_, backupFailure_};
 }
 
@@ -131,7 +132,9 @@ void FileContentsCheck::handleChanged(const FileRecord& then, const std::string&
         vault_.platform.ui.message(platform::Icon::Warning, then.path + " has been changed! ");
     }
     const ChangedFileDetails details = describe(then, digest, now);
-    const Reaction reaction = dialog_.show(details);
+    // The message may have been the place where the user has had enough of them.
+    const bool isOver = dialog_.attended() && progress_->cancelled();
+    const Reaction reaction = isOver ? Reaction::Ignore : dialog_.show(details);
     if (details.onlyIgnore || reaction == Reaction::Ignore) {
         observer_.changed(details, Reaction::Ignore, true, {});
     } else if (reaction == Reaction::Restore) {

@@ -35,6 +35,18 @@ class Uninterrupted : public platform::Progress {
     platform::Progress& inner_;
 };
 
+/// A text of the status pane that ends with what it is about, however that ends.
+class OwnStatus {
+  public:
+    OwnStatus(platform::UserInterface& ui, const std::string& text) : ui_(ui) { ui_.status(0, text); }
+    ~OwnStatus() { ui_.status(0, "Ready"); }
+    OwnStatus(const OwnStatus&) = delete;
+    OwnStatus& operator=(const OwnStatus&) = delete;
+
+  private:
+    platform::UserInterface& ui_;
+};
+
 }  // namespace
 
 /// One remove command from the working copy to the sealed database.
@@ -114,11 +126,10 @@ class RemovePipeline::Command {
             if (!gone.contains(vault_.platform.paths.comparisonKey(path))) kept.push_back(number);
         }
         if (kept.size() == index.size()) return;
-        vault_.platform.ui.status(
-            0, "Reconstructing Backup Files [" + std::to_string(gone.size()) + " Remaining ] ...");
+        const OwnStatus status(vault_.platform.ui, "Reconstructing Backup Files [" +
+                                                       std::to_string(gone.size()) + " Remaining ] ...");
         Uninterrupted progress(*progress_);
         rewriteBackups(vault_, pair_, index, kept, progress);
-        vault_.platform.ui.status(0, "Ready");
     }
 
     store::Vault& vault_;
@@ -158,7 +169,7 @@ RemoveReport RemovePipeline::removeFiles(const std::vector<std::string>& paths) 
 }
 
 RemoveReport RemovePipeline::removeAll() {
-    vault_.platform.ui.status(0, "Removing Files...");
+    const OwnStatus status(vault_.platform.ui, "Removing Files...");
     const auto selection = [](std::string_view, platform::Progress&) { return Verdict::Goes; };
     return run(selection, "There are no files in the database to remove.",
                " successfully removed from the database.");

@@ -1,5 +1,6 @@
 #include "gui/check_commands.h"
 
+#include <QDir>
 #include <QFileDialog>
 
 #include "components/complete_system.h"
@@ -155,7 +156,7 @@ void CheckCommands::saveReport() {
                                                         QStringLiteral("Corvalence Report (*)"), nullptr,
                                                         QFileDialog::DontConfirmOverwrite);
     if (chosen.isEmpty()) return;
-    const auto planned = reports::plannedSaves(work_.vault(), bytesOf(chosen));
+    const auto planned = reports::plannedSaves(work_.vault(), bytesOf(QDir::toNativeSeparators(chosen)));
     const schedule::LogFiles logs(work_.vault());
     for (const reports::SavedReport& report : planned) {
         // The components of a Complete System have names with letters as well.
@@ -176,7 +177,7 @@ void CheckCommands::viewSavedReport() {
     const QString chosen = QFileDialog::getOpenFileName(&work_.frame(), QStringLiteral("View Saved Report."));
     if (chosen.isEmpty()) return;
     const auto mode = shell::modeRow(work_.state().mode).report;
-    if (work_.reports().showSaved(bytesOf(chosen), mode)) work_.showReport();
+    if (work_.reports().showSaved(bytesOf(QDir::toNativeSeparators(chosen)), mode)) work_.showReport();
 }
 
 }  // namespace corvalence::gui

@@ -40,6 +40,7 @@ void DatabaseCommands::create() {
     window.exec();
     if (!made_) return;
     const std::string path = made_->path();
+    work_.frame().setStatus(1, {});  // what it says is of another database
     work_.showDatabase(*std::move(made_));
     made_.reset();
     noteRecent(path);

@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QClipboard>
+#include <QDir>
 #include <QFileDialog>
 #include <QMimeData>
 
@@ -63,7 +64,9 @@ FileCommands::FileCommands(Workspace& workspace) : work_(workspace) {
 void FileCommands::addSpecificFile() {
     const QString path = QFileDialog::getOpenFileName(&work_.frame(), QStringLiteral("Add file to database."),
                                                       {}, QStringLiteral("All Files (*)"));
-    if (!path.isEmpty()) tell(addPaths({QFile::encodeName(path).toStdString()}));
+    if (path.isEmpty()) return;
+    addPaths({QFile::encodeName(QDir::toNativeSeparators(path)).toStdString()});
+    work_.reloadFiles();  // and no report: what there is to say of one file was said
 }
 
 files::AddReport FileCommands::addPaths(const std::vector<std::string>& paths) {

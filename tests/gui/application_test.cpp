@@ -26,6 +26,7 @@
 #include "gui/dialogs/configuration_window.h"
 #include "gui/dialogs/create_database_window.h"
 #include "gui/dialogs/criteria_window.h"
+#include "gui/dialogs/database_details_window.h"
 #include "gui/dialogs/file_analysis_window.h"
 #include "gui/dialogs/log_window.h"
 #include "gui/dialogs/open_database_window.h"
@@ -242,6 +243,13 @@ TEST_F(Program, MakesADatabaseFindsWhatChangedShowsWhereAndPutsItBack) {
         EXPECT_EQ(noted.rfind(path + "\nThe changed file was moved to ", 0), 0U) << noted;
     }
     EXPECT_EQ(world.read("a.txt"), std::string(300, 'a'));
+    {
+        const WhenShown<DatabaseDetailsWindow> details([](DatabaseDetailsWindow& window) {
+            EXPECT_NE(find<QLabel>(window, "valueLabel1").text(), "Unchecked") << "it stayed open";
+            window.accept();
+        });
+        trigger(Command::DatabaseDetails);
+    }
 
     list()->selectRow(0);
     EXPECT_TRUE(application->frame().actions().action(Command::RemoveSelected)->isEnabled());
@@ -261,6 +269,39 @@ TEST_F(Program, MakesADatabaseFindsWhatChangedShowsWhereAndPutsItBack) {
     EXPECT_EQ(application->frame().windowTitle(), "Corvalence");
     application->stop();
     EXPECT_TRUE(world.leftovers().empty());
+}
+
+TEST_F(Program, LeavesACheckAtTheFirstOfManyMessagesAndTellsOfOneFileOnce) {
+    start();
+    createDatabase("docs");
+    for (const char* name : {"a", "b"}) {
+        const std::string path = world.write(name, "old");
+        const WhenShown<QFileDialog> choose([&](QFileDialog& dialog) {
+            EXPECT_EQ(dialog.windowTitle(), "Add file to database.");
+            find<QLineEdit>(dialog, "fileNameEdit").setText(QString::fromStdString(path));
+            static_cast<QDialog&>(dialog).accept();
+        });
+        trigger(Command::AddSpecificFile);  // and no message
+        world.write(name, "new");
+    }
+    ASSERT_EQ(list()->files().count(), 2U);
+    {
+        // Neither the details nor a second message nor a summary.
+        const Answer enough(QMessageBox::Cancel);
+        trigger(Command::CheckDatabase);
+    }
+    {
+        std::unique_ptr<Answer> told;
+        const WhenShown<QMessageBox> question([&](QMessageBox& box) {
+            told = std::make_unique<Answer>(QMessageBox::Ok);
+            box.button(QMessageBox::Yes)->click();
+        });
+        trigger(Command::RemoveAllFiles);
+    }
+    EXPECT_EQ(find<QLabel>(application->frame(), "workPane").text(), "Ready");
+    EXPECT_NE(find<QLabel>(application->frame(), "databasePane").text(), "");
+    createDatabase("more");
+    EXPECT_EQ(find<QLabel>(application->frame(), "databasePane").text(), "") << "it was said of another";
 }
 
 TEST_F(Program, RefusesAWrongPasswordAndALockedInstallationAndEndsWhereTheUserLeaves) {

@@ -185,6 +185,10 @@ TEST_F(CriteriaWindows, RemoveTwinsAskFirstAndHaveNoNotifyBoxes) {
     fill(window, "locationEdit", world.path("l"));
     world.machine.ui.answers = {false, true};
     window.show();
+    world.machine.ui.cancelAt = 1;
+    press(window, "okButton");
+    EXPECT_TRUE(window.isVisible()) << "a search that was cancelled";
+    world.machine.ui.cancelAt.reset();
     press(window, "okButton");
     EXPECT_TRUE(window.isVisible());
     EXPECT_EQ(world.machine.ui.questions.back().text.substr(0, 27), "1 file will be removed from");

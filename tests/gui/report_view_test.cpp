@@ -117,6 +117,7 @@ TEST_F(Reports, ArePagedFromTheirHeadingAndTellWhyTheyAreEmpty) {
     next.click();
     EXPECT_EQ(at(0, 2).data(), "Alternate Data Stream Added.");
     EXPECT_FALSE(at(0, 0).data(MarkRole).isValid());
+    EXPECT_FALSE(at(0, 0).data(Qt::DecorationRole).value<QIcon>().isNull());
     next.click();
     EXPECT_EQ(label("reportTitle"), "Corvalence - Registry Report.");
     ASSERT_EQ(view.table().model()->rowCount(), 2);

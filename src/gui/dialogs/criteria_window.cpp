@@ -167,7 +167,7 @@ bool CriteriaWindow::remove(const files::CriteriaForm& form) {
         ui.message(platform::Icon::Stop, failure.what());
         return false;
     }
-    if (isDeclined) removed_.reset();
+    if (isDeclined || (removed_->cancelled && removed_->removed == 0)) removed_.reset();
     return removed_.has_value();
 }
 

@@ -3,6 +3,7 @@
 #include "gui/support/icons.h"
 #include "gui/support/text.h"
 #include "gui/views/row_roles.h"
+#include "shell/commands.h"
 
 namespace corvalence::gui {
 
@@ -33,6 +34,10 @@ void ReportModel::refresh() {
     texts_.clear();
     rows_.clear();
     const std::size_t lines = session_.isShown() ? session_.lines() : 0;
+    if (session_.isShown()) {
+        const shell::Mode mode = shell::modeOf(session_.row().kind);
+        kind_ = icon(shown(shell::commandRow(shell::commandOf(mode)).icon));
+    }
     const bool isMany = lines > 0 && session_.row().kind == ReportKind::Permissions;
     rows_.reserve(lines);
     for (std::size_t line = 0; line < lines; ++line) {
@@ -131,6 +136,7 @@ QVariant ReportModel::data(const QModelIndex& cell, int role) const {
         const std::string value = text(row, column);
         return value.empty() ? QVariant() : tickData(value, column, role);
     }
+    if (role == Qt::DecorationRole) return column == 0 ? QVariant(kind_) : QVariant();
     if (role == Qt::DisplayRole || role == Qt::ToolTipRole) return shown(text(row, column));
     if (role == Qt::TextAlignmentRole && session_.row().kind == ReportKind::FileContents &&
         column == kSizeColumn) {

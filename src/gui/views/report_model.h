@@ -45,6 +45,7 @@ class ReportModel : public QAbstractTableModel {
     const shell::ReportSession& session_;
     std::vector<Row> rows_;
     mutable QCache<std::size_t, Texts> texts_;  // of what was shown last
+    QIcon kind_;
     QIcon yes_;
     QIcon no_;
 };
