@@ -85,10 +85,14 @@ void FileCommands::addDropped(const std::vector<std::string>& paths) {
         }
         const files::AddReport report =
             files::AddPipeline(work_.vault(), *work_.database()).addLocation(path, {}, {});
+        work_.reloadFiles();
         tell(report);
         if (report.cancelled) return;
     }
-    if (!single.empty()) tell(addPaths(single));
+    if (single.empty()) return;
+    const files::AddReport report = addPaths(single);
+    work_.reloadFiles();
+    tell(report);
 }
 
 void FileCommands::paste() {
@@ -112,7 +116,6 @@ void FileCommands::useCriteria(const CriteriaCommand& command) {
 }
 
 void FileCommands::tell(const files::AddReport& report) {
-    work_.reloadFiles();
     const std::string leftOut =
         files::leftOutText(report.failed, report.ownFiles, report.passedOver, kDetailsShown);
     std::string text = report.text;
@@ -123,7 +126,6 @@ void FileCommands::tell(const files::AddReport& report) {
 }
 
 void FileCommands::tell(const files::RemoveReport& report) {
-    work_.reloadFiles();
     if (!report.text.empty()) work_.platform().ui.message(platform::Icon::Information, report.text);
 }
 
@@ -140,11 +142,15 @@ void FileCommands::removeSelected() {
         work_.platform().ui.message(platform::Icon::Information, "Select files from the list first.");
         return;
     }
-    tell(removal().removeFiles(paths));
+    const files::RemoveReport report = removal().removeFiles(paths);
+    work_.reloadFiles();
+    tell(report);
 }
 
 void FileCommands::removeAll() {
-    tell(removal().removeAll());
+    const files::RemoveReport report = removal().removeAll();
+    work_.reloadFiles();
+    tell(report);
 }
 
 }  // namespace corvalence::gui

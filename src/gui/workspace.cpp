@@ -183,16 +183,18 @@ void Workspace::previousPage() {
 void Workspace::perform(const std::function<void()>& work) {
     if (isBusy_ || isEnding_) return;
     isBusy_ = true;
-    tellFailure(work);
+    // What failed in the middle may have changed what is listed.
+    if (!tellFailure(work) && !isEnding_) tellFailure([this] { reloadFiles(); });
     isBusy_ = false;
     refresh();
     isEnding_ ? closeProgram() : onIdle();
 }
 
-void Workspace::tellFailure(const std::function<void()>& work) {
+bool Workspace::tellFailure(const std::function<void()>& work) {
     platform::UserInterface& ui = platform_.ui;
     try {
         work();
+        return true;
     } catch (const crypto::MovesPending& pending) {
         // What is half done is completed by the next start, and nothing else may come in between.
         ui.message(platform::Icon::Stop, pending.what());
@@ -202,6 +204,7 @@ void Workspace::tellFailure(const std::function<void()>& work) {
     } catch (const std::exception& failure) {
         ui.message(platform::Icon::Stop, failure.what());
     }
+    return false;
 }
 
 void Workspace::requestEnd() {

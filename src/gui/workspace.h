@@ -88,7 +88,8 @@ class Workspace {
     void refresh();
 
   private:
-    void tellFailure(const std::function<void()>& work);
+    /// False where it failed; the user is told.
+    bool tellFailure(const std::function<void()>& work);
     void leaveDatabase();
     void listFiles();
     void readClipboard();

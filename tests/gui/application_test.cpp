@@ -645,6 +645,22 @@ TEST_F(Program, RemembersTheWindowAndIsAskedOnlyOnceToEnd) {
     EXPECT_FALSE(application->frame().isBarShown(Command::MemoryBar));
 }
 
+TEST(Workspace, ListsWhatAFailedCommandHasChanged) {
+    test::Desk desk;
+    desk.world.write("a.txt", "a");
+    ASSERT_TRUE(desk.world.create());
+    ASSERT_EQ(desk.world.open(), store::OpenResult::Opened);
+    desk.work.showDatabase(desk.world.context());
+    ASSERT_EQ(desk.work.fileList()->files().count(), 0U);
+    desk.work.perform([&] {
+        files::AddPipeline(desk.work.vault(), *desk.work.database()).addFiles({desk.world.path("a.txt")}, {});
+        throw std::runtime_error("Behind it.");
+    });
+    EXPECT_EQ(desk.work.fileList()->files().count(), 1U);
+    EXPECT_TRUE(desk.world.machine.ui.saw("Behind it."));
+    EXPECT_EQ(desk.world.machine.ui.messages.size(), 1U);
+}
+
 TEST(Remarks, AreToldOnceAFaultAndNoNameMakesALineOfItsOwn) {
     test::Desk desk;
     const components::Remark refused{
