@@ -3,22 +3,10 @@
 
 #include "cli/program.h"
 #include "platform/json_settings_store.h"
-#include "platform/linux/extended_attributes.h"
-#include "platform/linux/linux_access_control.h"
-#include "platform/linux/linux_clock.h"
-#include "platform/linux/linux_file_system.h"
-#include "platform/linux/linux_process.h"
-#include "platform/linux/linux_registry.h"
-#include "platform/linux/linux_system_status.h"
+#include "platform/linux/back_ends.h"
 #include "platform/linux/linux_terminal.h"
-#include "platform/linux/linux_volumes.h"
-#include "platform/linux/mime_file_types.h"
-#include "platform/linux/posix_access_lists.h"
 #include "platform/linux/program_start.h"
-#include "platform/linux/smtp_mail.h"
-#include "platform/linux/systemd_services.h"
 #include "platform/linux/systemd_supervisor.h"
-#include "platform/linux/trash_folders.h"
 
 namespace {
 
@@ -48,38 +36,29 @@ int main(int argc, char** argv) {
     // Passwords come in this way, and nobody would wipe a buffer.
     std::setvbuf(stdin, nullptr, _IONBF, 0);
 
-    LinuxFileSystem files;
-    LinuxAccessControl access;
-    LinuxVolumes volumes;
-    LinuxSystemStatus status;
-    LinuxProcess process;
-    MimeFileTypes types;
-    LinuxClock clock;
-    LinuxTerminal terminal(process);
-    ExtendedAttributes streams;
-    SystemdServices services(files);
-    LinuxRegistry registry(files);
+    BackEnds system;
+    LinuxTerminal terminal(system.process);
     SystemdSupervisor supervisor;
-    PosixAccessLists accessLists;
-    TrashFolders trash(files, [&volumes] { return trashPlaces(volumes); });
     const base::PathRules paths;
-    process.catchCancelSignals();
+    system.process.catchCancelSignals();
     const cli::Host host{
-        .files = files,
-        .access = access,
-        .volumes = volumes,
-        .status = status,
-        .process = process,
-        .types = types,
-        .clock = clock,
+        .files = system.files,
+        .access = system.access,
+        .volumes = system.volumes,
+        .status = system.status,
+        .process = system.process,
+        .types = system.types,
+        .clock = system.clock,
         .terminal = terminal,
-        .machine = {streams, trash, services, registry, accessLists},
-        .mail = std::make_shared<SmtpMail>(files, clock),
+        .machine = {system.streams, system.trash, system.services, system.registry, system.accessLists},
+        .mail = system.mail,
         .supervisor = supervisor,
         .paths = paths,
         .in = std::cin,
         .out = std::cout,
         .err = std::cerr,
-        .openPlace = [&](const std::optional<std::string>& home) { return openPlace(files, paths, home); }};
+        .openPlace = [&](const std::optional<std::string>& home) {
+            return openPlace(system.files, paths, home);
+        }};
     return static_cast<int>(cli::runProgram(host, std::vector<std::string>(argv + 1, argv + argc)));
 }

@@ -8,22 +8,10 @@
 #include "gui/support/guarded_application.h"
 #include "help_digest.h"
 #include "platform/json_settings_store.h"
+#include "platform/linux/back_ends.h"
 #include "platform/linux/canberra_sound.h"
 #include "platform/linux/desktop_auto_start.h"
-#include "platform/linux/extended_attributes.h"
-#include "platform/linux/linux_access_control.h"
-#include "platform/linux/linux_clock.h"
-#include "platform/linux/linux_file_system.h"
-#include "platform/linux/linux_process.h"
-#include "platform/linux/linux_registry.h"
-#include "platform/linux/linux_system_status.h"
-#include "platform/linux/linux_volumes.h"
-#include "platform/linux/mime_file_types.h"
-#include "platform/linux/posix_access_lists.h"
 #include "platform/linux/program_start.h"
-#include "platform/linux/smtp_mail.h"
-#include "platform/linux/systemd_services.h"
-#include "platform/linux/trash_folders.h"
 
 namespace {
 
@@ -33,36 +21,25 @@ using namespace corvalence::platform::linux_system;
 int runProgram(bool startsInBackground) {
     const OwnPlace place = ownPlace();
     const base::PathRules paths;
-    LinuxFileSystem files;
-    LinuxAccessControl access;
-    LinuxVolumes volumes;
-    LinuxSystemStatus status;
-    LinuxProcess process;
-    MimeFileTypes types;
-    LinuxClock clock;
-    ExtendedAttributes streams;
-    SystemdServices services(files);
-    LinuxRegistry registry(files);
-    PosixAccessLists accessLists;
-    TrashFolders trash(files, [&volumes] { return trashPlaces(volumes); });
-    platform::JsonSettingsStore settings(files, paths.absolute(place.settingsFile, "/"));
-    const std::string program = process.programFile();
+    BackEnds system;
+    platform::JsonSettingsStore settings(system.files, paths.absolute(place.settingsFile, "/"));
+    const std::string program = system.process.programFile();
     CanberraSound sound(std::string(paths.folder(program)) + "sounds/");
-    DesktopAutoStart autoStart(files, place.autoStartFolder);
-    process.catchCancelSignals();
+    DesktopAutoStart autoStart(system.files, place.autoStartFolder);
+    system.process.catchCancelSignals();
     const gui::Host host{
-        .files = files,
-        .access = access,
-        .volumes = volumes,
-        .status = status,
-        .process = process,
-        .types = types,
-        .clock = clock,
+        .files = system.files,
+        .access = system.access,
+        .volumes = system.volumes,
+        .status = system.status,
+        .process = system.process,
+        .types = system.types,
+        .clock = system.clock,
         .settings = settings,
         .sound = sound,
         .autoStart = autoStart,
-        .machine = {streams, trash, services, registry, accessLists},
-        .mail = std::make_shared<SmtpMail>(files, clock),
+        .machine = {system.streams, system.trash, system.services, system.registry, system.accessLists},
+        .mail = system.mail,
         .paths = paths,
         .dataRoot = paths.withSeparator(paths.absolute(place.dataRoot, "/")),
         .program = {core::SelfCheckFiles::beside(program, core::kProgramDigest, paths), kHelpDigest},
