@@ -28,7 +28,6 @@ constexpr const char* kLayoutKey = "Software\\Corvalence\\Window Layout";
 constexpr std::chrono::milliseconds kSignalPoll{200};
 constexpr std::chrono::milliseconds kIconPeriod{170};
 constexpr std::chrono::seconds kCheckDelay{1};
-constexpr int kWindowIcons = 11;
 
 }  // namespace
 
@@ -200,8 +199,10 @@ void Application::refreshInfoBars() {
 void Application::animate() {
     const bool isMoving = workspace_->state().isScheduleRunning && isAnimated_;
     if (!isMoving && animationFrame_ == 0) return;
-    animationFrame_ = isMoving ? (animationFrame_ + 1) % kWindowIcons : 0;
-    frame_->setWindowIcon(icon(QStringLiteral("window-%1").arg(animationFrame_)));
+    animationFrame_ = isMoving ? (animationFrame_ + 1) % static_cast<int>(windowIcons_.size()) : 0;
+    QIcon& picture = windowIcons_[static_cast<std::size_t>(animationFrame_)];
+    if (picture.isNull()) picture = icon(QStringLiteral("window-%1").arg(animationFrame_));
+    frame_->setWindowIcon(picture);
 }
 
 void Application::watchSignals() {

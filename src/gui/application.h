@@ -1,7 +1,9 @@
 #pragma once
 
+#include <QIcon>
 #include <QPointer>
 #include <QTimer>
+#include <array>
 #include <functional>
 #include <memory>
 
@@ -76,6 +78,7 @@ class Application {
     QTimer infoBars_;
     QTimer animation_;
     QTimer signals_;
+    std::array<QIcon, 11> windowIcons_;  // drawn once
     int animationFrame_ = 0;
     QPointer<QWidget> help_;
     bool isStopped_ = false;

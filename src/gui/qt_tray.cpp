@@ -13,12 +13,6 @@ using schedule::TrayPicture;
 
 constexpr qint64 kFirstLook = 3000;  // milliseconds
 
-void apply(QSystemTrayIcon& shownIcon, const schedule::TrayIcon& wanted) {
-    shownIcon.setIcon(icon(trayPictureName(wanted)));
-    const QString caption = shown(wanted.caption);
-    if (shownIcon.toolTip() != caption) shownIcon.setToolTip(caption);
-}
-
 }  // namespace
 
 QString trayPictureName(const schedule::TrayIcon& icon) {
@@ -72,6 +66,15 @@ void QtTray::fillMenu() {
 void QtTray::menuOpens() {
     if (callbacks.openMenu && sinceShown_.isValid() && sinceShown_.hasExpired(kFirstLook))
         callbacks.openMenu();
+}
+
+void QtTray::apply(QSystemTrayIcon& shownIcon, const schedule::TrayIcon& wanted) {
+    const QString name = trayPictureName(wanted);
+    QIcon& picture = pictures_[name];
+    if (picture.isNull()) picture = icon(name);
+    shownIcon.setIcon(picture);
+    const QString caption = shown(wanted.caption);
+    if (shownIcon.toolTip() != caption) shownIcon.setToolTip(caption);
 }
 
 void QtTray::add(int id, const schedule::TrayIcon& icon) {

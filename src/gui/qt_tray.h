@@ -38,10 +38,12 @@ class QtTray : public schedule::Tray {
   private:
     void fillMenu();
     void menuOpens();
+    void apply(QSystemTrayIcon& shownIcon, const schedule::TrayIcon& wanted);
 
     QMenu menu_;
     const schedule::TrayMenuItem* filled_ = nullptr;  // the first of the items that the menu shows
     QElapsedTimer sinceShown_;
+    std::map<QString, QIcon> pictures_;  // drawn once, for an animation that never ends
     std::map<int, std::unique_ptr<QSystemTrayIcon>> icons_;
 };
 
