@@ -1,8 +1,8 @@
 #include <gtest/gtest.h>
 
-#include <atomic>
+#include <condition_variable>
 #include <filesystem>
-#include <latch>
+#include <mutex>
 
 #include "crypto/sealed_file.h"
 #include "schedule/mail_message.h"
@@ -27,6 +27,26 @@ class Waiting : public schedule::MailWaiting {
     bool goOn() override { return ++asked > 1 || atFirst(); }
 };
 
+/// Stays raised. Latches and waits on an atomic can sleep through their wake-up in the library of the Windows
+/// build, which has no futex.
+class Event {
+  public:
+    void raise() {
+        const std::lock_guard lock(mutex_);
+        isRaised_ = true;
+        changed_.notify_all();
+    }
+    void wait() {
+        std::unique_lock lock(mutex_);
+        changed_.wait(lock, [this] { return isRaised_; });
+    }
+
+  private:
+    std::mutex mutex_;
+    std::condition_variable changed_;
+    bool isRaised_ = false;
+};
+
 class CheckMail : public testing::Test {
   protected:
     CheckMail() {
@@ -35,12 +55,12 @@ class CheckMail : public testing::Test {
         world_.set(key::kEmailTimeout, "1");
         // The clock is one that only waiting moves: the mail has to be there first.
         waiting_.atFirst = [this] {
-            arrived_.wait(false);
+            arrived_.wait();
             return true;
         };
         mail_->answer = [this](std::stop_token) {
             atArrival_();
-            arrive();
+            arrived_.raise();
             return MailResult{};
         };
     }
@@ -49,16 +69,12 @@ class CheckMail : public testing::Test {
         MailThread thread(mail_);
         return schedule::mailCheck(world_.vault(), thread, form, text, waiting_);
     }
-    void arrive() {
-        arrived_ = true;
-        arrived_.notify_all();
-    }
     std::chrono::milliseconds now() { return world_.machine.clock.elapsed(); }
 
     World world_;
     std::shared_ptr<ScriptedMail> mail_ = std::make_shared<ScriptedMail>();
     std::function<void()> atArrival_ = [] {};
-    std::atomic<bool> arrived_ = false;
+    Event arrived_;
     Waiting waiting_;
 };
 
@@ -129,7 +145,7 @@ TEST_F(CheckMail, isWaitedForAsLongAsTheSettingsSay) {
 TEST_F(CheckMail, isLeftWhenTheWaitIsEndedFromOutside) {
     bool wasStopped = false;
     mail_->answer = [&](std::stop_token stop) {
-        arrive();
+        arrived_.raise();
         while (!stop.stop_requested())
             std::this_thread::sleep_for(1ms);
         wasStopped = true;
@@ -146,12 +162,12 @@ TEST_F(CheckMail, isLeftWhenTheWaitIsEndedFromOutside) {
 }
 
 TEST_F(CheckMail, oneThatNeverComesBackHoldsNobodyAndKeepsOthersFromBeingSent) {
-    const auto release = std::make_shared<std::latch>(1);
-    const auto released = std::make_shared<std::latch>(1);
+    const auto release = std::make_shared<Event>();
+    const auto released = std::make_shared<Event>();
     mail_->answer = [this, release, released](std::stop_token) {
-        arrive();
+        arrived_.raise();
         release->wait();
-        released->count_down();
+        released->raise();
         return MailResult{};
     };
     MailThread thread(mail_);
@@ -160,7 +176,7 @@ TEST_F(CheckMail, oneThatNeverComesBackHoldsNobodyAndKeepsOthersFromBeingSent) {
     };
     EXPECT_EQ(sendOne().reason, "The mail was not taken in the time that it may take.");
     EXPECT_EQ(sendOne().reason, "The mail before this one is still under way.");
-    release->count_down();
+    release->raise();
     released->wait();
     mail_->answer = [](std::stop_token) -> MailResult { throw std::runtime_error("broken"); };
     MailResult result;
