@@ -20,16 +20,29 @@ ProgressWindow* shownWindow() {
     return dynamic_cast<ProgressWindow*>(QApplication::activeModalWidget());
 }
 
+/// Whether work that is over at once shows a window. A machine that is held up in its middle makes it work
+/// that lasts: then it is done again.
+bool flashes(QtUserInterface& ui) {
+    constexpr qint64 kAtOnce = 200;  // milliseconds
+    for (;;) {
+        QElapsedTimer since;
+        since.start();
+        const auto progress = ui.openProgress("Short work");
+        EXPECT_FALSE(progress->cancelled());
+        if (shownWindow() == nullptr) return false;
+        if (since.elapsed() < kAtOnce) return true;
+    }
+}
+
 TEST(Progress, ComesUpWhereWorkLastsShowsItAndIsCancelled) {
     QtUserInterface ui;
+    EXPECT_FALSE(flashes(ui));
     const auto progress = ui.openProgress("Checking all files in Database: /x/" + std::string(400, 'y'));
     progress->file("/a/\xFF" + std::string(100, 'b'), 12);
     progress->bar(32500);
     const std::string sizes =
         "Number of files to be added: 134812   Total size of files to be added: 21261290875 Bytes [19.80 GB]";
     progress->label(sizes);
-    EXPECT_FALSE(progress->cancelled());
-    EXPECT_EQ(shownWindow(), nullptr) << "short work flashes no window";
 
     ASSERT_TRUE(test::waitFor([&] { return !progress->cancelled() && shownWindow() != nullptr; }));
     auto& window = *shownWindow();
