@@ -11,6 +11,9 @@
 
 namespace corvalence::gui::test {
 
+/// Milliseconds in which what a test waits for comes on any machine, however much else that one has to do.
+inline constexpr int kPatience = 60'000;
+
 /// A widget by its object name; the test ends where there is none.
 template <typename Widget>
 Widget& find(QWidget& parent, const char* name) {
@@ -21,12 +24,10 @@ Widget& find(QWidget& parent, const char* name) {
 
 /// Acts on the modal window that a call is about to open: as soon as one of the type is in front, and it is
 /// time, `act` runs on it, once. The test fails, and whatever is in front is closed, where none comes within
-/// `kLimit` milliseconds, or where this object goes before.
+/// `kPatience`, or where this object goes before.
 template <typename Window>
 class WhenShown {
   public:
-    static constexpr int kLimit = 10'000;
-
     explicit WhenShown(
         std::function<void(Window&)> act, std::function<bool(Window&)> isTime = [](Window&) { return true; })
         : act_(std::move(act)), isTime_(std::move(isTime)) {
@@ -50,7 +51,7 @@ class WhenShown {
             timer_.stop();
             wasShown_ = true;
             act_(*window);
-        } else if (since_.elapsed() > kLimit) {
+        } else if (since_.elapsed() > kPatience) {
             timer_.stop();
             if (front != nullptr) front->close();
         }
@@ -75,7 +76,7 @@ class Answer : public WhenShown<QMessageBox> {
 };
 
 /// Lets events be handled until `isDone`, at most `limit` milliseconds; whether it became true.
-inline bool waitFor(const std::function<bool()>& isDone, int limit = 10'000) {
+inline bool waitFor(const std::function<bool()>& isDone, int limit = kPatience) {
     QElapsedTimer since;
     since.start();
     while (!isDone() && since.elapsed() < limit)

@@ -12,7 +12,7 @@ TEST(NoDisplay, IsToldAndEndsTheProgram) {
     QProcess program;
     program.setProcessEnvironment(environment);
     program.start(CORVALENCE, QStringList());
-    ASSERT_TRUE(program.waitForFinished()) << program.errorString().toStdString();
+    ASSERT_TRUE(program.waitForFinished(-1)) << program.errorString().toStdString();
     EXPECT_EQ(program.exitStatus(), QProcess::NormalExit);
     EXPECT_EQ(program.exitCode(), 4);
     const std::string told = program.readAllStandardError().toStdString();
