@@ -6,8 +6,13 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <chrono>
 #include <cstdio>
 #include <exception>
+#include <fstream>
+#include <iterator>
+#include <string>
+#include <thread>
 #include <vector>
 
 namespace corvalence::test {
@@ -73,6 +78,16 @@ bool ChildProcess::waitForStop() {
     hasEnded_ = true;
     result_ = resultOf(status);
     return false;
+}
+
+void ChildProcess::waitForSleep() const {
+    for (;;) {
+        std::ifstream file("/proc/" + std::to_string(id_) + "/stat");
+        const std::string text(std::istreambuf_iterator<char>(file), {});
+        const std::size_t name = text.rfind(") ");  // the state stands behind it
+        if (name == std::string::npos || text.find_first_of("SZ", name) == name + 2) return;
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
 }
 
 int inChild(const std::function<int()>& work) {

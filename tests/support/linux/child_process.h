@@ -23,6 +23,8 @@ class ChildProcess {
     int wait();
     /// Waits until it is stopped or has ended; true where it is stopped.
     bool waitForStop();
+    /// Waits until it sleeps in a call of the system, or has ended.
+    void waitForSleep() const;
 
   private:
     pid_t id_ = -1;
