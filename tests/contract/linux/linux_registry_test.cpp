@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <filesystem>
+#include <utility>
 
 #include "platform/linux/settings_text.h"
 #include "system_back_end.h"
@@ -180,8 +181,12 @@ std::vector<std::string> dump(LinuxRegistry& registry, RegistryRoot root, const 
 TEST_F(Registry, ofThisMachineReadsTheSameTwice) {
     LinuxRegistry registry(system_.files);
     for (const auto& [root, name] : platform::kRegistryRoots) {
-        const auto lines = dump(registry, root, "");
-        EXPECT_EQ(lines, dump(registry, root, "")) << name;
+        std::vector<std::string> before;
+        auto lines = dump(registry, root, "");
+        // Others may change something in between: one of the next two pairs is the same then.
+        for (int pairs = 0; pairs < 3 && before != lines; ++pairs)
+            before = std::exchange(lines, dump(registry, root, ""));
+        EXPECT_EQ(before, lines) << name;
         EXPECT_THAT(lines, testing::Each(testing::Not(testing::EndsWith("cannot be opened")))) << name;
     }
 }
