@@ -18,9 +18,6 @@ export WINEDLLOVERRIDES='mscoree,mshtml,winedbg.exe,winemenubuilder.exe='
 unset DISPLAY WAYLAND_DISPLAY
 loader=$(command -v wine64 || echo /usr/lib/wine/wine64)
 server=$(command -v wineserver64 || echo /usr/lib/wine/wineserver64)
-# Where tests make their folders: in memory, as they bring every file to the device. Wine leaves TEMP as it is.
-memory=/dev/shm
-[ -w "$memory" ] || memory=/tmp
 
 # It keeps the folder that it is started in, and would keep a pipe that somebody reads to its end.
 start_server() {
@@ -35,7 +32,11 @@ start() {
     "$loader" reg add 'HKCU\Software\Wine' /v Version /d win10 /f </dev/null >/dev/null 2>&1
     # Else files whose names begin with a full stop were hidden in listings, and only there.
     "$loader" reg add 'HKCU\Software\Wine' /v ShowDotFiles /d Y /f </dev/null >/dev/null 2>&1
-    local folder
+    # Where tests make their folders: in memory, as they bring every file to the device. Wine leaves TEMP as it is.
+    # Containers give that 64 MiB, which is too little.
+    local memory=/dev/shm room folder
+    room=$(df -Pk "$memory" 2>/dev/null | awk 'NR == 2 { print $4 }' || true)
+    [ -w "$memory" ] && [ "${room:-0}" -ge 1000000 ] || memory=/tmp
     folder=$(mktemp -d "$memory/corvalence-wine-XXXXXX")
     ln -s "$folder" "$WINEPREFIX/dosdevices/t:"
     # Drives are looked for once, at the start.
@@ -50,8 +51,10 @@ stop() {
     [ -d "$WINEPREFIX" ] || return 0
     "$server" -k || true # it is not running
     "$server" -w || true
-    case $(readlink "$WINEPREFIX/dosdevices/t:" || true) in
-    "$memory"/corvalence-wine-*) rm -rf "$(readlink "$WINEPREFIX/dosdevices/t:")" ;;
+    local folder
+    folder=$(readlink "$WINEPREFIX/dosdevices/t:" || true)
+    case $folder in
+    /dev/shm/corvalence-wine-* | /tmp/corvalence-wine-*) rm -rf "$folder" ;;
     esac
     rm -rf "$WINEPREFIX"
 }

@@ -27,11 +27,11 @@ TEST(DirectoryNames, NoRecordCanHoldAreRefusedCountedAndTold) {
         world.write(deep + "/f", "x");
         deep += "/" + std::string(240, 'd');
     }
-    ASSERT_EQ(::setxattr(world.path("ok").c_str(), "user.bad\x7F", "1", 1, 0), 0);
+    const bool hasStream = ::setxattr(world.path("ok").c_str(), "user.bad\x7F", "1", 1, 0) == 0;
     const BaselineOutcome created = machine.create();
-    // Three names, the folder that is too deep, the stream.
-    EXPECT_THAT(created.faults, ElementsAre(Pair("refused", 5)));
-    EXPECT_EQ(created.details.size(), 5U);
+    // Three names, the folder that is too deep, the stream where files can have one.
+    EXPECT_THAT(created.faults, ElementsAre(Pair("refused", hasStream ? 5 : 4)));
+    EXPECT_EQ(created.details.size(), hasStream ? 5U : 4U);
     const BaselineOutcome checked = machine.check();
     EXPECT_THAT(checked.lines, IsEmpty());
     EXPECT_EQ(checked.faults, created.faults);

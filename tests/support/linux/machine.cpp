@@ -4,11 +4,20 @@
 #include <sys/xattr.h>
 #include <unistd.h>
 
+#include <cstdint>
 #include <filesystem>
+#include <system_error>
 
 namespace corvalence::test {
 
 namespace fs = std::filesystem;
+
+namespace {
+
+/// Files of tests are everybody's to read, whatever the mask of who runs them.
+[[maybe_unused]] const mode_t kMaskBefore = ::umask(022);
+
+}  // namespace
 
 bool makeLink(const std::string& target, const std::string& link) {
     fs::create_symlink(target, link);
@@ -68,8 +77,12 @@ std::string shortFolder() {
 }
 
 std::string quickFolder() {
+    constexpr std::uintmax_t kEnough = 256 << 20;  // containers give no more than 64 MiB
     const char* const memory = "/dev/shm";
-    return ::access(memory, W_OK) == 0 ? memory : fs::temp_directory_path().string();
+    std::error_code error;
+    const fs::space_info space = fs::space(memory, error);
+    const bool isUsable = !error && space.available >= kEnough && ::access(memory, W_OK) == 0;
+    return isUsable ? memory : fs::temp_directory_path().string();
 }
 
 }  // namespace corvalence::test
