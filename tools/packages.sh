@@ -24,7 +24,12 @@ install_missing() {
         exit 4
     fi
     export DEBIAN_FRONTEND=noninteractive
-    { apt-get update && apt-get install -y --no-install-recommends "${missing[@]}"; } >/tmp/corvalence-apt.$$ 2>&1 || {
+    # A fresh machine may be at its own first upgrade, and a mirror busy.
+    local patience=(-o DPkg::Lock::Timeout=600 -o Acquire::Retries=5)
+    {
+        apt-get "${patience[@]}" update &&
+            apt-get "${patience[@]}" install -y --no-install-recommends "${missing[@]}"
+    } >/tmp/corvalence-apt.$$ 2>&1 || {
         cat /tmp/corvalence-apt.$$ >&2
         rm -f /tmp/corvalence-apt.$$
         echo "The packages could not be installed." >&2
