@@ -33,10 +33,10 @@ start() {
     # Else files whose names begin with a full stop were hidden in listings, and only there.
     "$loader" reg add 'HKCU\Software\Wine' /v ShowDotFiles /d Y /f </dev/null >/dev/null 2>&1
     # Where tests make their folders: in memory, as they bring every file to the device. Wine leaves TEMP as it is.
-    # Containers give that 64 MiB, which is too little.
+    # The tests take a few MiB; some containers give less.
     local memory=/dev/shm room folder
     room=$(df -Pk "$memory" 2>/dev/null | awk 'NR == 2 { print $4 }' || true)
-    [ -w "$memory" ] && [ "${room:-0}" -ge 1000000 ] || memory=/tmp
+    [ -w "$memory" ] && [ "${room:-0}" -ge 48000 ] || memory=/tmp
     folder=$(mktemp -d "$memory/corvalence-wine-XXXXXX")
     ln -s "$folder" "$WINEPREFIX/dosdevices/t:"
     # Drives are looked for once, at the start.

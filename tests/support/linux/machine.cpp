@@ -77,7 +77,7 @@ std::string shortFolder() {
 }
 
 std::string quickFolder() {
-    constexpr std::uintmax_t kEnough = 256 << 20;  // containers give no more than 64 MiB
+    constexpr std::uintmax_t kEnough = 48 << 20;  // some containers give less
     const char* const memory = "/dev/shm";
     std::error_code error;
     const fs::space_info space = fs::space(memory, error);
