@@ -33,17 +33,18 @@ bool openUnbuffered(Context& context, const std::string& name, std::ifstream& fi
 
 }  // namespace
 
-std::optional<crypto::SecretText> PasswordPrompt::show(bool choosing, bool again) {
+std::optional<crypto::SecretText> PasswordPrompt::show(const core::PasswordQuestion& question) {
+    if (question.damaged) return std::nullopt;  // to reset is a command of its own
     const bool onTerminal = asksOnTerminal();
     const auto tell = [&](const std::string& text) {
         context_.platform.ui.message(platform::Icon::Stop, text);
     };
-    if (again && !onTerminal) {
+    if (question.again && !onTerminal) {
         tell("refused");
         return std::nullopt;
     }
     for (;;) {
-        auto password = onTerminal ? ask(choosing) : readNextLine();
+        auto password = onTerminal ? ask(question.choosing) : readNextLine();
         if (!password) {
             if (!context_.platform.process.cancelRequested()) tell("no password was given");
             return std::nullopt;

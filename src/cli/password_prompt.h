@@ -14,7 +14,7 @@ class PasswordPrompt : public core::PasswordDialog {
     explicit PasswordPrompt(Context& context) : context_(context) {}
 
     /// Throws CommandEnd where the password file cannot be opened.
-    std::optional<crypto::SecretText> show(bool choosing, bool again) override;
+    std::optional<crypto::SecretText> show(const core::PasswordQuestion& question) override;
 
     // For the choice of another password.
 

@@ -8,8 +8,10 @@ namespace corvalence::cli {
 ExitCode runReset(Context& context) {
     requireInstallation(context);
     settings::Configuration configuration(context.platform.settings, context.ui);
-    const auto lock = lockInstallation(context, configuration.folder(settings::key::kInstallDirectory));
-    const bool isReset = core::reset(context.platform, configuration);
+    const std::string root = configuration.folder(settings::key::kInstallDirectory);
+    const auto lock = lockInstallation(context, root);
+    crypto::WorkingFiles working(context.platform.files, core::journalPath(root), context.platform.paths);
+    const bool isReset = core::reset(context.platform, configuration, working);
     if (context.options.json) {
         JsonWriter& json = context.json;
         json.beginObject();

@@ -23,12 +23,12 @@ class KeptPassword : public core::PasswordDialog {
   public:
     explicit KeptPassword(Context& context) : prompt_(context) {}
 
-    std::optional<crypto::SecretText> show(bool choosing, bool again) override {
-        if (isProved) {
-            wasRefused = again;
-            return again ? std::nullopt : std::optional(crypto::SecretText(kept_.view()));
+    std::optional<crypto::SecretText> show(const core::PasswordQuestion& question) override {
+        if (isProved && !question.damaged) {
+            wasRefused = question.again;
+            return question.again ? std::nullopt : std::optional(crypto::SecretText(kept_.view()));
         }
-        auto given = prompt_.show(choosing, again);
+        auto given = prompt_.show(question);
         if (given) kept_ = crypto::SecretText(given->view());
         return given;
     }

@@ -87,7 +87,19 @@ InstallResult install(platform::Platform& platform, const std::string& root) {
     return InstallResult::Installed;
 }
 
-bool reset(platform::Platform& platform, settings::Configuration& configuration) {
+std::string journalPath(const std::string& root) {
+    return root + "Working Copies";
+}
+
+void tellUncleared(platform::Platform& platform, const crypto::WorkingFiles& working) {
+    for (const std::string& text : working.uncleared()) {
+        platform.ui.message(platform::Icon::Warning,
+                            "A working file of an earlier run could not be cleared away: " + text);
+    }
+}
+
+bool reset(platform::Platform& platform, settings::Configuration& configuration,
+           crypto::WorkingFiles& working) {
     if (!platform.ui.ask(
             platform::Icon::Warning,
             "This option should only be used if you have forgotten your password, or if an adversary\n\n"
@@ -106,6 +118,9 @@ bool reset(platform::Platform& platform, settings::Configuration& configuration)
     const std::string guard = configuration.folder(key::kInstallDirectory) + "Permissions";
     if (platform.files.status(guard, platform::Follow::No)) platform.files.remove(guard);
     store::RecentList::empty(configuration);
+    // Last: ended before this, all that was begun is carried on, and the installation is whole as it was.
+    working.dropPending();
+    tellUncleared(platform, working);
     return true;
 }
 

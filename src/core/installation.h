@@ -4,6 +4,7 @@
 #include <string>
 #include <string_view>
 
+#include "crypto/working_files.h"
 #include "platform/platform.h"
 #include "settings/configuration.h"
 
@@ -38,7 +39,15 @@ InstallResult install(platform::Platform& platform, const std::string& root);
 
 /// For a forgotten password, after asking: empties index, schedule, logs and the list of recent databases and
 /// removes the folder guard's state, so that any password is accepted next. The old database files stay, as
-/// files that nobody can decipher. False where the user said no. Throws base::FileFailure.
-bool reset(platform::Platform& platform, settings::Configuration& configuration);
+/// files that nobody can decipher; what an ended run had begun is never carried on. False where the user said
+/// no. Throws base::FileFailure. `working`: of the installation, with no temporary alive.
+bool reset(platform::Platform& platform, settings::Configuration& configuration,
+           crypto::WorkingFiles& working);
+
+/// The journal of the working files of the installation in `root`.
+std::string journalPath(const std::string& root);
+
+/// Tells what a clearing of leftovers had to leave.
+void tellUncleared(platform::Platform& platform, const crypto::WorkingFiles& working);
 
 }  // namespace corvalence::core

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -18,18 +19,30 @@ inline constexpr std::size_t kPasswordLimit = 128;
 /// Why a text cannot be a password; nothing where it can.
 std::optional<std::string> findPasswordFault(std::string_view password);
 
+/// What a dialog is shown for.
+struct PasswordQuestion {
+    /// There is no database yet, and the password given now is the one of this installation.
+    bool choosing = false;
+    /// The password given before was refused.
+    bool again = false;
+    /// No password can be right, which the user was told: all that can be done here is to leave or to reset.
+    bool damaged = false;
+    /// Begins the installation anew, after asking; false where the user said no. Throws base::FileFailure.
+    std::function<bool()> reset = {};
+};
+
 class PasswordDialog {
   public:
     virtual ~PasswordDialog() = default;
-    /// Nothing where the user leaves. `choosing`: there is no database yet, and the password given now is the
-    /// one of this installation. `again`: the password given before was refused.
-    virtual std::optional<crypto::SecretText> show(bool choosing, bool again) = 0;
+    /// Nothing where the user leaves.
+    virtual std::optional<crypto::SecretText> show(const PasswordQuestion& question) = 0;
 };
 
 enum class PasswordResult { Proved, Left, IndexMissing };
 
-/// Asks until a password opens the Database Index or the user leaves. No message explains a refusal.
-/// `session` is set where it was proved. Throws base::FileFailure for an index that cannot be read.
+/// Asks until a password opens the Database Index or the user leaves. No message explains a refusal, but an
+/// index that no password can open is told each time before it asks. `session` is set where it was proved.
+/// Throws base::FileFailure for an index that cannot be read.
 PasswordResult provePassword(platform::Platform& platform, settings::Configuration& configuration,
                              crypto::WorkingFiles& working, PasswordDialog& dialog,
                              std::unique_ptr<crypto::Session>& session);

@@ -5,16 +5,10 @@
 
 namespace corvalence::core {
 
-namespace {
-
-constexpr std::string_view kWorkingFilesJournal = "Working Copies";
-
-}  // namespace
-
 Run::Run(platform::Platform& platform, const std::string& root)
     : platform_(platform),
       configuration_(platform.settings, platform.ui),
-      working_(platform.files, std::string(root).append(kWorkingFilesJournal), platform.paths) {}
+      working_(platform.files, journalPath(root), platform.paths) {}
 
 void Run::adopt(std::unique_ptr<crypto::Session> session) {
     vault_.emplace(store::Vault{platform_, configuration_, working_, *session});
@@ -54,10 +48,7 @@ StartResult Run::start(platform::Platform& platform, PasswordDialog& dialog, std
     std::unique_ptr<Run> started(new Run(platform, root));
     started->lock_ = std::move(lock);
     started->working_.clearLeftovers();
-    for (const std::string& text : started->working_.uncleared()) {
-        platform.ui.message(platform::Icon::Warning,
-                            "A working file of an earlier run could not be cleared away: " + text);
-    }
+    tellUncleared(platform, started->working_);
     const PasswordResult password =
         provePassword(platform, started->configuration_, started->working_, dialog, started->session_);
     if (password != PasswordResult::Proved) return StartResult::PasswordRefused;

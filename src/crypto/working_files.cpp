@@ -340,6 +340,7 @@ std::vector<WorkingFiles::Leftover> WorkingFiles::readJournal() {
     std::map<std::string, Leftover> leftovers;
     std::vector<std::string> order;
     std::vector<std::string> group;  // moves that the next line may commit
+    journal_->seek(0);
     platform::LineReader reader(*journal_, kJournalLineLimit);
     for (std::string_view line; reader.next(line);) {
         if (line.back() != '\n') break;  // torn by the end of that run; what it announced was not done
@@ -376,6 +377,29 @@ std::vector<WorkingFiles::Leftover> WorkingFiles::readJournal() {
         if (auto node = leftovers.extract(path)) result.push_back(std::move(node.mapped()));
     }
     return result;
+}
+
+void WorkingFiles::dropPending() {
+    const std::vector<Leftover> leftovers = readJournal();
+    journal_->seek(journal_->size());
+    // Behind a torn line the next one would be taken for its end.
+    journal_->write(base::bytesOf("\n"));
+    for (const Leftover& leftover : leftovers) {
+        if (leftover.kind == kMove || leftover.kind == kSave) {
+            recordMade(kSealed, leftover.path, leftover.identity, {});  // to be removed
+        } else if (leftover.kind == kWipe || leftover.kind == kRemove || leftover.kind == kCreation) {
+            record({kDone, leftover.path});
+        }
+    }
+    journal_->flush();
+    live_ = 0;
+    pendingSaves_.clear();
+    pendingDeletions_.clear();
+    pendingCreations_.clear();
+    uncleared_.clear();
+    unfinishedMoves_.clear();
+    isCommitNoted_ = true;
+    clearLeftovers();
 }
 
 void WorkingFiles::clearLeftovers() {

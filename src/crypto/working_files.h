@@ -108,6 +108,11 @@ class WorkingFiles {
     /// All that was pending has been carried on or dropped.
     void pendingSettled() noexcept;
 
+    /// Drops what an earlier run had begun: moves that it had committed, saves, deletions and creations. What
+    /// it left is cleared away, and no later start carries any of it on. For an installation that is begun
+    /// anew; to be called while no temporary is alive.
+    void dropPending();
+
     /// A new file at `path` + `suffix` for plain data. A name too long for the file system is shortened to
     /// one that is the same every time. Throws NameTaken where something stands at that name; what this run
     /// itself could not end there is ended first, or its failure thrown again. `via`, where

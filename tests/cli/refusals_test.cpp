@@ -10,6 +10,7 @@ namespace {
 
 using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::Not;
 
 class WrongUsage : public testing::TestWithParam<std::vector<std::string>> {};
 
@@ -119,6 +120,24 @@ TEST(Refusals, aCopyOrAMovedInstallationIsNotWorkedOn) {
         console.done({"--home", console.path("moved"), "check", "db"});
         console.done({"--home", console.home(), "check", "db"});
     }
+}
+
+TEST(Refusals, ofAnIndexThatNoPasswordOpens) {
+    Console console;
+    console.write("a", "one");
+    console.begin();
+    const std::string index = console.home() + "/Backup Files/Database Index";
+    const std::string whole = readWholeFile(index);
+    writeWholeFile(index, whole + "x");
+    const Outcome refused = console.run({"databases"});
+    EXPECT_EQ(refused.code, 3);
+    EXPECT_THAT(refused.err, HasSubstr("Database Index has been damaged: no password opens it."));
+    EXPECT_THAT(refused.err, Not(HasSubstr("refused")));
+    const Outcome document = console.run({"--json", "databases"});
+    EXPECT_THAT(document.json()["error"]["message"].get<std::string>(), HasSubstr("has been damaged"));
+    EXPECT_EQ(readWholeFile(index), whole + "x");
+    console.done({"--yes", "reset"});
+    console.done({"create", "file-contents", "another"});
 }
 
 TEST(Refusals, forAdministratorsAndOneAtATime) {

@@ -125,6 +125,99 @@ TEST(Start, GoesOnPastALeftoverThatCannotBeCleared) {
     EXPECT_TRUE(world.leftovers().empty());
 }
 
+// It ended the start with a bare "InvalidFile.", before a window where one could reset came up again.
+TEST(Start, TellsAnIndexThatNoPasswordOpensAndAsksOn) {
+    World world;
+    world.create();
+    world.stop();
+    const std::string path = world.data("Backup Files/Database Index");
+    const std::string index = readWholeFile(path);
+    const std::string sealed = readWholeFile(world.databasePath());
+    for (const std::string& damaged : {index + "x", index.substr(0, index.size() - 1), std::string("x")}) {
+        writeWholeFile(path, damaged);
+        world.password.asked = 0;
+        EXPECT_EQ(world.start(), StartResult::PasswordRefused);
+        EXPECT_EQ(world.password.asked, 2);
+        EXPECT_TRUE(world.password.wasDamaged);
+        EXPECT_NE(world.machine.ui.transcript().find(path + " has been damaged: no password opens it."),
+                  std::string::npos);
+        EXPECT_EQ(readWholeFile(path), damaged);
+        EXPECT_EQ(readWholeFile(world.databasePath()), sealed);
+    }
+    writeWholeFile(path, index);
+    EXPECT_EQ(world.start(), StartResult::Ready);
+    EXPECT_EQ(world.open(), store::OpenResult::Opened);
+    world.stop();
+    writeWholeFile(path, index + "x");
+    world.machine.ui.answers = {true};
+    world.password.resets = true;
+    world.password.password = "a new one";
+    EXPECT_EQ(world.start(), StartResult::Ready);
+    EXPECT_EQ(fs::file_size(path), 0U);
+    EXPECT_EQ(readWholeFile(world.databasePath()), sealed);
+}
+
+/// An installation where the moves of a change of the password were committed and could not all be carried
+/// out: the index among them, and one whose place is taken.
+class ResetAfterHalfACommit : public testing::Test {
+  protected:
+    ResetAfterHalfACommit() {
+        world.create();
+        fs::create_directories(taken + "/in the way");  // no file can be renamed over it
+        std::vector<std::pair<crypto::TemporaryFile, std::string>> moves;
+        for (const std::string& target : {taken, index}) {
+            auto file = world.vault().working.createSealed(target, "123456789n");
+            file.file().write(base::bytesOf(readWholeFile(index)));
+            moves.emplace_back(std::move(file), target);
+        }
+        EXPECT_THROW(world.vault().working.commitMoves(std::move(moves)), crypto::MovesPending);
+        EXPECT_TRUE(
+            world.vault().working.noteDeletion(world.databasePath("gone"), world.databasePath(), true));
+        world.stop();
+        world.machine.ui.answers = {true};
+        world.password.password = "a new one";
+    }
+
+    void expectBegunAnew() {
+        fs::remove_all(taken);
+        ASSERT_EQ(world.start(), StartResult::Ready);
+        EXPECT_EQ(fs::file_size(index), 0U);
+        EXPECT_TRUE(fs::exists(world.databasePath()));
+        EXPECT_FALSE(fs::exists(taken));
+        EXPECT_TRUE(world.leftovers().empty());
+        EXPECT_TRUE(world.create("new"));
+        EXPECT_EQ(world.start(), StartResult::Ready);
+        EXPECT_EQ(world.open("new"), store::OpenResult::Opened);
+        EXPECT_EQ(fs::file_size(world.data("Working Copies")), 0U);
+    }
+
+    World world;
+    std::string taken = world.path("taken");
+    std::string index = world.data("Backup Files/Database Index");
+};
+
+// The next start put the old index in the place of the emptied one, and refused the new password.
+TEST_F(ResetAfterHalfACommit, IsNotUndoneByTheNextStart) {
+    settings::Configuration configuration(world.platform.settings, world.platform.ui);
+    {
+        crypto::WorkingFiles working(world.platform.files, core::journalPath(world.data("")),
+                                     world.platform.paths);
+        ASSERT_TRUE(core::reset(world.platform, configuration, working));
+    }
+    expectBegunAnew();
+}
+
+TEST_F(ResetAfterHalfACommit, IsNotUndoneByTheRunThatAskedForThePassword) {
+    world.password.resets = true;
+    ASSERT_EQ(world.start(), StartResult::Ready);
+    world.password.resets = false;
+    fs::remove_all(taken);
+    EXPECT_TRUE(world.create("at once"));  // whatever is pending is carried on first
+    EXPECT_FALSE(fs::exists(taken));
+    EXPECT_EQ(store::DatabaseIndex(world.vault()).records().size(), 1U);
+    EXPECT_TRUE(world.leftovers().empty());
+}
+
 TEST(Reset, EmptiesIndexScheduleAndLogsAfterAsking) {
     World world;
     world.write("a", "one");
@@ -136,12 +229,12 @@ TEST(Reset, EmptiesIndexScheduleAndLogsAfterAsking) {
         .opened(world.databasePath(), store::DatabaseIndex(world.vault()));
     const auto recent = [&] { return world.configuration().stored("Recent File List\\File1").value_or(""); };
     settings::Configuration configuration(world.platform.settings, world.platform.ui);
-    EXPECT_FALSE(core::reset(world.platform, configuration));
+    EXPECT_FALSE(core::reset(world.platform, configuration, world.vault().working));
     EXPECT_GT(fs::file_size(world.data("Backup Files/Database Index")), 0U);
     EXPECT_NE(recent(), "");
     fs::remove(world.data("Checking Schedule/Database Checking Schedule"));
     world.machine.ui.answers = {true};
-    EXPECT_TRUE(core::reset(world.platform, configuration));
+    EXPECT_TRUE(core::reset(world.platform, configuration, world.vault().working));
     EXPECT_EQ(fs::file_size(world.data("Backup Files/Database Index")), 0U);
     EXPECT_EQ(fs::file_size(world.data("Checking Schedule/Scheduled Checking Log File")), 0U);
     EXPECT_EQ(fs::file_size(world.data("Checking Schedule/Database Checking Schedule")), 0U);

@@ -174,6 +174,29 @@ TEST_F(WorkingFilesTest, CarryCommittedMovesOnOnceTheirPlaceIsBack) {
     EXPECT_EQ(fs::file_size(journal), 0U);
 }
 
+TEST_F(WorkingFilesTest, DropWhatWasBegunWhateverTheJournalEndsWith) {
+    for (const char* torn : {"", "a line that was not fini"}) {
+        auto plain = run->createPlain(machine.folder / "db", ".plain");
+        auto moves = newPair();
+        fs::remove(machine.folder / "two");
+        fs::create_directories(machine.folder / "two/in the way");
+        EXPECT_THROW(run->commitMoves(std::move(moves)), crypto::MovesPending);
+        auto save = run->createSave(machine.folder / "saved");
+        plain.abandon();
+        save.abandon();
+        run.reset();
+        machine.folder.write("journal", machine.folder.read("journal") + torn);
+        run = std::make_unique<crypto::WorkingFiles>(machine.files, journal, machine.platform.paths);
+        run->dropPending();
+        fs::remove_all(machine.folder / "two");
+        killAndRestart();
+        EXPECT_TRUE(run->pendingSaves().empty());
+        EXPECT_FALSE(machine.folder.has("two") || machine.folder.has("two.new"));
+        EXPECT_FALSE(machine.folder.has("db.plain") || fs::exists(save.path()));
+        EXPECT_EQ(fs::file_size(journal), 0U);
+    }
+}
+
 // A restored file that must not be written any more could not be opened again for its wiping.
 TEST_F(WorkingFilesTest, AreWipedThoughTheyCannotBeOpenedAgain) {
     {

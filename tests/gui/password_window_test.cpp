@@ -28,7 +28,7 @@ class PasswordStage : public testing::Test {
             stars = field.text().toStdString();
             QTest::keyClick(&field, Qt::Key_Return);
         });
-        const auto password = prompt.show(false, false);
+        const auto password = prompt.show({});
         return password ? std::string(password->view()) : "left";
     }
 
@@ -85,7 +85,7 @@ TEST_F(PasswordStage, SaysOnlyAtTheFirstStartThatAnyPasswordDoes) {
             EXPECT_EQ(topic, "passwordscreen");
             find<QPushButton>(front, "exitButton").click();
         });
-        EXPECT_FALSE(prompt.show(choosing, again).has_value());
+        EXPECT_FALSE(prompt.show({choosing, again}).has_value());
         return said;
     };
     EXPECT_TRUE(isSaid(true, false));
@@ -99,7 +99,7 @@ TEST_F(PasswordStage, TakesNoPasswordForAChosenOneOnlyWhereTheUserMeansIt) {
         EXPECT_TRUE(front.isVisible());
         QTest::keyClick(&find<QLineEdit>(front, "passwordEdit"), Qt::Key_Return);
     });
-    EXPECT_EQ(prompt.show(true, false)->view(), "");
+    EXPECT_EQ(prompt.show({.choosing = true})->view(), "");
     EXPECT_EQ(world.machine.ui.questions.size(), 2U);
 }
 

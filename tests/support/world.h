@@ -43,15 +43,19 @@ class OnePassword : public core::PasswordDialog {
     std::string password = "open sesame";
     int asked = 0;
     bool wasChoosing = false;
+    bool wasDamaged = false;
+    bool resets = false;  // before the password is given
     /// Given where the first one is refused; none while it is empty.
     std::string other;
 
-    std::optional<crypto::SecretText> show(bool choosing, bool again) override {
+    std::optional<crypto::SecretText> show(const core::PasswordQuestion& question) override {
         ++asked;
-        wasChoosing = choosing;
-        if (again && (other.empty() || wasOtherGiven_)) return std::nullopt;
-        wasOtherGiven_ = again;
-        return crypto::SecretText(again ? other : password);
+        wasChoosing = question.choosing;
+        wasDamaged = question.damaged;
+        if (resets) question.reset();
+        if (question.again && (other.empty() || wasOtherGiven_)) return std::nullopt;
+        wasOtherGiven_ = question.again;
+        return crypto::SecretText(question.again ? other : password);
     }
 
   private:

@@ -5,10 +5,8 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
-#include "core/installation.h"
 #include "gui/dialogs/masked_edit.h"
 #include "gui/support/icons.h"
-#include "settings/configuration.h"
 
 namespace corvalence::gui {
 
@@ -113,18 +111,18 @@ void PasswordWindow::accept() {
 
 void PasswordWindow::reset() {
     try {
-        settings::Configuration configuration(platform_.settings, platform_.ui);
-        if (core::reset(platform_, configuration)) prepare(true);
+        if (onReset && onReset()) prepare(true);
     } catch (const base::FileFailure& failure) {
         platform_.ui.message(platform::Icon::Stop, failure.what());
     }
     password_->setFocus();
 }
 
-std::optional<crypto::SecretText> PasswordPrompt::show(bool choosing, bool) {
-    window_.prepare(choosing);
+std::optional<crypto::SecretText> PasswordPrompt::show(const core::PasswordQuestion& question) {
+    window_.onReset = question.reset;
+    window_.prepare(question.choosing);
     if (window_.exec() != QDialog::Accepted) {
-        window_.prepare(choosing);  // what was typed is not kept
+        window_.prepare(question.choosing);  // what was typed is not kept
         return std::nullopt;
     }
     return window_.takePassword();

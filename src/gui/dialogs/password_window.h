@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QDialog>
+#include <functional>
 
 #include "core/password_stage.h"
 #include "gui/support/help.h"
@@ -20,6 +21,8 @@ class PasswordWindow : public QDialog {
 
     /// Empties the field. `choosing`: the password given now is the one of this installation.
     void prepare(bool choosing);
+    /// What the reset button does: false where the user said no. Throws base::FileFailure.
+    std::function<bool()> onReset;
     /// What was entered; the field is empty afterwards.
     crypto::SecretText takePassword();
 
@@ -42,7 +45,7 @@ class PasswordWindow : public QDialog {
 class PasswordPrompt : public core::PasswordDialog {
   public:
     explicit PasswordPrompt(PasswordWindow& window) : window_(window) {}
-    std::optional<crypto::SecretText> show(bool choosing, bool again) override;
+    std::optional<crypto::SecretText> show(const core::PasswordQuestion& question) override;
 
   private:
     PasswordWindow& window_;
