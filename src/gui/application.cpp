@@ -67,6 +67,7 @@ bool Application::start() {
 /// never becomes a new beginning unnoticed.
 bool Application::makeInstallation() {
     if (core::isInstalled(platform_)) return true;
+    if (core::Run::proveAdministrator(platform_) != core::StartResult::Ready) return false;
     const std::string question =
         "There is no installation of Corvalence for this user yet.\n\nMake one in " + host_.dataRoot + " ?";
     if (!ui_.ask(platform::Icon::Information, question, false)) return false;

@@ -157,6 +157,19 @@ class Program : public testing::Test {
     std::unique_ptr<Answer> report;
 };
 
+// It asked where to make an installation, and refused only then.
+TEST_F(Program, RefusesWhoIsNoAdministratorBeforeItAsksForAnInstallation) {
+    world.machine.settings.texts.clear();
+    host.dataRoot = world.data("") + "elsewhere/";
+    world.process.isOne = false;
+    Application refused(host, false);
+    std::string told;
+    const Answer read(QMessageBox::Ok, &told);
+    EXPECT_FALSE(refused.start());
+    EXPECT_THAT(told, HasSubstr("Administrator account"));
+    EXPECT_FALSE(std::filesystem::exists(host.dataRoot));
+}
+
 TEST_F(Program, ChangesThePasswordUnderAnOpenDatabaseOrLeavesAllAsItWas) {
     start();
     createDatabase("docs");
