@@ -30,7 +30,7 @@ RegistryCheck::RegistryCheck(store::Vault& vault, const Machine& machine, const 
 
 bool RegistryCheck::compare(platform::Progress& progress, reports::ReportSink& report) {
     lines_ = readRegistry(vault_, baseline_, &progress);
-    RegistryWalk walk(machine_.registry, progress);
+    RegistryWalk walk(machine_.registry, vault_.platform.ui, progress);
     const std::size_t total = std::max<std::size_t>(lines_.size(), 1);
     const bool isWhole = walk.run([&](const RegistryRecord& live) {
         compareValue(live, progress);

@@ -13,7 +13,7 @@ std::vector<Count> valueCount(std::uint64_t count) {
 }  // namespace
 
 bool RegistryCreation::fill(const std::string&, store::NewFiles& files, platform::Progress& progress) {
-    RegistryWalk walk(machine_.registry, progress);
+    RegistryWalk walk(machine_.registry, vault_.platform.ui, progress);
     std::string line;
     const bool isWhole = walk.run([&](const RegistryRecord& record) {
         line.assign(record.name).append(1, base::kSeparator).append(record.rest);

@@ -9,13 +9,14 @@ namespace corvalence::components {
 /// Records every value of the registry.
 class RegistryCreation : public ComponentCreation {
   public:
-    RegistryCreation(store::Vault&, const Machine& machine) : machine_(machine) {}
+    RegistryCreation(store::Vault& vault, const Machine& machine) : vault_(vault), machine_(machine) {}
 
     bool fill(const std::string& database, store::NewFiles& files, platform::Progress& progress) override;
     std::vector<Count> counts() const override;
     std::vector<Remark> remarks() const override { return remarks_; }
 
   private:
+    store::Vault& vault_;
     const Machine& machine_;
     std::uint64_t values_ = 0;
     std::vector<Remark> remarks_;

@@ -33,6 +33,10 @@ constexpr std::array<TypeRow, 12> kTypes = {{
     {"REG_QWORD", Form::LargeNumber},
 }};
 
+constexpr std::size_t kMultiText = 7;
+static_assert(kTypes[kMultiText].name == "REG_MULTI_SZ");
+constexpr std::size_t kVeryLarge = 200'000;
+
 constexpr std::string_view kUnknown = "Unrecognised Data";
 constexpr std::string_view kDigits = "0123456789abcdef";
 constexpr std::size_t kBytesWidth = 3;
@@ -113,6 +117,10 @@ std::optional<std::string> renderRegistryValue(const platform::RegistryValue& va
         value.isProtected && !value.data.empty() ? digestText(value) : dataText(type.form, value);
     if (text.empty()) return std::string(kEmptyKey);
     return std::string(type.name) + base::kSeparator + text;
+}
+
+bool isVeryLarge(const platform::RegistryValue& value) noexcept {
+    return value.isReadable && value.type == kMultiText && value.data.size() > kVeryLarge;
 }
 
 bool beginsRegistryRecord(std::string_view line) noexcept {

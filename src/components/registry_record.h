@@ -16,6 +16,9 @@ inline constexpr std::size_t kRegistryLineLimit = 1'000'000;
 /// may hold line breaks keeps them, as CR LF. Nothing where the text would be longer than a record may be.
 std::optional<std::string> renderRegistryValue(const platform::RegistryValue& value);
 
+/// Whether it is a list of texts of a size that the user is asked to be patient with.
+bool isVeryLarge(const platform::RegistryValue& value) noexcept;
+
 /// In the place of a value: a key without values, and one that cannot be opened.
 inline constexpr std::string_view kEmptyKey = "REG_SZ\x7F ";
 inline constexpr std::string_view kUndefinedKey = "Undefined\x7FUndefined";

@@ -61,7 +61,7 @@ bool RegistryWalk::visitValues(platform::RegistryKeyReader& key, const std::stri
     for (; key.nextValue(value_); isEmpty = false) {
         if (progress_.cancelled()) return false;
         const std::string full = name + "\\" + value_.name;
-        const auto rest = renderRegistryValue(value_);
+        const auto rest = render();
         if (!rest || !canBeRecorded(full) || full.size() + rest->size() + 1 + kLineEnd > kRegistryLineLimit) {
             refuse(full);
         } else if (!hand({full, *rest, value_.name.empty()}, visit)) {
@@ -69,6 +69,15 @@ bool RegistryWalk::visitValues(platform::RegistryKeyReader& key, const std::stri
         }
     }
     return !isEmpty || hand({name, kEmptyKey}, visit);
+}
+
+/// The value in hand; one that may take a while is told while it does.
+std::optional<std::string> RegistryWalk::render() {
+    const bool isLarge = isVeryLarge(value_);
+    if (isLarge) ui_.status(0, "Please wait. - Very large registry value.");
+    auto rest = renderRegistryValue(value_);
+    if (isLarge) ui_.status(0, "");
+    return rest;
 }
 
 bool RegistryWalk::hand(const RegistryRecord& record, const Visit& visit) {

@@ -24,8 +24,9 @@ class RegistryWalk {
     /// Answers false to end the walk.
     using Visit = std::function<bool(const RegistryRecord& record)>;
 
-    RegistryWalk(platform::SystemRegistry& registry, platform::Progress& progress)
-        : registry_(registry), progress_(progress) {}
+    RegistryWalk(platform::SystemRegistry& registry, platform::UserInterface& ui,
+                 platform::Progress& progress)
+        : registry_(registry), ui_(ui), progress_(progress) {}
 
     /// False where the user cancelled, or the visitor ended the walk.
     bool run(const Visit& visit);
@@ -38,9 +39,11 @@ class RegistryWalk {
     bool walkKey(const platform::RegistryRootName& root, const std::string& path, const Visit& visit);
     bool visitValues(platform::RegistryKeyReader& key, const std::string& name, const Visit& visit);
     bool hand(const RegistryRecord& record, const Visit& visit);
+    std::optional<std::string> render();
     void refuse(const std::string& name);
 
     platform::SystemRegistry& registry_;
+    platform::UserInterface& ui_;
     platform::Progress& progress_;
     platform::RegistryValue value_;
     std::uint64_t records_ = 0;
