@@ -6,6 +6,7 @@
 #include <unordered_set>
 
 #include "base/record_text.h"
+#include "components/cancellable_sort.h"
 #include "components/running_total.h"
 
 namespace corvalence::components {
@@ -53,8 +54,8 @@ class DirectoryCheck::Visitor : public WalkVisitor {
         return !progress_.cancelled();
     }
     bool endRoot(std::size_t root) override {
-        check_.compareFolders(root, folders_);
-        return scan_.scanFolders(check_.plan_.roots[root], folders_, check_.isComplete_, compareStream_,
+        return check_.compareFolders(root, folders_) &&
+               scan_.scanFolders(check_.plan_.roots[root], folders_, check_.isComplete_, compareStream_,
                                  [this] { return !progress_.cancelled(); });
     }
 
@@ -78,50 +79,62 @@ DirectoryCheck::DirectoryCheck(store::Vault& vault, const Machine& machine, cons
       plan_(planWalk(vault)) {}
 
 bool DirectoryCheck::compare(platform::Progress& progress, reports::ReportSink& report) {
-    platform::Platform& system = vault_.platform;
-    load(progress);
+    progress_ = &progress;
+    if (!load()) return false;
+    // What a later pass may take back is told once it has; anything else as it is found.
+    const bool dropsPairs = hasLooseOrder();
+    if (!dropsPairs) findings_.tellTo(report);
     const OwnNames own(vault_);
     DriveWalk walk(vault_, plan_, own);
     StreamScan scan(machine_.streams, walk.account());
     Visitor visitor(*this, scan, progress);
-    if (!walk.run(visitor)) {
-        // No report is kept of it, but a log tells what was found.
-        findings_.write(report);
+    if (!walk.run(visitor) || !finish(dropsPairs)) {
+        if (report.isLasting()) findings_.write(report, [] { return true; });
         return false;
-    }
-    endFiles();
-    system.ui.status(0, "Checking For Alternate Data Stream Differences...");
-    endStreams();
-    system.ui.status(0, "Checking For Files Created Then Moved To Recycle Bin Between Database Checks...");
-    findRecycled();
-    const std::string root =
-        system.volumes.rootOf(vault_.configuration.folder(settings::key::kInstallDirectory));
-    if (!system.volumes.keepsAccessLists(root)) {
-        system.ui.status(0, "Adjusting For FAT32 Files...");
-        findings_.dropPairs();
     }
     walkRemarks_ = remarksOf(walk.account());
     addRemarks(walkRemarks_, scan);
-    findings_.write(report);
-    return !progress.cancelled();
+    return findings_.write(report, [this] { return goesOn(); }) && goesOn();
 }
 
-void DirectoryCheck::load(platform::Progress& progress) {
-    progress_ = &progress;
+/// Whether the volume may list its entries in another order each time.
+bool DirectoryCheck::hasLooseOrder() const {
+    platform::Volumes& volumes = vault_.platform.volumes;
+    return !volumes.keepsAccessLists(
+        volumes.rootOf(vault_.configuration.folder(settings::key::kInstallDirectory)));
+}
+
+bool DirectoryCheck::finish(bool dropsPairs) {
+    platform::UserInterface& ui = vault_.platform.ui;
+    if (!endFiles()) return false;
+    ui.status(0, "Checking For Alternate Data Stream Differences...");
+    if (!endStreams()) return false;
+    ui.status(0, "Checking For Files Created Then Moved To Recycle Bin Between Database Checks...");
+    if (!findRecycled()) return false;
+    if (!dropsPairs) return true;
+    ui.status(0, "Adjusting For FAT32 Files...");
+    return findings_.dropPairs(*progress_);
+}
+
+bool DirectoryCheck::load() {
     lines_ = DirectoryBaseline(vault_, baseline_, progress_);
     streamMet_.assign(lines_.streams.size(), false);
     foldersByRoot_.resize(plan_.roots.size());
     for (std::size_t line = 0; line < lines_.folders.size(); ++line) {
+        if (!goesOn()) return false;
         if (const auto root = plan_.rootOf(lines_.folders[line], vault_.platform.paths)) {
             foldersByRoot_[*root].push_back(line);
         } else {
             ++uncompared_.elsewhere;
         }
     }
+    return goesOn();
 }
 
 const RecycledPaths& DirectoryCheck::recycled() {
-    if (!recycled_) recycled_.emplace(machine_.recycleBin, plan_, vault_.platform.paths, isComplete_);
+    if (!recycled_) {
+        recycled_.emplace(machine_.recycleBin, plan_, vault_.platform.paths, isComplete_, *progress_);
+    }
     return *recycled_;
 }
 
@@ -145,8 +158,7 @@ void DirectoryCheck::compareFile(const std::string& path) {
             if (!progress_->cancelled()) addNew(DirectoryChange::FileAdded, path);
             return;
         }
-        for (; nextFile_ < *found; ++nextFile_)
-            missFile(lines_.files[nextFile_]);
+        if (!missFilesTo(*found)) return;
     }
     if (lines_.files[nextFile_].size() != path.size()) ++uncompared_.byBeginning;
     ++nextFile_;
@@ -156,48 +168,57 @@ void DirectoryCheck::missFile(std::string_view line) {
     findings_.add(recycled().has(line) ? DirectoryChange::FileRecycled : DirectoryChange::FileRemoved, line);
 }
 
-void DirectoryCheck::endFiles() {
-    if (!isComplete_) {
-        uncompared_.leftOver = lines_.files.size() - nextFile_;
-        return;
-    }
-    for (; nextFile_ < lines_.files.size(); ++nextFile_)
+bool DirectoryCheck::missFilesTo(std::size_t line) {
+    for (; nextFile_ < line; ++nextFile_) {
+        if (!goesOn()) return false;
         missFile(lines_.files[nextFile_]);
+    }
+    return true;
 }
 
-void DirectoryCheck::compareFolders(std::size_t root, const PathList& live) {
+bool DirectoryCheck::endFiles() {
+    if (isComplete_) return missFilesTo(lines_.files.size());
+    uncompared_.leftOver = lines_.files.size() - nextFile_;
+    return true;
+}
+
+bool DirectoryCheck::compareFolders(std::size_t root, const PathList& live) {
     const std::vector<std::size_t>& lines = foldersByRoot_[root];
     bool isEqual = lines.size() == live.size();
     for (std::size_t at = 0; isEqual && at < lines.size(); ++at)
         isEqual = lines_.folders[lines[at]] == live[at];
-    if (isEqual) return;
-    findMissingFolders(lines, live);
-    findNewFolders(lines, live);
+    return isEqual || (findMissingFolders(lines, live) && findNewFolders(lines, live));
 }
 
-void DirectoryCheck::findMissingFolders(const std::vector<std::size_t>& lines, const PathList& live) {
+bool DirectoryCheck::findMissingFolders(const std::vector<std::size_t>& lines, const PathList& live) {
     std::unordered_set<std::string_view> present;
-    for (std::size_t at = 0; at < live.size(); ++at)
+    for (std::size_t at = 0; at < live.size(); ++at) {
+        if (!goesOn()) return false;
         present.insert(live[at]);
+    }
     for (const std::size_t line : lines) {
+        if (!goesOn()) return false;
         if (present.contains(lines_.folders[line])) continue;
         const bool isRecycled = recycled().has(lines_.folders[line]);
         findings_.add(isRecycled ? DirectoryChange::FolderRecycled : DirectoryChange::FolderRemoved,
                       lines_.folders[line]);
     }
+    return true;
 }
 
-void DirectoryCheck::findNewFolders(const std::vector<std::size_t>& lines, const PathList& live) {
+bool DirectoryCheck::findNewFolders(const std::vector<std::size_t>& lines, const PathList& live) {
     std::vector<std::string_view> sorted;
     for (const std::size_t line : lines)
         sorted.push_back(lines_.folders[line]);
-    std::sort(sorted.begin(), sorted.end());
+    if (!sortUnlessCancelled(sorted.begin(), sorted.end(), std::less<>(), *progress_)) return false;
     for (std::size_t at = 0; at < live.size(); ++at) {
+        if (!goesOn()) return false;
         const auto found = std::lower_bound(sorted.begin(), sorted.end(), live[at]);
         const bool isListed =
             found != sorted.end() && (isComplete_ ? *found == live[at] : found->starts_with(live[at]));
         if (!isListed) addNew(DirectoryChange::FolderAdded, live[at]);
     }
+    return true;
 }
 
 void DirectoryCheck::compareStream(const std::string& entry) {
@@ -216,25 +237,32 @@ void DirectoryCheck::compareStream(const std::string& entry) {
     }
 }
 
-void DirectoryCheck::endStreams() {
+bool DirectoryCheck::endStreams() {
     for (std::size_t line = 0; line < lines_.streams.size(); ++line) {
+        if (!goesOn()) return false;
         if (!streamMet_[line])
             findings_.add(DirectoryChange::StreamRemoved, streamPath(lines_.streams[line]));
     }
-    for (std::size_t at = 0; at < newStreams_.size(); ++at)
+    for (std::size_t at = 0; at < newStreams_.size(); ++at) {
+        if (!goesOn()) return false;
         findings_.add(DirectoryChange::StreamAdded, streamPath(newStreams_[at]));
+    }
+    return true;
 }
 
-void DirectoryCheck::findRecycled() {
+bool DirectoryCheck::findRecycled() {
     std::unordered_set<std::string_view> before;
-    for (std::size_t line = 0; line < lines_.recycled.size(); ++line)
+    for (std::size_t line = 0; line < lines_.recycled.size(); ++line) {
+        if (!goesOn()) return false;
         before.insert(lines_.recycled[line]);
+    }
     std::vector<std::size_t> sorted(findings_.size());
     std::iota(sorted.begin(), sorted.end(), std::size_t{0});
-    std::sort(sorted.begin(), sorted.end(),
-              [&](std::size_t a, std::size_t b) { return findings_.path(a) < findings_.path(b); });
+    const auto less = [&](std::size_t a, std::size_t b) { return findings_.path(a) < findings_.path(b); };
+    if (!sortUnlessCancelled(sorted.begin(), sorted.end(), less, *progress_)) return false;
     std::set<std::string_view> told;  // here, one behind the other
     for (const platform::RecycledItem& item : recycled().items()) {
+        if (!goesOn()) return false;
         const std::string& path = item.originalPath;
         if (!isComponentPath(path) || before.contains(path) || told.contains(path) ||
             isReported(sorted, path)) {
@@ -245,6 +273,7 @@ void DirectoryCheck::findRecycled() {
                       path);
         told.insert(path);
     }
+    return true;
 }
 
 bool DirectoryCheck::isReported(const std::vector<std::size_t>& sorted, std::string_view path) const {

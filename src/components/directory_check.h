@@ -34,17 +34,25 @@ class DirectoryCheck : public ComponentCheck {
         std::uint64_t elsewhere = 0;  // folders below no root
     };
 
-    void load(platform::Progress& progress);
+    bool goesOn() const { return !progress_->cancelled(); }
+    bool hasLooseOrder() const;
+
+    // Each asks for every line whether the user wants the work to stop, and is false where that is so.
+
+    bool load();
+    bool missFilesTo(std::size_t line);
+    bool compareFolders(std::size_t root, const PathList& live);
+    bool findMissingFolders(const std::vector<std::size_t>& lines, const PathList& live);
+    bool findNewFolders(const std::vector<std::size_t>& lines, const PathList& live);
+    bool finish(bool dropsPairs);
+    bool endFiles();
+    bool endStreams();
+    bool findRecycled();
+
     void compareFile(const std::string& path);
     void missFile(std::string_view line);
     void addNew(DirectoryChange change, std::string_view path);
-    void compareFolders(std::size_t root, const PathList& live);
-    void findMissingFolders(const std::vector<std::size_t>& lines, const PathList& live);
-    void findNewFolders(const std::vector<std::size_t>& lines, const PathList& live);
     void compareStream(const std::string& entry);
-    void endFiles();
-    void endStreams();
-    void findRecycled();
     bool isReported(const std::vector<std::size_t>& sorted, std::string_view path) const;
     const RecycledPaths& recycled();
 

@@ -35,8 +35,10 @@ class DirectoryCreation::Visitor : public WalkVisitor {
     }
     bool endRoot(std::size_t root) override {
         totals_.folders += folders_.size();
-        for (std::size_t at = 0; at < folders_.size(); ++at)
+        for (std::size_t at = 0; at < folders_.size(); ++at) {
+            if (progress_.cancelled()) return false;
             files_.write(directory_file::kFolders, folders_[at]);
+        }
         return scan_.scanFolders(plan_.roots[root], folders_, isComplete_, writeStream_,
                                  [this] { return !progress_.cancelled(); });
     }
@@ -65,15 +67,17 @@ bool DirectoryCreation::fill(const std::string& database, store::NewFiles& files
     if (!walk.run(visitor)) return false;
     remarks_ = remarksOf(walk.account());
     addRemarks(remarks_, scan);
-    listRecycled(plan, files);
+    listRecycled(plan, files, progress);
     return !progress.cancelled();
 }
 
-void DirectoryCreation::listRecycled(const WalkPlan& plan, store::NewFiles& files) {
-    const RecycledPaths recycled(machine_.recycleBin, plan, vault_.platform.paths, false);
+void DirectoryCreation::listRecycled(const WalkPlan& plan, store::NewFiles& files,
+                                     platform::Progress& progress) {
+    const RecycledPaths recycled(machine_.recycleBin, plan, vault_.platform.paths, false, progress);
     Remark refused{
         "recycled_refused", 0, " items of the Recycle Bin refused: no record can hold them.", {}, true};
     for (const platform::RecycledItem& item : recycled.items()) {
+        if (progress.cancelled()) return;
         if (!isComponentPath(item.originalPath)) {
             ++refused.count;
             continue;

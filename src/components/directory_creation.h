@@ -18,7 +18,7 @@ class DirectoryCreation : public ComponentCreation {
   private:
     class Visitor;
 
-    void listRecycled(const WalkPlan& plan, store::NewFiles& files);
+    void listRecycled(const WalkPlan& plan, store::NewFiles& files, platform::Progress& progress);
 
     store::Vault& vault_;
     const Machine& machine_;

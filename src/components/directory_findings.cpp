@@ -22,9 +22,14 @@ void DirectoryFindings::add(DirectoryChange change, std::string_view path) {
     paths_.add(path);
     changes_.push_back(change);
     ++counts_[static_cast<std::size_t>(change)];
+    if (report_ != nullptr) tell(*report_, size() - 1);
 }
 
-void DirectoryFindings::dropPairs() {
+void DirectoryFindings::tell(reports::ReportSink& report, std::size_t at) const {
+    report.add({paths_[at], directoryCode(changes_[at]).code});
+}
+
+bool DirectoryFindings::dropPairs(platform::Progress& progress) {
     struct Pair {
         std::uint64_t added = 0;
         std::uint64_t removed = 0;
@@ -37,11 +42,13 @@ void DirectoryFindings::dropPairs() {
     };
     const auto letterOf = [this](std::size_t at) { return directoryCode(changes_[at]).code.back(); };
     for (std::size_t at = 0; at < size(); ++at) {
+        if (progress.cancelled()) return false;
         if (letterOf(at) == 'A') ++pairs[keyOf(at)].added;
         if (letterOf(at) == 'R') ++pairs[keyOf(at)].removed;
     }
     dropped_.assign(size(), false);
     for (std::size_t at = 0; at < size(); ++at) {
+        if (progress.cancelled()) return false;
         const char letter = letterOf(at);
         if (letter != 'A' && letter != 'R') continue;
         const Pair& pair = pairs[keyOf(at)];
@@ -50,6 +57,7 @@ void DirectoryFindings::dropPairs() {
         dropped_[at] = matches > 0;
         count -= std::min(count, matches);
     }
+    return true;
 }
 
 std::vector<Count> DirectoryFindings::counts() const {
@@ -59,10 +67,13 @@ std::vector<Count> DirectoryFindings::counts() const {
     return counts;
 }
 
-void DirectoryFindings::write(reports::ReportSink& report) const {
+bool DirectoryFindings::write(reports::ReportSink& report, const std::function<bool()>& goesOn) const {
+    if (report_ != nullptr) return true;
     for (std::size_t at = 0; at < size(); ++at) {
-        if (dropped_.empty() || !dropped_[at]) report.add({paths_[at], directoryCode(changes_[at]).code});
+        if (!goesOn()) return false;
+        if (dropped_.empty() || !dropped_[at]) tell(report, at);
     }
+    return true;
 }
 
 }  // namespace corvalence::components

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdint>
+#include <functional>
 #include <string_view>
 #include <vector>
 
@@ -21,19 +22,25 @@ bool isInRecycleFolder(std::string_view path) noexcept;
 class DirectoryFindings {
   public:
     void add(DirectoryChange change, std::string_view path);
+    /// From here on each is told as it is added.
+    void tellTo(reports::ReportSink& report) noexcept { report_ = &report; }
 
     std::size_t size() const noexcept { return changes_.size(); }
     std::string_view path(std::size_t at) const noexcept { return paths_[at]; }
     DirectoryChange change(std::size_t at) const noexcept { return changes_[at]; }
 
     /// Drops what was found both removed and added: on a file system that lists its entries in no stable
-    /// order, one that only changed its place.
-    void dropPairs();
+    /// order, one that only changed its place. False where the user cancelled.
+    bool dropPairs(platform::Progress& progress);
 
     std::vector<Count> counts() const;
-    void write(reports::ReportSink& report) const;
+    /// Tells those that were not told as they were added, as long as `goesOn`; whether it came to their end.
+    bool write(reports::ReportSink& report, const std::function<bool()>& goesOn) const;
 
   private:
+    void tell(reports::ReportSink& report, std::size_t at) const;
+
+    reports::ReportSink* report_ = nullptr;
     PathList paths_;
     std::vector<DirectoryChange> changes_;
     std::vector<bool> dropped_;

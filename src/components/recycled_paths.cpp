@@ -5,7 +5,7 @@
 namespace corvalence::components {
 
 RecycledPaths::RecycledPaths(platform::RecycleBin& bin, const WalkPlan& plan, const base::PathRules& paths,
-                             bool whole)
+                             bool whole, platform::Progress& progress)
     : paths_(paths), whole_(whole) {
     try {
         items_ = bin.items();
@@ -13,7 +13,8 @@ RecycledPaths::RecycledPaths(platform::RecycleBin& bin, const WalkPlan& plan, co
         fault_ = files::UnreadableEntry{failure.path(), std::string(failure.reason())};
     }
     std::erase_if(items_, [&](const platform::RecycledItem& item) {
-        return item.originalPath.empty() || (plan.isLimited && !plan.rootOf(item.originalPath, paths));
+        return progress.cancelled() || item.originalPath.empty() ||
+               (plan.isLimited && !plan.rootOf(item.originalPath, paths));
     });
     std::vector<std::string> all;
     for (const platform::RecycledItem& item : items_)

@@ -16,8 +16,10 @@ namespace corvalence::components {
 class RecycledPaths {
   public:
     /// `whole`: a path counts as recycled where it or a folder above it was thrown away; otherwise wherever
-    /// it begins with the path of something that was.
-    RecycledPaths(platform::RecycleBin& bin, const WalkPlan& plan, const base::PathRules& paths, bool whole);
+    /// it begins with the path of something that was. `progress` is asked for every item; not all are known
+    /// where the user wants the work to stop.
+    RecycledPaths(platform::RecycleBin& bin, const WalkPlan& plan, const base::PathRules& paths, bool whole,
+                  platform::Progress& progress);
 
     const std::vector<platform::RecycledItem>& items() const noexcept { return items_; }
     /// By a file's path, or a folder's with a closing separator.

@@ -30,6 +30,7 @@ RegistryCheck::RegistryCheck(store::Vault& vault, const Machine& machine, const 
 
 bool RegistryCheck::compare(platform::Progress& progress, reports::ReportSink& report) {
     lines_ = readRegistry(vault_, baseline_, &progress);
+    if (report.isLasting()) findings_.tellTo(report);
     RegistryWalk walk(machine_.registry, vault_.platform.ui, progress);
     const std::size_t total = std::max<std::size_t>(lines_.size(), 1);
     const bool isWhole = walk.run([&](const RegistryRecord& live) {
@@ -37,17 +38,17 @@ bool RegistryCheck::compare(platform::Progress& progress, reports::ReportSink& r
         progress.bar(static_cast<std::uint32_t>(std::uint64_t{platform::Progress::kSteps} * next_ / total));
         return true;
     });
-    if (!isWhole) {
-        // No report is kept of it, but a log tells what was found.
-        findings_.write(report);
+    if (!isWhole || !endLines(progress) || !verify(progress)) {
+        if (report.isLasting()) findings_.write(report, [] { return true; });
         return false;
     }
-    endLines();
-    vault_.platform.ui.status(0, "Verifying...");
-    findings_.joinMoved();
     walk.addRemarks(walkRemarks_);
-    findings_.write(report);
-    return !progress.cancelled();
+    return findings_.write(report, [&] { return !progress.cancelled(); }) && !progress.cancelled();
+}
+
+bool RegistryCheck::verify(platform::Progress& progress) {
+    vault_.platform.ui.status(0, "Verifying...");
+    return findings_.joinMoved(progress);
 }
 
 bool RegistryCheck::isInStep(std::string_view line, const RegistryRecord& live) const {
@@ -79,25 +80,25 @@ void RegistryCheck::compareValue(const RegistryRecord& live, platform::Progress&
             if (!progress.cancelled()) add();
             return;
         }
-        for (; next_ < *found; ++next_)
-            miss(lines_[next_]);
+        if (!missTo(*found, progress)) return;
     }
     const std::string_view line = lines_[next_++];
     if (nameIn(line) != live.name) ++byBeginning_;
     if (!isEqual(restIn(line), live.rest)) findings_.addChanged(nameIn(line), restIn(line), live.rest);
 }
 
-void RegistryCheck::miss(std::string_view line) {
-    findings_.addRemoved(nameIn(line), restIn(line));
+bool RegistryCheck::missTo(std::size_t line, platform::Progress& progress) {
+    for (; next_ < line; ++next_) {
+        if (progress.cancelled()) return false;
+        findings_.addRemoved(nameIn(lines_[next_]), restIn(lines_[next_]));
+    }
+    return true;
 }
 
-void RegistryCheck::endLines() {
-    if (!isComplete_) {
-        leftOver_ = lines_.size() - next_;
-        return;
-    }
-    for (; next_ < lines_.size(); ++next_)
-        miss(lines_[next_]);
+bool RegistryCheck::endLines(platform::Progress& progress) {
+    if (isComplete_) return missTo(lines_.size(), progress);
+    leftOver_ = lines_.size() - next_;
+    return true;
 }
 
 std::vector<Remark> RegistryCheck::remarks() const {

@@ -25,8 +25,10 @@ class RegistryCheck : public ComponentCheck {
     bool isInStep(std::string_view line, const RegistryRecord& live) const;
     bool isEqual(std::string_view before, std::string_view now) const;
     std::optional<std::size_t> find(const RegistryRecord& live, platform::Progress& progress);
-    void miss(std::string_view line);
-    void endLines();
+    // Each asks for every line whether the user wants the work to stop, and is false where that is so.
+    bool missTo(std::size_t line, platform::Progress& progress);
+    bool endLines(platform::Progress& progress);
+    bool verify(platform::Progress& progress);
 
     store::Vault& vault_;
     const Machine& machine_;

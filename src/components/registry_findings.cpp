@@ -21,24 +21,44 @@ RegistryFindings::Value valueOf(std::string_view rest) {
 }  // namespace
 
 void RegistryFindings::addNew(std::string_view name, std::string_view identity, std::string_view rest) {
-    findings_.push_back(
-        {RegistryChange::Added, std::string(name), std::string(identity), valueOf(rest), {}, false});
+    add({RegistryChange::Added, std::string(name), std::string(identity), valueOf(rest), {}});
 }
 
 void RegistryFindings::addRemoved(std::string_view name, std::string_view rest) {
-    findings_.push_back(
-        {RegistryChange::Removed, std::string(name), std::string(name), valueOf(rest), {}, false});
+    add({RegistryChange::Removed, std::string(name), std::string(name), valueOf(rest), {}});
 }
 
 void RegistryFindings::addChanged(std::string_view name, std::string_view before, std::string_view now) {
-    findings_.push_back({RegistryChange::Changed, std::string(name), std::string(name), valueOf(before),
-                         valueOf(now), false});
+    add({RegistryChange::Changed, std::string(name), std::string(name), valueOf(before), valueOf(now)});
 }
 
-void RegistryFindings::joinMoved() {
+void RegistryFindings::add(Finding finding) {
+    if (report_ != nullptr) {
+        // One that was removed may yet turn up elsewhere, and an added one may be what turns up.
+        const bool isRemoved = finding.change == RegistryChange::Removed;
+        if (isRemoved) removed_.insert(finding.identity);
+        finding.isTold =
+            !isRemoved && (finding.change == RegistryChange::Changed || !removed_.contains(finding.identity));
+        if (finding.isTold) tell(finding, *report_);
+    }
+    findings_.push_back(std::move(finding));
+}
+
+void RegistryFindings::tell(const Finding& finding, reports::ReportSink& report) {
+    const std::string_view code = registryChange(finding.change).code;
+    if (finding.change == RegistryChange::Changed) {
+        report.add(
+            {finding.name, finding.value.type, finding.value.data, code, finding.now.type, finding.now.data});
+    } else {
+        report.add({finding.name, finding.value.type, finding.value.data, code});
+    }
+}
+
+bool RegistryFindings::joinMoved(platform::Progress& progress) {
     // From the end on: of several added ones the first behind a removed one is its own.
     std::unordered_map<std::string_view, std::vector<Finding*>> added;
     for (auto finding = findings_.rbegin(); finding != findings_.rend(); ++finding) {
+        if (progress.cancelled()) return false;
         if (finding->change == RegistryChange::Added) added[finding->identity].push_back(&*finding);
         if (finding->change != RegistryChange::Removed) continue;
         const auto found = added.find(finding->identity);
@@ -54,6 +74,7 @@ void RegistryFindings::joinMoved() {
         }
     }
     std::erase_if(findings_, [](const Finding& finding) { return finding.isDropped; });
+    return true;
 }
 
 std::vector<Count> RegistryFindings::counts() const {
@@ -68,16 +89,12 @@ std::vector<Count> RegistryFindings::counts() const {
     return counts;
 }
 
-void RegistryFindings::write(reports::ReportSink& report) const {
+bool RegistryFindings::write(reports::ReportSink& report, const std::function<bool()>& goesOn) const {
     for (const Finding& finding : findings_) {
-        const std::string_view code = registryChange(finding.change).code;
-        if (finding.change == RegistryChange::Changed) {
-            report.add({finding.name, finding.value.type, finding.value.data, code, finding.now.type,
-                        finding.now.data});
-        } else {
-            report.add({finding.name, finding.value.type, finding.value.data, code});
-        }
+        if (!goesOn()) return false;
+        if (!finding.isTold && !finding.isDropped) tell(finding, report);
     }
+    return true;
 }
 
 }  // namespace corvalence::components

@@ -2,7 +2,9 @@
 
 #include <array>
 #include <cstdint>
+#include <functional>
 #include <string>
+#include <unordered_set>
 #include <vector>
 
 #include "components/component_check.h"
@@ -27,12 +29,16 @@ class RegistryFindings {
     void addRemoved(std::string_view name, std::string_view rest);
     void addChanged(std::string_view name, std::string_view before, std::string_view now);
 
+    /// From here on each is told as soon as joinMoved() cannot change it any more.
+    void tellTo(reports::ReportSink& report) noexcept { report_ = &report; }
+
     /// Makes one finding of a value that was found removed and, further on, added, as one that only has
-    /// another place: none where it is the same, else a change.
-    void joinMoved();
+    /// another place: none where it is the same, else a change. False where the user cancelled.
+    bool joinMoved(platform::Progress& progress);
 
     std::vector<Count> counts() const;
-    void write(reports::ReportSink& report) const;
+    /// Tells those that were not told yet, as long as `goesOn`; whether it came to their end.
+    bool write(reports::ReportSink& report, const std::function<bool()>& goesOn) const;
 
   private:
     struct Finding {
@@ -42,9 +48,15 @@ class RegistryFindings {
         Value value;
         Value now;  // of a changed one
         bool isDropped = false;
+        bool isTold = false;
     };
 
+    void add(Finding finding);
+    static void tell(const Finding& finding, reports::ReportSink& report);
+
     std::vector<Finding> findings_;
+    reports::ReportSink* report_ = nullptr;
+    std::unordered_set<std::string> removed_;  // identities, while they are told to it
 };
 
 }  // namespace corvalence::components

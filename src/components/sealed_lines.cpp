@@ -5,6 +5,7 @@
 
 #include "base/hex_text.h"
 #include "base/record_text.h"
+#include "components/cancellable_sort.h"
 #include "crypto/sealed_file.h"
 #include "files/database_copy.h"
 
@@ -67,17 +68,9 @@ LineIndex::LineIndex(const SealedLines& lines, bool whole, platform::Progress& p
 }
 
 bool LineIndex::sort(platform::Progress& progress) {
-    constexpr std::size_t kInterval = 1 << 16;  // comparisons: a few milliseconds
-    std::size_t compared = 0;
-    try {
-        std::sort(order_.begin(), order_.end(), [&](std::uint32_t a, std::uint32_t b) {
-            if (++compared % kInterval == 0 && progress.cancelled()) throw Cancelled();
-            return lines_[a] < lines_[b];
-        });
-        return true;
-    } catch (const Cancelled&) {
-        return false;
-    }
+    return sortUnlessCancelled(
+        order_.begin(), order_.end(),
+        [this](std::uint32_t a, std::uint32_t b) { return lines_[a] < lines_[b]; }, progress);
 }
 
 LineIndex::Range LineIndex::rangeOf(std::string_view text) const {

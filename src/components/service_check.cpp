@@ -20,15 +20,17 @@ bool ServiceCheck::compare(platform::Progress& progress, reports::ReportSink& re
     if (!live) return false;
     live_ = *std::move(live);
     report_ = &report;
-    for (std::size_t line = 0; line < lines_.size(); ++line)
+    for (std::size_t line = 0; line < lines_.size(); ++line) {
+        if (progress.cancelled()) return false;
         last_[serviceName(lines_[line])] = line;
+    }
     const std::size_t count = live_.records.size();
     for (std::size_t at = 0; at < count; ++at) {
         if (progress.cancelled()) return false;
         isComplete_ ? compareByName(live_.records[at]) : compareInStep(live_.records[at]);
         progress.bar(static_cast<std::uint32_t>(platform::Progress::kSteps * (at + 1) / count));
     }
-    findRemoved();
+    findRemoved(progress);
     return !progress.cancelled();
 }
 
@@ -68,11 +70,12 @@ void ServiceCheck::compareByName(std::string_view live) {
     }
 }
 
-void ServiceCheck::findRemoved() {
+void ServiceCheck::findRemoved(platform::Progress& progress) {
     std::unordered_set<std::string_view> present;
     for (const std::string& record : live_.records)
         present.insert(serviceName(record));
     for (std::size_t line = 0; line < lines_.size(); ++line) {
+        if (progress.cancelled()) return;
         if (present.contains(serviceName(lines_[line]))) continue;
         add(lines_[line], service_code::kRemoved);
         ++removed_;

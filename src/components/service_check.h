@@ -23,7 +23,7 @@ class ServiceCheck : public ComponentCheck {
     void compareInStep(std::string_view live);
     void compareByName(std::string_view live);
     void displaced(std::string_view live, std::string_view name);
-    void findRemoved();
+    void findRemoved(platform::Progress& progress);
     void add(std::string_view record, std::string_view code);
     void change(std::string_view before, std::string_view now);
 

@@ -43,8 +43,10 @@ bool ServiceCreation::fill(const std::string&, store::NewFiles& files, platform:
     auto live = listServices(machine_.services, progress);
     if (!live) return false;
     live_ = *std::move(live);
-    for (const std::string& record : live_.records)
+    for (const std::string& record : live_.records) {
+        if (progress.cancelled()) return false;
         files.write(0, record);
+    }
     return !progress.cancelled();
 }
 

@@ -28,6 +28,9 @@ class ReportSink {
     void add(std::initializer_list<std::string_view> fields);
     /// Adds a line that is rendered already, without its end.
     virtual void addLine(std::string_view line) = 0;
+    /// Whether a line stays however the check ends, as in a log. It is then told once it is certain, if need
+    /// be before others that were found earlier, and those of a cancelled check are told as well.
+    virtual bool isLasting() const noexcept { return false; }
 };
 
 /// The report that a check writes: sealed as it goes, beside the one of the check before, which it replaces

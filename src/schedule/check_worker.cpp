@@ -152,6 +152,7 @@ class LoggedReport : public reports::ReportSink {
         warning_.raise();
         block_.change(renderer_.text(number_++, line));
     }
+    bool isLasting() const noexcept override { return true; }
 
   private:
     LogBlock& block_;

@@ -36,6 +36,34 @@ BaselineOutcome BaselineWorld::check(const std::string& name) {
     return outcome;
 }
 
+std::vector<std::string> BaselineWorld::toldUntil(std::uint64_t at) {
+    struct Ended {};
+    world.open("base");
+    const auto baseline = components::makeBaselineCheck(world.vault(), machine, kind, store::Form::Standalone,
+                                                        world.context().record);
+    LastingLines log;
+    std::uint64_t questions = 0;
+    world.machine.ui.meanwhile = [&] {
+        if (++questions == at) throw Ended();
+    };
+    try {
+        const auto progress = world.platform.ui.openProgress({});
+        components::compareBaseline(world.vault(), baseline.file, *baseline.check, *progress, log);
+    } catch (const Ended&) {
+        // as by force
+    }
+    world.machine.ui.meanwhile = {};
+    return log.lines;
+}
+
+std::map<std::string, std::uint64_t> BaselineWorld::questionsOfACheck() {
+    std::map<std::string, std::uint64_t> questions;
+    world.machine.ui.meanwhile = [&] { ++questions[world.machine.ui.statuses.back()]; };
+    check();
+    world.machine.ui.meanwhile = {};
+    return questions;
+}
+
 std::vector<std::string> BaselineWorld::report() {
     std::vector<std::string> lines;
     const auto file =

@@ -35,6 +35,10 @@ class BaselineWorld {
     BaselineOutcome create(const std::string& name = "base");
     /// Checks after the proof of its integrity; `opened` is false where that refuses.
     BaselineOutcome check(const std::string& name = "base");
+    /// The lines that a check had told to a log when it was ended at the `at`th question whether to go on.
+    std::vector<std::string> toldUntil(std::uint64_t at);
+    /// How often the last check asked whether to go on, by what the status pane said.
+    std::map<std::string, std::uint64_t> questionsOfACheck();
     /// The lines of the report that the last check left.
     std::vector<std::string> report();
 
@@ -54,6 +58,14 @@ class BaselineWorld {
   private:
     static void take(BaselineOutcome& outcome, const std::vector<components::Count>& counts,
                      const std::vector<components::Remark>& remarks);
+};
+
+/// A log whose lines stay, and which can be ended by force.
+class LastingLines : public reports::ReportSink {
+  public:
+    std::vector<std::string> lines;
+    void addLine(std::string_view line) override { lines.emplace_back(line); }
+    bool isLasting() const noexcept override { return true; }
 };
 
 class NobodyListens : public store::DeletionListener {

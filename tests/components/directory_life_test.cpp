@@ -147,6 +147,42 @@ TEST_F(DirectoryLife, LeavesNothingOfACancelledCreationAndKeepsTheReportOfACheck
     EXPECT_THAT(world.leftovers(world.path("a")), IsEmpty());
 }
 
+// The steps behind the walk went on to their end, however much there was.
+TEST_F(DirectoryLife, AsksForEveryLineOfItsLastStepsWhetherToGoOn) {
+    constexpr std::uint64_t kLines = 200;
+    create();
+    world.set(settings::key::kCompleteWalk, "1");
+    world.machine.volumes.withLists = false;
+    for (std::uint64_t each = 0; each < kLines; ++each)
+        bin.thrownAway.push_back({world.path("thrown" + std::to_string(each)), false});
+    auto questions = questionsOfACheck();
+    EXPECT_EQ(report().size(), kLines);
+    EXPECT_GE(questions["Checking For Files Created Then Moved To Recycle Bin Between Database Checks..."],
+              kLines);
+    EXPECT_GE(questions["Adjusting For FAT32 Files..."], 2 * kLines);  // two passes, and the writing
+}
+
+// A check that was ended by force left nothing but its header in the log.
+TEST_F(DirectoryLife, TellsALogWhatItFindsAsItFindsIt) {
+    create();
+    world.write("a/0new", "x");
+    world.write("b", "x");
+    remove("a/11");
+    const std::vector<std::string> whole = {world.path("a/0new") +
+                                                "\x7F"
+                                                "A\x7F",
+                                            world.path("a/11") + "\x7FR\x7F"};
+    const std::uint64_t before = world.machine.ui.cancelQuestions();
+    EXPECT_EQ(toldUntil(UINT64_MAX), whole);
+    const std::uint64_t questions = world.machine.ui.cancelQuestions() - before;
+    // The walk asks for every file, and comes by eight more.
+    EXPECT_EQ(toldUntil(questions - 8), whole);
+    // What may be taken back is told at the end.
+    world.machine.volumes.withLists = false;
+    EXPECT_THAT(toldUntil(questions - 8), IsEmpty());
+    EXPECT_EQ(toldUntil(UINT64_MAX), whole);
+}
+
 TEST_F(DirectoryLife, IsThereWholeOrNotAtAllWhereverItsCreationFails) {
     world.machine.faults.failAt(UINT64_MAX);
     create("probe");

@@ -208,7 +208,8 @@ TEST(DirectoryFindings, DropWhatWasBothRemovedAndAdded) {
     findings.add(DirectoryChange::StreamRemoved, "/c:s");
     findings.add(DirectoryChange::StreamAdded, "/c:s");
     findings.add(DirectoryChange::FileRemoved, "/d");
-    findings.dropPairs();
+    corvalence::test::ScriptedUserInterface user;
+    EXPECT_TRUE(findings.dropPairs(*user.openProgress({})));
     std::map<std::string_view, std::uint64_t> counts;
     for (const components::Count& count : findings.counts()) {
         if (count.count > 0) counts[count.name] = count.count;

@@ -1,6 +1,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "baseline_world.h"
 #include "components/registry_record.h"
 #include "components/registry_report.h"
@@ -157,6 +159,68 @@ TEST_F(Registry, RefusesNamesAndValuesThatNoRecordHoldsAndGoesOnAtAClosedKey) {
     EXPECT_THAT(lines(), IsEmpty());
     key("Soft\\Shut").isClosed = false;
     EXPECT_THAT(lines(), ElementsAre("C Soft/Shut"));
+}
+
+TEST_F(Registry, AsksForEveryFindingWhetherToGoOn) {
+    constexpr std::uint64_t kValues = 200;
+    create();
+    for (std::uint64_t each = 0; each < kValues; ++each)
+        values("Soft\\One").insert(values("Soft\\One").begin(), textValue(std::to_string(each), "new"));
+    auto questions = questionsOfACheck();
+    EXPECT_EQ(report().size(), kValues);
+    EXPECT_GE(questions["Verifying..."], 2 * kValues);  // with the writing
+}
+
+// A check that was ended by force left nothing but its header in the log.
+TEST_F(Registry, TellsALogWhatIsCertainAsItFindsIt) {
+    create();
+    values("Soft\\One")[1].text = "other";
+    values("Soft\\Two").insert(values("Soft\\Two").begin() + 1, textValue("extra", "new"));
+    std::swap(values("Soft\\Two")[0], values("Soft\\Two")[2]);  // only another place
+    const auto namesOf = [](const std::vector<std::string>& lines) {
+        std::vector<std::string> names;
+        for (const std::string& line : lines)
+            names.push_back(line.substr(line.rfind('\\', line.find('\x7F')) + 1).substr(0, 5));
+        return names;
+    };
+    const auto whole = namesOf(toldUntil(UINT64_MAX));
+    std::uint64_t at = 1;
+    while (namesOf(toldUntil(at)).size() < whole.size())
+        ASSERT_LT(++at, 1000U);
+    // All of it before the walk is at its end.
+    const std::uint64_t before = world.machine.ui.cancelQuestions();
+    toldUntil(UINT64_MAX);
+    EXPECT_LT(at, world.machine.ui.cancelQuestions() - before - whole.size());
+    check();
+    EXPECT_EQ(report().size(), whole.size());
+}
+
+// It never was.
+TEST_F(Registry, AsksForPatienceWithAVeryLargeListOfTexts) {
+    const auto large = [](std::size_t size) {
+        return RegistryValue{"large", 7, std::vector<std::uint8_t>(size, 'x'), {}};
+    };
+    std::vector<std::string>& statuses = world.machine.ui.statuses;
+    const auto told = [&] {
+        const auto at =
+            std::find(statuses.begin(), statuses.end(), "Please wait. - Very large registry value.");
+        const bool isThere = at != statuses.end();
+        if (isThere) {
+            EXPECT_EQ(*std::next(at), "");
+        }
+        statuses.clear();
+        return isThere;
+    };
+    values("Soft\\One").push_back(large(200'000));
+    create();
+    EXPECT_FALSE(told());
+    check();
+    EXPECT_FALSE(told());
+    values("Soft\\One").back() = large(200'001);
+    EXPECT_THAT(lines(), ElementsAre("C Soft/One/large"));
+    EXPECT_TRUE(told());
+    create("second");
+    EXPECT_TRUE(told());
 }
 
 TEST_F(Registry, LeavesNothingBehindWhereItIsCancelled) {

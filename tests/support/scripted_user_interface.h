@@ -24,6 +24,7 @@ class ScriptedUserInterface : public platform::UserInterface {
     // What was shown, oldest first.
     std::vector<Message> messages;
     std::vector<Message> questions;
+    std::vector<std::string> statuses;  // of the first pane
 
     // What to answer. Where the answers are used up, a question gets its unattended answer.
     std::deque<bool> answers;
@@ -60,7 +61,9 @@ class ScriptedUserInterface : public platform::UserInterface {
     std::unique_ptr<platform::Progress> openProgress(const std::string&) override {
         return std::make_unique<ScriptedProgress>(*this);
     }
-    void status(int, const std::string&) override {}
+    void status(int pane, const std::string& text) override {
+        if (pane == 0) statuses.push_back(text);
+    }
 
   private:
     class ScriptedProgress : public platform::Progress {
