@@ -6,6 +6,7 @@
 #include "base/record_text.h"
 #include "files/backup_rewrite.h"
 #include "files/backup_store.h"
+#include "files/own_status.h"
 #include "store/database_saving.h"
 
 namespace corvalence::files {
@@ -33,18 +34,6 @@ class Uninterrupted : public platform::Progress {
 
   private:
     platform::Progress& inner_;
-};
-
-/// A text of the status pane that ends with what it is about, however that ends.
-class OwnStatus {
-  public:
-    OwnStatus(platform::UserInterface& ui, const std::string& text) : ui_(ui) { ui_.status(0, text); }
-    ~OwnStatus() { ui_.status(0, "Ready"); }
-    OwnStatus(const OwnStatus&) = delete;
-    OwnStatus& operator=(const OwnStatus&) = delete;
-
-  private:
-    platform::UserInterface& ui_;
 };
 
 }  // namespace

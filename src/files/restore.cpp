@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "crypto/digester.h"
+#include "files/own_status.h"
 #include "platform/file_copy.h"
 
 namespace corvalence::files {
@@ -110,7 +111,6 @@ RestoreResult FileRestore::restoreIn(const FileRecord& record, RestoreChoice cho
     }
     const auto progress = system.ui.openProgress("Restoring File...");
     const Extraction extraction = extract(record, candidate->file(), *progress);
-    system.ui.status(0, "Ready");
     if (extraction == Extraction::Cancelled) return cancelled(record.path);
     if (extraction == Extraction::Broken)
         return refused("The backup file has also been modified!\n\nBackup file not restored.");
@@ -172,7 +172,7 @@ Extraction FileRestore::extract(const FileRecord& record, platform::File& candid
     // The last entry is the latest. An earlier one serves where a run was ended between backup and record.
     for (auto number = entries.rbegin(); number != entries.rend(); ++number) {
         const BackupIndexEntry entry = index_->entry(*number);
-        vault_.platform.ui.status(0, entry.sealed ? "Processing..." : "Restoring File...");
+        const OwnStatus status(vault_.platform.ui, entry.sealed ? "Processing..." : "Restoring File...");
         candidate.resize(0);
         candidate.seek(0);
         crypto::Digester digester(context_.digest());

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "components/kinds.h"
+#include "files/own_status.h"
 #include "reports/report_writer.h"
 #include "reports/saved_report.h"
 
@@ -62,12 +63,18 @@ std::unique_ptr<ReportSession> ReportSession::again() const {
 }
 
 void ReportSession::open(std::size_t at, End end) {
+    const std::string failure = list(at, end);
+    // Last: windows are painted while the user reads it.
+    if (isUnreadable_) vault_.platform.ui.message(platform::Icon::Stop, failure);
+}
+
+std::string ReportSession::list(std::size_t at, End end) {
     at_ = at;
     range_ = {0, 0};
     pages_.reset();
     report_.reset();
     renderer_ = components::makeRenderer(row().kind, vault_.platform);
-    vault_.platform.ui.status(0, "Listing Report Details...");
+    const files::OwnStatus status(vault_.platform.ui, "Listing Report Details...");
     std::string failure;
     try {
         const std::string path =
@@ -80,9 +87,7 @@ void ReportSession::open(std::size_t at, End end) {
     }
     isUnreadable_ = !failure.empty();
     fill(end == End::First ? 1 : SIZE_MAX);
-    vault_.platform.ui.status(0, "Ready");
-    // Last: windows are painted while the user reads it.
-    if (isUnreadable_) vault_.platform.ui.message(platform::Icon::Stop, failure);
+    return failure;
 }
 
 void ReportSession::fill(std::size_t page) {

@@ -77,6 +77,8 @@ class ReportSession {
   private:
     enum class End { First, Last };
     void open(std::size_t at, End end);
+    /// Why the report could not be read; empty where it could, and where there is none.
+    std::string list(std::size_t at, End end);
     void fill(std::size_t page);
 
     store::Vault& vault_;
