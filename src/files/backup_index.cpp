@@ -32,7 +32,9 @@ std::optional<BackupIndexEntry> parseLine(std::string_view line) {
 }
 
 crypto::SecretText unsealed(store::Vault& vault, const std::string& path) {
-    if (!vault.platform.files.status(path, platform::Follow::Yes)) return {};
+    const auto status = vault.platform.files.status(path, platform::Follow::Yes);
+    if (!status) return {};
+    if (status->size % kBlock != 0) throw BackupDamaged(path);
     return crypto::unsealText(vault.platform.files, path, vault.session.key, crypto::BackupIV(path),
                               crypto::kUnsealBackupFolder);
 }
@@ -41,7 +43,12 @@ crypto::SecretText unsealed(store::Vault& vault, const std::string& path) {
 
 BackupDamaged::BackupDamaged(const std::string& path)
     : base::FileFailure(base::Cause::InvalidFile, path,
-                        path + " is damaged: the backups of this database cannot be told apart any more.") {}
+                        path +
+                            " is damaged: the backups of this database cannot be told apart any more. "
+                            "Put an undamaged copy of that file in its place. Where there is none, move "
+                            "the file elsewhere: a new list is begun with the next backup that is made, "
+                            "and the old backups are set aside. Files get a new backup when they are "
+                            "removed from the database and added again.") {}
 
 std::optional<std::uint64_t> BackupIndexEntry::plainLength() const noexcept {
     if (!sealed) return storedLength;

@@ -84,6 +84,57 @@ TEST(FileRestore, TellsWhyItFailedAcrossFileSystems) {
     EXPECT_EQ(other.read("a.CHANGED"), "changed");
 }
 
+// Nothing said what one can do, and every command with backups ended there.
+TEST(FileRestore, SaysWhatToDoAboutADamagedListOfBackups) {
+    World world;
+    world.write("a", "one");
+    world.create();
+    world.add({"a"});
+    const std::string list = world.data("Backup Files/Backup Index 1");
+    for (const char* damaged : {"as long as 2 sealed blocks are..", "no whole number of blocks"}) {
+        writeWholeFile(list, damaged);
+        const std::string told = world.restore("a").message;
+        EXPECT_NE(told.find(list + " is damaged"), std::string::npos) << told;
+        EXPECT_NE(told.find("move the file elsewhere"), std::string::npos) << told;
+    }
+    // As it says.
+    fs::rename(list, world.path("elsewhere"));
+    world.write("b", "two");
+    EXPECT_EQ(world.add({"b"}).added, 1U);
+    EXPECT_TRUE(fs::exists(world.data("Backup Files/Backup File 1.old")));
+    world.write("b", "changed");
+    EXPECT_TRUE(world.restore("b").restored);
+    EXPECT_EQ(world.read("b"), "two");
+}
+
+// "Restoring File..." stayed where the reading of a backup failed.
+TEST(FileRestore, LeavesTheStatusReadyWhereverItFails) {
+    World world;
+    world.write("a", "one");
+    world.create();
+    world.add({"a"});
+    world.write("a", "changed");
+    std::vector<std::string>& statuses = world.machine.ui.statuses;
+    std::size_t failures = 0;
+    for (std::uint64_t at = 1;; ++at) {
+        ASSERT_LT(at, 200U);
+        const auto record = world.records().at(0);
+        statuses.clear();
+        world.machine.faults.failAt(at, base::Cause::AccessDenied);
+        const bool restored = files::FileRestore(world.vault(), world.context())
+                                  .restoreFile(record, RestoreChoice::DeleteChangedFile)
+                                  .restored;
+        world.machine.faults.clear();
+        if (!statuses.empty()) {
+            EXPECT_EQ(statuses.back(), "Ready") << at;
+            failures += restored ? 0U : 1U;
+        }
+        ASSERT_EQ(world.start(), core::StartResult::Ready);
+        if (restored) break;
+    }
+    EXPECT_GT(failures, 3U);
+}
+
 TEST(FileRestore, BringsAFileBackThatIsGone) {
     World world;
     const std::string path = world.write("a", "one");
