@@ -1,6 +1,5 @@
 #include "gui/check_commands.h"
 
-#include <QDir>
 #include <QFileDialog>
 
 #include "components/complete_system.h"
@@ -156,7 +155,7 @@ void CheckCommands::saveReport() {
                                                         QStringLiteral("Corvalence Report (*)"), nullptr,
                                                         QFileDialog::DontConfirmOverwrite);
     if (chosen.isEmpty()) return;
-    const auto planned = reports::plannedSaves(work_.vault(), bytesOf(QDir::toNativeSeparators(chosen)));
+    const auto planned = reports::plannedSaves(work_.vault(), chosenPath(chosen));
     const schedule::LogFiles logs(work_.vault());
     for (const reports::SavedReport& report : planned) {
         // The components of a Complete System have names with letters as well.
@@ -177,7 +176,7 @@ void CheckCommands::viewSavedReport() {
     const QString chosen = QFileDialog::getOpenFileName(&work_.frame(), QStringLiteral("View Saved Report."));
     if (chosen.isEmpty()) return;
     const auto mode = shell::modeRow(work_.state().mode).report;
-    if (work_.reports().showSaved(bytesOf(QDir::toNativeSeparators(chosen)), mode)) work_.showReport();
+    if (work_.reports().showSaved(chosenPath(chosen), mode)) work_.showReport();
 }
 
 }  // namespace corvalence::gui

@@ -2,7 +2,6 @@
 
 #include <QApplication>
 #include <QClipboard>
-#include <QDir>
 #include <QFileDialog>
 #include <QMimeData>
 
@@ -65,7 +64,7 @@ void FileCommands::addSpecificFile() {
     const QString path = QFileDialog::getOpenFileName(&work_.frame(), QStringLiteral("Add file to database."),
                                                       {}, QStringLiteral("All Files (*)"));
     if (path.isEmpty()) return;
-    addPaths({QFile::encodeName(QDir::toNativeSeparators(path)).toStdString()});
+    addPaths({chosenPath(path)});
     work_.reloadFiles();  // and no report: what there is to say of one file was said
 }
 

@@ -92,7 +92,7 @@ void ToolCommands::importLog() {
     const QString path = QFileDialog::getOpenFileName(&work_.frame(), QStringLiteral("Import Log File."));
     if (path.isEmpty()) return;
     LogWindow(work_.vault(), LogWindow::Subject::Imported, work_.openHelp(), isInverted(), &work_.frame(),
-              bytesOf(path))
+              chosenPath(path))
         .exec();
 }
 

@@ -92,7 +92,7 @@ void AudioTab::browse() {
     const QString chosen =
         QFileDialog::getOpenFileName(this, QStringLiteral("Select WAV file."), file_->text(),
                                      QStringLiteral("WAV files (*.wav *.WAV);;All files (*)"));
-    if (!chosen.isEmpty()) file_->setPath(bytesOf(QDir::toNativeSeparators(chosen)));
+    if (!chosen.isEmpty()) file_->setPath(chosenPath(chosen));
 }
 
 shell::AudioPage AudioTab::page() const {

@@ -53,7 +53,7 @@ void BackupTab::addFiles() {
 
 void BackupTab::browse() {
     const QString chosen = QFileDialog::getExistingDirectory(this, {}, folder_->text());
-    const std::string folder = bytesOf(QDir::toNativeSeparators(chosen));
+    const std::string folder = chosenPath(chosen);
     if (shell::BackupPage::takesFolder(folder, paths_)) folder_->setPath(folder);
 }
 

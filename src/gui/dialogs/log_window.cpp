@@ -149,7 +149,7 @@ void LogWindow::exportLog() {
     dialog.setFileMode(QFileDialog::AnyFile);
     dialog.setNameFilter(QStringLiteral("Corvalence log (*)"));
     if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return;
-    const std::string chosen = bytesOf(QDir::toNativeSeparators(dialog.selectedFiles().front()));
+    const std::string chosen = chosenPath(dialog.selectedFiles().front());
     try {
         const auto fault = logs_.findExportFault(chosen);
         if (fault) {

@@ -1,7 +1,6 @@
 #include "gui/dialogs/open_database_window.h"
 
 #include <QDialogButtonBox>
-#include <QDir>
 #include <QFileDialog>
 #include <QHeaderView>
 #include <QPushButton>
@@ -118,7 +117,7 @@ void OpenDatabaseWindow::browse() {
         folder = QString::fromStdString(std::string(vault_.platform.paths.folder(record->path)));
     const QString file = QFileDialog::getOpenFileName(this, windowTitle(), folder);
     if (file.isEmpty()) return;
-    path_ = bytesOf(QDir::toNativeSeparators(file));
+    path_ = chosenPath(file);
     QDialog::accept();
 }
 

@@ -1,7 +1,6 @@
 #include "gui/dialogs/password_change_window.h"
 
 #include <QDialogButtonBox>
-#include <QDir>
 #include <QFileDialog>
 #include <QFormLayout>
 #include <QLabel>
@@ -94,7 +93,7 @@ bool PasswordChangePrompt::show(core::PasswordEntry& entry) {
 std::optional<std::string> PasswordChangePrompt::selectReport() {
     const QString file = QFileDialog::getOpenFileName(frontWindow(), QStringLiteral("Select a report file."));
     if (file.isEmpty()) return std::nullopt;
-    return bytesOf(QDir::toNativeSeparators(file));
+    return chosenPath(file);
 }
 
 }  // namespace corvalence::gui

@@ -87,7 +87,7 @@ void SingleScheduleWindow::addFields(QVBoxLayout& layout) {
 void SingleScheduleWindow::browse() {
     const QString chosen = QFileDialog::getOpenFileName(this, windowTitle(), path_->text());
     if (chosen.isEmpty()) return;
-    database_ = bytesOf(QDir::toNativeSeparators(chosen));
+    database_ = chosenPath(chosen);
     path_->setText(shown(database_));
 }
 

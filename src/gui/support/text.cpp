@@ -1,5 +1,7 @@
 #include "gui/support/text.h"
 
+#include <QDir>
+
 #include "base/shown_text.h"
 
 namespace corvalence::gui {
@@ -14,6 +16,10 @@ QString shownLines(std::string_view text) {
 
 std::string bytesOf(const QString& text) {
     return text.toStdString();
+}
+
+std::string chosenPath(const QString& chosen) {
+    return bytesOf(QDir::toNativeSeparators(chosen));
 }
 
 }  // namespace corvalence::gui

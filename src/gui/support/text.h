@@ -11,7 +11,9 @@ namespace corvalence::gui {
 QString shown(std::string_view text);
 /// The same for a message of several lines.
 QString shownLines(std::string_view text);
-/// What a user typed or chose, in UTF-8.
+/// What a user typed, in UTF-8.
 std::string bytesOf(const QString& text);
+/// A path that a file dialog gave, with the separators of this system, as paths are shown and compared.
+std::string chosenPath(const QString& chosen);
 
 }  // namespace corvalence::gui

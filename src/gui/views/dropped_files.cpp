@@ -1,6 +1,5 @@
 #include "gui/views/dropped_files.h"
 
-#include <QDir>
 #include <QUrl>
 
 #include "base/utf8.h"
@@ -15,7 +14,7 @@ std::vector<std::string> pathsOf(const QMimeData& data) {
         // A name need not be UTF-8, and a QString holds no other.
         const std::string bytes =
             QByteArray::fromPercentEncoding(url.path(QUrl::FullyEncoded).toLatin1()).toStdString();
-        paths.push_back(base::isUtf8(bytes) ? bytesOf(QDir::toNativeSeparators(url.toLocalFile())) : bytes);
+        paths.push_back(base::isUtf8(bytes) ? chosenPath(url.toLocalFile()) : bytes);
     }
     return paths;
 }
