@@ -11,8 +11,9 @@ function(corvalence_self_check target name)
         VERBATIM)
 endfunction()
 
-# corvalence_help_digest(<target> <help_file>): the sources of <target> can include "help_digest.h", where
-# corvalence::kHelpDigest is the MD5 of <help_file>, which may be made by the build itself.
+# corvalence_help_digest(<target> <help_file> [<other>]): the sources of <target> can include "help_digest.h", where
+# corvalence::kHelpDigest is the MD5 of <help_file>, which may be made by the build itself. So can those of <other>, a target
+# of another folder, which CORVALENCE_HAS_HELP tells.
 function(corvalence_help_digest target help_file)
     set(folder ${CMAKE_CURRENT_BINARY_DIR}/${target}_help)
     set(script ${CORVALENCE_SELF_CHECK_DIR}/write_help_digest.cmake)
@@ -22,4 +23,11 @@ function(corvalence_help_digest target help_file)
         VERBATIM)
     target_sources(${target} PRIVATE ${folder}/help_digest.h)
     target_include_directories(${target} PRIVATE ${folder})
+    if(ARGC GREATER 2)
+        add_custom_target(${target}_help_digest DEPENDS ${folder}/help_digest.h)
+        add_dependencies(${target} ${target}_help_digest)
+        add_dependencies(${ARGV2} ${target}_help_digest)
+        target_include_directories(${ARGV2} PRIVATE ${folder})
+        target_compile_definitions(${ARGV2} PRIVATE CORVALENCE_HAS_HELP)
+    endif()
 endfunction()

@@ -12,6 +12,7 @@
 #include "cli/exit_code.h"
 #include "cli/json_writer.h"
 #include "components/machine.h"
+#include "crypto/md5.h"
 #include "platform/mail.h"
 #include "platform/platform.h"
 #include "platform/supervisor.h"
@@ -44,6 +45,7 @@ struct Context {
     /// The document of --json. What a command leaves open is closed behind it, with the error where it
     /// failed.
     JsonWriter& json;
+    std::optional<crypto::Md5::Digest> builtHelp;
 };
 
 /// Ends a command early: its exit code, and what is to be told on standard error, if it was not told yet.

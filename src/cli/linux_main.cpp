@@ -8,6 +8,10 @@
 #include "platform/linux/program_start.h"
 #include "platform/linux/systemd_supervisor.h"
 
+#ifdef CORVALENCE_HAS_HELP
+#include "help_digest.h"
+#endif
+
 namespace {
 
 using namespace corvalence;
@@ -27,6 +31,15 @@ cli::Place openPlace(LinuxFileSystem& files, const base::PathRules& paths,
     }
     return {paths.withSeparator(paths.absolute(dataRoot, "/")),
             std::make_unique<platform::JsonSettingsStore>(files, paths.absolute(settings, "/"))};
+}
+
+/// Only a build with the graphical program makes the help.
+std::optional<crypto::Md5::Digest> builtHelp() {
+#ifdef CORVALENCE_HAS_HELP
+    return kHelpDigest;
+#else
+    return std::nullopt;
+#endif
 }
 
 }  // namespace
@@ -57,8 +70,8 @@ int main(int argc, char** argv) {
         .in = std::cin,
         .out = std::cout,
         .err = std::cerr,
-        .openPlace = [&](const std::optional<std::string>& home) {
-            return openPlace(system.files, paths, home);
-        }};
+        .openPlace =
+            [&](const std::optional<std::string>& home) { return openPlace(system.files, paths, home); },
+        .builtHelp = builtHelp()};
     return static_cast<int>(cli::runProgram(host, std::vector<std::string>(argv + 1, argv + argc)));
 }

@@ -31,8 +31,9 @@ ExitCode runCommand(const Host& host, const Invocation& invocation, ConsoleUserI
     platform::Platform platform{host.files,   host.access, host.volumes, host.status,
                                 host.process, host.types,  host.clock,   *place.settings,
                                 bell,         ui,          host.paths};
-    Context context{platform, host.terminal,  host.machine, host.mail, host.supervisor, ui,
-                    options,  place.dataRoot, host.in,      host.out,  host.err,        json};
+    Context context{platform, host.terminal, host.machine,   host.mail, host.supervisor,
+                    ui,       options,       place.dataRoot, host.in,   host.out,
+                    host.err, json,          host.builtHelp};
     return invocation.command(context);
 }
 

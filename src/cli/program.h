@@ -10,6 +10,7 @@
 
 #include "cli/exit_code.h"
 #include "components/machine.h"
+#include "crypto/md5.h"
 #include "platform/mail.h"
 #include "platform/platform.h"
 #include "platform/supervisor.h"
@@ -42,6 +43,8 @@ struct Host {
     std::ostream& err;
     /// The place in a folder (absolute), or the user's own.
     std::function<Place(const std::optional<std::string>& home)> openPlace;
+    /// The digest of the help file that was built with the program, where one was.
+    std::optional<crypto::Md5::Digest> builtHelp = {};
 };
 
 /// The whole console program. `arguments` without the program's name. Never throws: every failure is told on

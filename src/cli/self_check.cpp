@@ -1,5 +1,6 @@
 #include "core/self_check.h"
 
+#include <algorithm>
 #include <array>
 
 #include "cli/commands.h"
@@ -46,16 +47,16 @@ std::vector<SelfCheckFiles> programs(Context& context) {
     return found;
 }
 
-}  // namespace
+ExitCode exitCodeOf(SelfCheckResult result) {
+    if (result == SelfCheckResult::Cancelled) return ExitCode::Cancelled;
+    return result == SelfCheckResult::Same ? ExitCode::Done : ExitCode::Differences;
+}
 
-ExitCode runSelfCheck(Context& context) {
+ExitCode checkPrograms(Context& context, const std::vector<SelfCheckFiles>& programs) {
     JsonWriter& json = context.json;
-    if (context.options.json) {
-        json.beginObject();
-        json.beginArray("programs");
-    }
     ExitCode code = ExitCode::Done;
-    for (const SelfCheckFiles& files : programs(context)) {
+    if (context.options.json) json.beginArray("programs");
+    for (const SelfCheckFiles& files : programs) {
         const SelfCheckResult result = core::SelfCheck(context.platform, files).checkProgram();
         const ResultRow& row = kResults[static_cast<std::size_t>(result)];
         if (context.options.json) {
@@ -68,9 +69,38 @@ ExitCode runSelfCheck(Context& context) {
             context.out << shown(files.program) + std::string(row.text) + "\n";
         }
         if (result == SelfCheckResult::Cancelled) return ExitCode::Cancelled;
-        if (result != SelfCheckResult::Same) code = ExitCode::Differences;
+        code = std::max(code, exitCodeOf(result));
     }
+    if (context.options.json) json.end();
     return code;
+}
+
+/// The help belongs to the graphical program; where neither of them is, there is nothing to check.
+ExitCode checkHelp(Context& context, const std::vector<SelfCheckFiles>& programs) {
+    const SelfCheckFiles& files = programs.front();
+    if (!context.builtHelp || (programs.size() == 1 && !isFile(context, files.help))) return ExitCode::Done;
+    const SelfCheckResult result = core::SelfCheck(context.platform, files).checkHelp(*context.builtHelp);
+    const ResultRow& row = kResults[static_cast<std::size_t>(result)];
+    if (context.options.json) {
+        JsonWriter& json = context.json;
+        json.beginObject("help");
+        json.path("path", files.help);
+        json.text("result", row.name);
+        json.end();
+    } else {
+        const bool isChanged = result == SelfCheckResult::Changed;
+        context.out << shown(files.help) + std::string(isChanged ? " HAS BEEN MODIFIED !" : row.text) + "\n";
+    }
+    return exitCodeOf(result);
+}
+
+}  // namespace
+
+ExitCode runSelfCheck(Context& context) {
+    const std::vector<SelfCheckFiles> found = programs(context);
+    if (context.options.json) context.json.beginObject();
+    const ExitCode code = checkPrograms(context, found);
+    return code == ExitCode::Cancelled ? code : std::max(code, checkHelp(context, found));
 }
 
 }  // namespace corvalence::cli

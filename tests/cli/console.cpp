@@ -38,7 +38,8 @@ Outcome Console::run(std::vector<std::string> arguments) {
                                  system.paths.withSeparator(root),
                                  std::make_unique<SystemSettingsStore>(
                                      files, system.paths.join(root, "settings.json"), system.paths)};
-                         }};
+                         },
+                         builtHelp};
     Outcome outcome;
     outcome.code = static_cast<int>(cli::runProgram(host, arguments));
     outcome.out = out.str();

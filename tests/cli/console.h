@@ -116,6 +116,9 @@ class Console {
     /// Names of working files that were left behind, anywhere.
     std::vector<std::string> leftovers() const;
 
+    /// Of the help that was built with the program.
+    std::optional<crypto::Md5::Digest> builtHelp;
+
     TempFolder folder;
     SystemBackEnd system;
     FaultPlan faults;

@@ -59,6 +59,28 @@ TEST_F(SelfDefence, ComparesTheBuiltProgramWithTheDigestOfItsBuild) {
     EXPECT_EQ(code({"self-check"}), 5);
 }
 
+// Only the graphical program knew the help's digest.
+TEST_F(SelfDefence, ComparesTheHelpWithTheDigestOfItsBuild) {
+    const std::string program = console.path(fs::path(CORVALENCECTL).filename().string());
+    fs::copy_file(CORVALENCECTL, program);
+    fs::copy_file(fs::path(CORVALENCECTL).parent_path() / "App SC corvalencectl",
+                  console.path("App SC corvalencectl"));
+    console.process.program = program;
+    const std::string help = console.path("Corvalence.help");
+    console.builtHelp = crypto::Md5::of(base::bytesOf("the help"));
+    EXPECT_THAT(console.done({"self-check"}).out, testing::Not(HasSubstr(help))) << "a server has none";
+    writeWholeFile(help, "the help");
+    EXPECT_THAT(console.done({"self-check"}).out, HasSubstr(help + " is as it was built.\n"));
+    writeWholeFile(help, "the hElp");
+    const Outcome changed = console.run({"self-check"});
+    EXPECT_EQ(changed.code, 1);
+    EXPECT_THAT(changed.out, HasSubstr(help + " HAS BEEN MODIFIED !\n"));
+    EXPECT_EQ(console.run({"self-check", "--json"}).json().at("help"),
+              (json{{"path", help}, {"result", "changed"}}));
+    console.builtHelp.reset();
+    EXPECT_FALSE(console.done({"self-check", "--json"}).json().contains("help"));
+}
+
 TEST_F(SelfDefence, ComparesTheFolderWithTheStateThatWasAccepted) {
     EXPECT_EQ(code({"guard", "show"}), 3) << "no installation";
     console.begin();
