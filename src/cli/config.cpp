@@ -42,7 +42,7 @@ std::string effectiveText(Context& context, const settings::ConfigurationKey& ro
 void writeMembers(JsonWriter& json, const settings::ConfigurationKey& row, const std::string& text) {
     json.text("key", row.name);
     json.text("name", row.consoleName);
-    json.text("text", text);
+    json.path("text", text);  // of which many are paths
 }
 
 void writeKey(Context& context, const settings::ConfigurationKey& row, const std::string& text) {

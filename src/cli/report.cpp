@@ -5,8 +5,7 @@
 #include "cli/session.h"
 #include "reports/report_writer.h"
 #include "reports/saved_report.h"
-#include "store/backup_database.h"
-#include "store/database_index.h"
+#include "schedule/log_files.h"
 
 namespace corvalence::cli {
 
@@ -102,13 +101,14 @@ ExitCode show(Context& context, const std::vector<ShownReport>& reports) {
     return code;
 }
 
-/// Whether a report may be written to `path`: nothing is there, or a report is, or the user says so.
+/// Whether a report may be written to `path`: it is no place of the installation's own, and nothing is there,
+/// or a report is, or the user says so.
 bool mayReplace(Context& context, core::Run& run, const std::string& path) {
-    if (!context.platform.files.status(path, platform::Follow::No)) return true;
-    if (store::findClaimant(run.vault(), store::DatabaseIndex(run.vault()).records(), {}, path)) {
-        context.ui.message(platform::Icon::Stop, path + "  is the name of an existing database.");
+    if (const auto fault = schedule::LogFiles(run.vault()).findExportFault(path)) {
+        context.ui.message(platform::Icon::Stop, *fault);
         return false;
     }
+    if (!context.platform.files.status(path, platform::Follow::No)) return true;
     try {
         const auto old = reports::ReportFile::open(run.vault(), path);
         if (old && old->malformed() == 0) return true;
@@ -166,8 +166,13 @@ ExitCode runReportSave(Context& context, const ReportArguments& arguments) {
             continue;
         }
         reports::saveReport(run->vault(), report);
-        context.options.json ? json.path({}, report.path)
-                             : void(context.out << shown(report.path) + " saved.\n");
+        if (context.options.json) {
+            json.beginObject();
+            json.path("path", report.path);
+            json.end();
+        } else {
+            context.out << shown(report.path) + " saved.\n";
+        }
     }
     return code;
 }

@@ -22,6 +22,13 @@ constexpr std::uint64_t wholeBlocks(std::uint64_t size) noexcept {
     return size / kBlock * kBlock;
 }
 
+/// Whether two paths lead to one file that is there.
+bool isSameFile(platform::FileSystem& files, const std::string& a, const std::string& b) {
+    const auto first = files.status(a, platform::Follow::Yes);
+    const auto second = files.status(b, platform::Follow::Yes);
+    return first && second && first->identity == second->identity;
+}
+
 void beginLine(crypto::SealAppender& log) {
     if (!log.isAtLineBegin()) log.write(base::bytesOf(kLineEnd));
 }
@@ -98,6 +105,9 @@ std::optional<std::string> LogFiles::findExportFault(const std::string& destinat
         if (folder && status && folder->identity == status->identity)
             return destination + " lies in a folder that the installation keeps its own files in.";
     }
+    const std::string settings = vault_.platform.settings.file();
+    if (!settings.empty() && isSameFile(files, settings, destination))
+        return destination + " holds the settings of the installation.";
     if (store::findClaimant(vault_, store::DatabaseIndex(vault_).records(), {}, destination))
         return destination + "  is the name of an existing database.";
     return std::nullopt;

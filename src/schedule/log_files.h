@@ -34,8 +34,8 @@ class LogFiles {
     /// Empties a log.
     void empty(LogKind kind);
 
-    /// Why a log cannot be exported to `destination`: it is one of the installation's own places. Nothing
-    /// where it can; what stands there is then replaced.
+    /// Why a log cannot be exported to `destination`: it is one of the installation's own places, or holds
+    /// its settings. Nothing where it can; what stands there is then replaced.
     std::optional<std::string> findExportFault(const std::string& destination) const;
     /// Copies the sealed log, as it is.
     void exportLog(LogKind kind, const std::string& destination);

@@ -3,6 +3,7 @@
 
 #include <filesystem>
 
+#include "cli/console_text.h"
 #include "console.h"
 #include "machine.h"
 
@@ -66,6 +67,18 @@ TEST_F(BaselineConsole, SavesReportsAndOpensThemAgain) {
     EXPECT_EQ(done({"report", "save", "mine"}).out, path("mineD") + " saved.\n");
     done({"report", "save", "mine"});  // over itself
     EXPECT_EQ(done({"report", "open", "mineD"}).out, report);
+    if (canBeNamed("\xFF")) {
+        const auto saved = done({"report", "save", "\xFF", "--json"}).json().at("saved");
+        EXPECT_EQ(saved.at(0).at("path_base64"), cli::base64(path("\xFF"
+                                                                  "D")));
+        const auto exported = done({"log", "export", "\xFFlog", "--json"}).json();
+        EXPECT_EQ(exported.at("exported_base64"), cli::base64(path("\xFFlog")));
+        EXPECT_THAT(done({"log", "export",
+                          "\xFF"
+                          "2"})
+                        .out,
+                    HasSubstr("\\xff2 exported."));
+    }
     // Over something else only after a question, and never over a database.
     write("otherD", "not a report");
     EXPECT_EQ(run({"report", "save", "other"}).code, 4);

@@ -159,6 +159,21 @@ TEST_F(Logs, AreExportedAsTheyAreButNeverOverAnOwnFile) {
               base::Cause::None);
 }
 
+// Settings that lie elsewhere were taken for a file of the user's.
+TEST(LogExport, IsNeverOverTheSettings) {
+    const TempFolder folder;
+    World world(folder.path());
+    ASSERT_EQ(world.install(), core::InstallResult::Installed);
+    ASSERT_EQ(world.start(), core::StartResult::Ready);
+    const std::string settings = world.platform.settings.file();
+    EXPECT_FALSE(settings.starts_with(world.data("")));
+    EXPECT_TRUE(LogFiles(world.vault()).findExportFault(settings));
+    if (makeLink(settings, folder / "link")) {
+        EXPECT_TRUE(LogFiles(world.vault()).findExportFault(folder / "link"));
+    }
+    EXPECT_FALSE(LogFiles(world.vault()).findExportFault(folder / "log"));
+}
+
 // The time of a block must not grow with the log.
 TEST_F(Logs, TakeABlockAtTheEndOfALargeLogWithoutReadingIt) {
     std::string large(4 << 20, 'x');
