@@ -385,10 +385,11 @@ void WorkingFiles::dropPending() {
     // Behind a torn line the next one would be taken for its end.
     journal_->write(base::bytesOf("\n"));
     for (const Leftover& leftover : leftovers) {
-        if (leftover.kind == kMove || leftover.kind == kSave) {
+        const bool isDatabase = leftover.kind == kSave && leftover.path == leftover.target;
+        if ((leftover.kind == kMove || leftover.kind == kSave) && !isDatabase) {
             recordMade(kSealed, leftover.path, leftover.identity, {});  // to be removed
-        } else if (leftover.kind == kWipe || leftover.kind == kRemove || leftover.kind == kCreation) {
-            record({kDone, leftover.path});
+        } else if (leftover.kind != kIntent && leftover.kind != kPlain && leftover.kind != kSealed) {
+            record({kDone, leftover.path});  // what has a name of its own stays
         }
     }
     journal_->flush();

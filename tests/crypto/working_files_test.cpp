@@ -177,13 +177,14 @@ TEST_F(WorkingFilesTest, CarryCommittedMovesOnOnceTheirPlaceIsBack) {
 TEST_F(WorkingFilesTest, DropWhatWasBegunWhateverTheJournalEndsWith) {
     for (const char* torn : {"", "a line that was not fini"}) {
         auto plain = run->createPlain(machine.folder / "db", ".plain");
+        auto save = run->createSave(machine.folder / "saved");
+        auto database = run->createDatabase(machine.folder / (std::string("db") + torn));
         auto moves = newPair();
         fs::remove(machine.folder / "two");
         fs::create_directories(machine.folder / "two/in the way");
         EXPECT_THROW(run->commitMoves(std::move(moves)), crypto::MovesPending);
-        auto save = run->createSave(machine.folder / "saved");
-        plain.abandon();
-        save.abandon();
+        for (auto* file : {&plain, &save, &database})
+            file->abandon();
         run.reset();
         machine.folder.write("journal", machine.folder.read("journal") + torn);
         run = std::make_unique<crypto::WorkingFiles>(machine.files, journal, machine.platform.paths);
@@ -193,6 +194,7 @@ TEST_F(WorkingFilesTest, DropWhatWasBegunWhateverTheJournalEndsWith) {
         EXPECT_TRUE(run->pendingSaves().empty());
         EXPECT_FALSE(machine.folder.has("two") || machine.folder.has("two.new"));
         EXPECT_FALSE(machine.folder.has("db.plain") || fs::exists(save.path()));
+        EXPECT_TRUE(fs::exists(database.path()));
         EXPECT_EQ(fs::file_size(journal), 0U);
     }
 }
