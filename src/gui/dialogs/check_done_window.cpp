@@ -4,17 +4,20 @@
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QVBoxLayout>
+#include <QtMath>
 #include <algorithm>
 
+#include "gui/support/dialog_buttons.h"
 #include "gui/support/text.h"
 
 namespace corvalence::gui {
 
 namespace {
 
-constexpr int kMostLines = 24;  // that are seen at once
-constexpr int kCharacters = 76;
+constexpr int kMostLines = 24;    // that are seen at once
+constexpr int kCharacters = 110;  // of a line, before it is broken
 
 QString totalText(std::uint64_t count, std::string_view text) {
     return shown(std::to_string(count).append(text)).trimmed() + QLatin1Char('\n');
@@ -33,6 +36,17 @@ QString textOf(const std::vector<CheckDoneWindow::Part>& parts) {
     return text.trimmed();
 }
 
+/// What the text takes, its lines whole, and the bar that would come with less.
+QSize roomFor(const QPlainTextEdit& totals) {
+    const QFontMetrics metrics = totals.fontMetrics();
+    const int lines = std::min(totals.blockCount(), kMostLines);
+    const int text = metrics.size(0, totals.toPlainText()).width();
+    const int around = 2 * (totals.frameWidth() + qCeil(totals.document()->documentMargin()));
+    const int bar = totals.verticalScrollBar()->sizeHint().width();
+    return {std::min(text, metrics.averageCharWidth() * kCharacters) + bar + around,
+            metrics.lineSpacing() * (lines + 1) + around};
+}
+
 }  // namespace
 
 CheckDoneWindow::CheckDoneWindow(const QString& title, const std::vector<Part>& parts, bool mayCancel,
@@ -47,9 +61,8 @@ CheckDoneWindow::CheckDoneWindow(const QString& title, const std::vector<Part>& 
     totals->setAccessibleName(QStringLiteral("Complete."));
     totals->setReadOnly(true);
     totals->setTabChangesFocus(true);
-    const QFontMetrics metrics = totals->fontMetrics();
-    const int lines = std::min(totals->blockCount() + 1, kMostLines);
-    totals->setMinimumSize(metrics.averageCharWidth() * kCharacters, metrics.lineSpacing() * lines);
+    totals->setSizeAdjustPolicy(QAbstractScrollArea::AdjustToContents);
+    totals->setMinimumSize(roomFor(*totals));
     layout->addWidget(totals, 1);
     auto* buttons = new QDialogButtonBox(this);
     if (mayCancel)
@@ -61,6 +74,7 @@ CheckDoneWindow::CheckDoneWindow(const QString& title, const std::vector<Part>& 
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     layout->addWidget(buttons);
     view->setFocus();
+    giveTitleRoom(*this);
 }
 
 }  // namespace corvalence::gui

@@ -45,8 +45,7 @@ CheckSummaryWindow::CheckSummaryWindow(const files::CheckSummary& summary, const
         failure->setWordWrap(true);
         layout->addWidget(failure);
     }
-    layout->addWidget(makeButtons(*this, QDialogButtonBox::Ok | QDialogButtonBox::Help, openHelp,
-                                  QStringLiteral("checksummary")));
+    layout->addWidget(makeTellingButtons(*this, openHelp, QStringLiteral("checksummary")));
 }
 
 }  // namespace corvalence::gui

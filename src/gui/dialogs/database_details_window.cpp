@@ -21,8 +21,7 @@ DatabaseDetailsWindow::DatabaseDetailsWindow(const files::DatabaseDetails& detai
     for (const files::DetailsLine& line : files::detailsLines(details, clock))
         addValueRow(*form, line.label, shown(line.value));
     layout->addLayout(form);
-    layout->addWidget(makeButtons(*this, QDialogButtonBox::Ok | QDialogButtonBox::Help, openHelp,
-                                  QStringLiteral("databasedetails")));
+    layout->addWidget(makeTellingButtons(*this, openHelp, QStringLiteral("databasedetails")));
 }
 
 }  // namespace corvalence::gui

@@ -5,6 +5,7 @@
 #include <QStylePainter>
 #include <QToolTip>
 #include <QVBoxLayout>
+#include <QtMath>
 
 #include "files/file_texts.h"
 #include "gui/support/text.h"
@@ -20,9 +21,10 @@ constexpr int kCharacters = 92;  // that are always to be seen: a line of a path
 ElidedLabel::ElidedLabel(const QString& text, QWidget* parent) : QLabel(text, parent) {
     setTextFormat(Qt::PlainText);
     setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
-    const QFontMetrics metrics = fontMetrics();
-    setMinimumWidth(
-        std::min(metrics.horizontalAdvance(text), metrics.horizontalAdvance(QLatin1Char('0')) * kCharacters));
+    // Whole pixels that hold it all: a text that is rounded down loses its middle.
+    const QFontMetricsF metrics(font());
+    const qreal widest = metrics.horizontalAdvance(QLatin1Char('0')) * kCharacters;
+    setMinimumWidth(qCeil(std::min(metrics.horizontalAdvance(text), widest)) + 1);
 }
 
 bool ElidedLabel::fits() const {

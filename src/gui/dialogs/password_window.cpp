@@ -6,6 +6,7 @@
 #include <QVBoxLayout>
 
 #include "gui/dialogs/masked_edit.h"
+#include "gui/support/dialog_buttons.h"
 #include "gui/support/icons.h"
 
 namespace corvalence::gui {
@@ -74,7 +75,8 @@ void PasswordWindow::addButtons(QVBoxLayout& layout, const OpenHelp& openHelp) {
     addButton(*box, QStringLiteral("E&xit"), QDialogButtonBox::RejectRole, "exitButton");
     QPushButton* reset =
         addButton(*box, QStringLiteral("&Reset"), QDialogButtonBox::ResetRole, "resetButton");
-    addButton(*box, QStringLiteral("&Help"), QDialogButtonBox::HelpRole, "helpButton");
+    pressByHelpKey(*addButton(*box, QStringLiteral("&Help"), QDialogButtonBox::HelpRole, "helpButton"),
+                   *this);
     connect(box, &QDialogButtonBox::accepted, this, &PasswordWindow::accept);
     connect(box, &QDialogButtonBox::rejected, this, &PasswordWindow::reject);
     connect(reset, &QPushButton::clicked, this, [this] { this->reset(); });

@@ -28,7 +28,7 @@ SelfCheckWindow::SelfCheckWindow(const core::SelfCheckWarning& warning, const Op
         layout->addWidget(label);
     }
     layout->addStretch();
-    layout->addWidget(makeButtons(*this, QDialogButtonBox::Ok | QDialogButtonBox::Help, openHelp, topic));
+    layout->addWidget(makeTellingButtons(*this, openHelp, topic));
 }
 
 }  // namespace corvalence::gui

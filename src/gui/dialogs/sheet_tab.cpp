@@ -14,6 +14,7 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "gui/support/dialog_buttons.h"
 #include "gui/support/icons.h"
 
 namespace corvalence::gui {
@@ -91,6 +92,7 @@ SheetTab::SheetTab(const QString& header, const QString& iconName, const OpenHel
     connect(buttons, &QDialogButtonBox::helpRequested, this, [openHelp, topic] {
         if (openHelp) openHelp(topic);
     });
+    pressByHelpKey(*buttons->button(QDialogButtonBox::Help), *this);
     whole->addWidget(buttons);
 }
 
