@@ -55,7 +55,10 @@ ScheduleCommands::ScheduleCommands(Workspace& workspace, Parts parts)
     CommandActions& actions = work_.frame().actions();
     actions.handle(Command::StartChecking, [this] { start(); });
     actions.handle(Command::StopChecking, [this] { stop(); });
-    actions.handle(Command::StartBackground, [this] { startBackground(); });
+    actions.handle(Command::StartBackground, [this] {
+        tellMissingInterval();
+        startBackground();
+    });
     actions.handle(Command::ViewSessionLog, [this] { viewSession(); });
     actions.handle(Command::CheckingSchedule, [this] { editSchedule(); });
     actions.handle(Command::ScheduleChecks, [this] { scheduleOpenDatabase(); });
@@ -86,8 +89,20 @@ void ScheduleCommands::start() {
             "You have to close the open database before starting the scheduled checking.");
         return;
     }
+    tellMissingInterval();
     engine_.start();
     work_.setScheduleRunning(engine_.isArmed());
+}
+
+/// Without it a start does nothing that could be seen.
+void ScheduleCommands::tellMissingInterval() {
+    if (work_.state().view == shell::View::FileList) return;  // what is told then comes first
+    const auto settings = schedule::ScheduleSettings::read(work_.configuration());
+    if (settings.interval.total().count() != 0) return;
+    work_.platform().ui.message(
+        platform::Icon::Information,
+        "Nothing is checked by the clock yet: no interval is set.\n\nSet one, and the "
+        "databases to check, with 'Checking Schedule'.");
 }
 
 void ScheduleCommands::startBackground() {

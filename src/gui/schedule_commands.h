@@ -84,6 +84,7 @@ class ScheduleCommands : public schedule::EngineFront,
 
     bool mayCheck();
     void start();
+    void tellMissingInterval();
     void viewSession();
     void editSchedule();
     void scheduleOpenDatabase();

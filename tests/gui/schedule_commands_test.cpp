@@ -69,6 +69,19 @@ TEST_F(ScheduledChecking, GoesRoundInTheWindowAndEndsWithTheSummary) {
     EXPECT_TRUE(prompted.empty());
 }
 
+TEST_F(ScheduledChecking, SaysWhyNothingStartsWithoutAnInterval) {
+    desk.world.set(settings::key::kScheduleSeconds, "0");
+    auto& messages = desk.world.machine.ui.messages;
+    messages.clear();
+    desk.trigger(Command::StartChecking);
+    ASSERT_EQ(messages.size(), 1U);
+    EXPECT_THAT(messages.back().text, HasSubstr("no interval is set"));
+    EXPECT_TRUE(desk.frame.actions().action(Command::StartChecking)->isEnabled());
+    desk.trigger(Command::StartBackground);
+    EXPECT_EQ(messages.size(), 2U);
+    schedule.trayCommand(TrayCommand::Open);
+}
+
 TEST_F(ScheduledChecking, WaitsWhileFilesAreListedAndSaysSo) {
     desk.trigger(Command::StartChecking);
     ASSERT_EQ(desk.world.open(), store::OpenResult::Opened);

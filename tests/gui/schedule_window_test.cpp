@@ -6,6 +6,7 @@
 #include <QAbstractItemModelTester>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -89,9 +90,12 @@ TEST_F(ScheduleEditor, AddsFromTheListOfDatabasesAndRemovesWhatIsSelected) {
     EXPECT_EQ(lastMessage(),
               "nowhere is not a valid database. To show all valid databases use the drop down box.");
     EXPECT_EQ(combo.currentText(), "nowhere");
+    window.show();
+    EXPECT_EQ(window.focusWidget(), &combo) << "there is nothing to look at yet";
     for (const char* name : {"two", "onemore"})
         add(path(name));
-    window.show();
+    EXPECT_GT(list.columnWidth(1), list.horizontalHeader()->sectionSizeHint(1))
+        << "the columns fit what was added";
     combo.setCurrentIndex(combo.findText(QString::fromStdString(path("one"))));
     combo.lineEdit()->setFocus();
     QTest::keyClick(combo.lineEdit(), Qt::Key_Return);

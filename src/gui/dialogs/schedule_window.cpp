@@ -55,8 +55,9 @@ ScheduleWindow::ScheduleWindow(schedule::ScheduleDialog& dialog, platform::UserI
                                   QDialogButtonBox::Ok | QDialogButtonBox::Cancel | QDialogButtonBox::Help,
                                   openHelp, QStringLiteral("schedule")));
     refill();
-    list_->fitColumns();
     takeFields();
+    // With nothing to look at yet there is something to add.
+    if (model_->rowCount() == 0) entry_->setFocus();
 }
 
 void ScheduleWindow::addList(QVBoxLayout& layout) {
@@ -143,6 +144,7 @@ void ScheduleWindow::addReaction(QVBoxLayout& layout) {
 
 void ScheduleWindow::refill() {
     model_->setRows(dialog_.rows());
+    list_->fitColumns();
     entry_->clear();
     for (const std::string& database : dialog_.entries())
         entry_->addItem(shown(database));
