@@ -31,13 +31,13 @@ class Notes : public files::CheckObserver {
     void unchecked(const std::string&, const std::string&) override {}
     void changed(const files::ChangedFileDetails&, files::Reaction, bool, const std::string&) override {}
     void note(const std::string& path, const std::string& text) override {
-        if (++count_ <= kNotesTold) text_ += path + "\n" + text + "\n\n";
+        if (++count_ <= kNotesTold) text_ += (text_.empty() ? "" : "\n\n") + path + "\n" + text;
     }
 
     void tell() const {
         if (count_ == 0) return;
         const std::string more =
-            count_ > kNotesTold ? std::to_string(count_ - kNotesTold) + " more." : std::string();
+            count_ > kNotesTold ? "\n\n" + std::to_string(count_ - kNotesTold) + " more." : std::string();
         ui_.message(platform::Icon::Information, text_ + more);
     }
 

@@ -15,13 +15,21 @@ QString textOf(std::string_view text) {
     return shown(text).trimmed();
 }
 
-void setText(QAction& action, std::string_view text) {
-    const QString said = textOf(text).remove(QLatin1Char('&'));
+/// Behind a picture nothing but the tip tells whether "All Files" are to be added or removed.
+QString said(const shell::CommandRow& row, std::string_view text) {
+    QString said = textOf(text);
+    if (row.toolBar == shell::ToolBar::AddFiles || row.toolBar == shell::ToolBar::RemoveFiles)
+        said.prepend(shown(shell::menuText(row.menu)) + QStringLiteral(": "));
+    return said.remove(QLatin1Char('&'));
+}
+
+void setText(QAction& action, const shell::CommandRow& row, std::string_view text) {
+    const QString tip = said(row, text);
     const QKeySequence keys = action.shortcut();
     action.setText(textOf(text));
-    action.setStatusTip(said);
-    if (!keys.isEmpty())
-        action.setToolTip(QStringLiteral("%1 (%2)").arg(said, keys.toString(QKeySequence::NativeText)));
+    action.setStatusTip(tip);
+    action.setToolTip(
+        keys.isEmpty() ? tip : QStringLiteral("%1 (%2)").arg(tip, keys.toString(QKeySequence::NativeText)));
 }
 
 QAction* makeAction(const shell::CommandRow& row, QObject* parent) {
@@ -30,7 +38,7 @@ QAction* makeAction(const shell::CommandRow& row, QObject* parent) {
     if (!row.icon.empty()) action->setIcon(icon(shown(row.icon)));
     if (!row.shortcut.empty())
         action->setShortcut(QKeySequence::fromString(shown(row.shortcut), QKeySequence::PortableText));
-    setText(*action, row.text);
+    setText(*action, row, row.text);
     action->setCheckable(row.form != CommandForm::Plain);
     return action;
 }
@@ -58,7 +66,7 @@ void CommandActions::update(const shell::FrameState& state) {
     for (const shell::CommandRow& row : shell::commandRows())
         action(row.command)->setEnabled(shell::mayRun(row.command, state));
     const auto check = shell::Command::CheckDatabase;
-    setText(*action(check), shell::commandText(check, state.mode));
+    setText(*action(check), shell::commandRow(check), shell::commandText(check, state.mode));
     action(shell::commandOf(state.mode))->setChecked(true);
 }
 

@@ -15,6 +15,7 @@
 #include "gui/support/icons.h"
 #include "gui/support/text.h"
 #include "gui/views/info_bar.h"
+#include "gui/views/list_table.h"
 #include "gui/views/page_bar.h"
 
 namespace corvalence::gui {
@@ -33,11 +34,13 @@ constexpr QSize kFirstSize(1000, 700);
 struct ToolBarRow {
     ToolBar bar;
     Command toggle;
+    Menu menu;  // that its commands are in, or most of them
     const char* name;
 };
-constexpr ToolBarRow kToolBars[] = {{ToolBar::Main, Command::MainToolBar, "mainToolBar"},
-                                    {ToolBar::AddFiles, Command::AddToolBar, "addFilesToolBar"},
-                                    {ToolBar::RemoveFiles, Command::RemoveToolBar, "removeFilesToolBar"}};
+constexpr ToolBarRow kToolBars[] = {
+    {ToolBar::Main, Command::MainToolBar, Menu::Database, "mainToolBar"},
+    {ToolBar::AddFiles, Command::AddToolBar, Menu::AddFiles, "addFilesToolBar"},
+    {ToolBar::RemoveFiles, Command::RemoveToolBar, Menu::RemoveFiles, "removeFilesToolBar"}};
 
 constexpr Command kInfoBars[] = {Command::CountdownBar,    Command::MemoryBar,
                                  Command::DiskSpaceBar,    Command::DatabaseContentsBar,
@@ -135,15 +138,12 @@ void Frame::addStatusPanes() {
 }
 
 void Frame::bindToggles() {
-    const auto bind = [this](Command command, QWidget* bar, bool isShown) {
-        QAction* action = actions_.action(command);
-        connect(action, &QAction::toggled, bar, &QWidget::setVisible);
-        action->setChecked(isShown);
-        bar->setVisible(isShown);
-    };
-    bind(Command::MainToolBar, toolBars_[Command::MainToolBar], true);
-    bind(Command::AddToolBar, toolBars_[Command::AddToolBar], false);
-    bind(Command::RemoveToolBar, toolBars_[Command::RemoveToolBar], false);
+    for (const ToolBarRow& row : kToolBars) {
+        QAction* action = actions_.action(row.toggle);
+        connect(action, &QAction::toggled, this, &Frame::showToolBars);
+        action->setChecked(row.bar == ToolBar::Main);
+    }
+    showToolBars();
     for (const Command command : kInfoBars) {
         QAction* action = actions_.action(command);
         connect(action, &QAction::toggled, this, [this, command](bool isOn) {
@@ -168,6 +168,14 @@ void Frame::update(const shell::FrameState& state) {
     actions_.update(state);
     for (const auto& [menu, widget] : menus_)
         widget->menuAction()->setVisible(shell::isShown(menu, state.mode));
+    mode_ = state.mode;
+    showToolBars();
+}
+
+/// The bars of menus that a mode does not have stay away with them.
+void Frame::showToolBars() {
+    for (const ToolBarRow& row : kToolBars)
+        toolBars_[row.toggle]->setVisible(isBarShown(row.toggle) && shell::isShown(row.menu, mode_));
 }
 
 void Frame::showEmpty(shell::Mode mode, const std::string& database) {
@@ -194,12 +202,16 @@ QWidget* Frame::view() const {
     return views_->currentWidget();
 }
 
-void Frame::showListMenu(const QPoint& at) {
-    QMenu menu;
-    for (const Command command : {Command::CheckDatabase, Command::AddSpecificFile, Command::AddByLocation,
-                                  Command::PasteFiles, Command::RemoveSelected, Command::DatabaseDetails})
-        menu.addAction(actions_.action(command));
-    menu.exec(at);
+/// Texts such as "Selected Files" need their menu's name to be understood.
+void Frame::fillListMenu(QMenu& menu, ListTable& list) {
+    menu.addAction(actions_.action(Command::CheckDatabase));
+    menu.addSeparator();
+    for (const Menu part : {Menu::AddFiles, Menu::RemoveFiles})
+        menu.addMenu(menus_[part]);
+    menu.addSeparator();
+    list.addEditActions(menu);
+    menu.addSeparator();
+    menu.addAction(actions_.action(Command::DatabaseDetails));
 }
 
 void Frame::setStatus(int pane, const std::string& text) {
@@ -258,6 +270,7 @@ bool Frame::restoreLayout(const QByteArray& layout) {
         if (stream.status() != QDataStream::Ok) break;
         if (row.form == shell::CommandForm::Toggle || isOn) actions_.action(row.command)->setChecked(isOn);
     }
+    showToolBars();
     return true;
 }
 

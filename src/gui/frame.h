@@ -15,6 +15,7 @@ namespace corvalence::gui {
 
 class EmptyView;
 class InfoBar;
+class ListTable;
 class PageBar;
 
 /// The main window: menus and tool bars made from the commands, one view at a time, the info bars and the two
@@ -40,8 +41,8 @@ class Frame : public QMainWindow {
     void showView(QWidget* view);
     QWidget* view() const;
 
-    /// The menu of a list of files, at a place of the screen.
-    void showListMenu(const QPoint& at);
+    /// Fills the menu of a list of files.
+    void fillListMenu(QMenu& menu, ListTable& list);
 
     void setStatus(int pane, const std::string& text);
     /// Of the Page bar; "Page: 2 of 5", or nothing.
@@ -66,6 +67,7 @@ class Frame : public QMainWindow {
     void addInfoBars();
     void addStatusPanes();
     void bindToggles();
+    void showToolBars();
     void useLargeButtons(bool isLarge);
     void setIndicator(const char* picture, std::string_view text);
 
@@ -82,6 +84,7 @@ class Frame : public QMainWindow {
     QLabel* work_ = nullptr;       // pane 0
     QLabel* database_ = nullptr;   // pane 1
     QLabel* indicator_ = nullptr;  // whether the database has passed its self check
+    shell::Mode mode_ = shell::Mode::FileContents;
     bool isPainted_ = false;
 };
 

@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QClipboard>
+#include <QMenu>
 #include <QMimeData>
 #include <QTimer>
 #include <new>
@@ -97,7 +98,11 @@ void Workspace::listFiles() {
         // Behind the drop: whoever drags waits for its end.
         QTimer::singleShot(0, &frame_, [this, paths] { perform([&] { onDrop(paths); }); });
     };
-    fileList_->onContextMenu = [this](const QPoint& at) { frame_.showListMenu(at); };
+    fileList_->onContextMenu = [this](const QPoint& at) {
+        QMenu menu;
+        frame_.fillListMenu(menu, *fileList_);
+        menu.exec(at);
+    };
     dress(*fileList_);
     state_.view = View::FileList;
     frame_.showView(fileList_);
@@ -226,7 +231,9 @@ void Workspace::tellRemarks(const std::string& heading, const std::vector<compon
         // Components that walk the same folders say the same.
         if (("\n" + text).find("\n" + lines) == std::string::npos) text += lines;
     }
-    if (!text.empty()) platform_.ui.message(platform::Icon::Warning, heading + "\n\n" + text);
+    if (text.empty()) return;
+    text.pop_back();  // no empty line at the end
+    platform_.ui.message(platform::Icon::Warning, heading + "\n\n" + text);
 }
 
 void Workspace::refresh() {

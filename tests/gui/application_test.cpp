@@ -684,7 +684,7 @@ TEST(Remarks, AreToldOnceAFaultAndNoNameMakesALineOfItsOwn) {
     desk.work.tellRemarks("Not whole:", {refused, more, hidden, refused, one});
     EXPECT_EQ(desk.world.machine.ui.messages.back().text,
               "Not whole:\n\n1 names refused.\n  /a\\n0 Files changed  no record\n21 could not be added.\n"
-              "1 could not be added.\n");
+              "1 could not be added.");
 }
 
 }  // namespace

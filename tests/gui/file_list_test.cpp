@@ -6,6 +6,7 @@
 #include <QDropEvent>
 #include <QHeaderView>
 #include <QUrl>
+#include <QtTest/QTest>
 
 #include "driving.h"
 #include "files/database_copy.h"
@@ -128,6 +129,43 @@ TEST_F(FileList, TellsWhatIsDroppedAndAskedForAndThatNothingIsListed) {
     QContextMenuEvent menu(QContextMenuEvent::Keyboard, QPoint(1, 1), QPoint(2, 2));
     QApplication::sendEvent(&view, &menu);
     EXPECT_EQ(asked, view.viewport()->mapToGlobal(view.visualRect(model.index(1, 0)).bottomLeft()));
+}
+
+// A digest lost its middle however wide the window was.
+TEST_F(FileList, ShowsLongTextsWholeWhereThereIsRoom) {
+    view.resize(3000, 400);
+    view.show();
+    list(2);
+    const QString digest = model.index(0, 1).data().toString();
+    EXPECT_GT(view.columnWidth(1), view.fontMetrics().horizontalAdvance(digest));
+    const int whole = view.columnWidth(1);
+    view.resize(300, 400);
+    view.fitColumns();
+    EXPECT_LT(view.columnWidth(1), whole);
+}
+
+TEST_F(FileList, GoesToItsFirstAndLastRowByOneKey) {
+    list(3);
+    view.show();
+    view.setCurrentIndex(model.index(1, 2));
+    QTest::keyClick(&view, Qt::Key_End);
+    EXPECT_EQ(view.currentIndex(), model.index(2, 2));
+    QTest::keyClick(&view, Qt::Key_Home);
+    EXPECT_EQ(view.currentIndex(), model.index(0, 2));
+    EXPECT_EQ(view.selectedRows(), std::vector<int>{0});
+}
+
+TEST_F(FileList, OffersCopyingInItsMenu) {
+    list(3);
+    QMenu menu;
+    view.addEditActions(menu);
+    ASSERT_EQ(menu.actions().size(), 2);
+    EXPECT_FALSE(menu.actions()[0]->isEnabled()) << "no row is chosen";
+    menu.actions()[1]->trigger();
+    QMenu again;
+    view.addEditActions(again);
+    again.actions()[0]->trigger();
+    EXPECT_EQ(QApplication::clipboard()->text().count('\n'), 3);
 }
 
 TEST_F(FileList, TurnsItsColoursRoundAndBack) {

@@ -14,6 +14,7 @@
 #include "gui/qt_timers.h"
 #include "gui/qt_tray.h"
 #include "gui/support/icons.h"
+#include "gui/views/list_table.h"
 
 namespace corvalence::gui {
 namespace {
@@ -59,6 +60,30 @@ TEST(Frame, HasEveryCommandInAMenuWithPictureAndFollowsTheState) {
     EXPECT_EQ(frame.actions().action(Command::CheckDatabase)->toolTip(), "Check The Open Database (F5)");
     EXPECT_TRUE(frame.actions().action(Command::RegistryMode)->isChecked()) << "its button shows pressed";
     EXPECT_FALSE(frame.actions().action(Command::FileContentsMode)->isChecked());
+}
+
+TEST(Frame, ShowsTheBarsOfFilesInTheModeOfFilesAloneAndTellsThemApart) {
+    Frame frame;
+    frame.show();
+    const auto& add = find<QToolBar>(frame, "addFilesToolBar");
+    frame.actions().action(Command::AddToolBar)->trigger();
+    frame.update({.mode = Mode::Services});
+    EXPECT_FALSE(add.isVisible());
+    EXPECT_TRUE(find<QToolBar>(frame, "mainToolBar").isVisible());
+    EXPECT_TRUE(frame.isBarShown(Command::AddToolBar)) << "it is shown again in its mode";
+    frame.actions().action(Command::AddToolBar)->trigger();
+    frame.actions().action(Command::AddToolBar)->trigger();
+    EXPECT_FALSE(add.isVisible()) << "not by its command either";
+    frame.update({});
+    EXPECT_TRUE(add.isVisible());
+
+    EXPECT_EQ(frame.actions().action(Command::AddAllFiles)->toolTip(), "Add Files: All Files");
+    EXPECT_EQ(frame.actions().action(Command::RemoveAllFiles)->toolTip(), "Remove Files: All Files");
+    QMenu list;
+    ListTable table;
+    frame.fillListMenu(list, table);
+    EXPECT_TRUE(list.actions().contains(menu(frame, "&Remove Files").menuAction()))
+        << "by itself, Selected Files does not say what becomes of them";
 }
 
 TEST(Frame, RemembersBarsAndButtonsAndRefusesWhatIsNoLayout) {

@@ -5,6 +5,7 @@
 #include <QContextMenuEvent>
 #include <QDropEvent>
 #include <QHeaderView>
+#include <QMenu>
 #include <QPainter>
 #include <QScrollBar>
 #include <QStyledItemDelegate>
@@ -197,10 +198,19 @@ int ListTable::widthOnScreen(int column) const {
 void ListTable::fitColumns() {
     if (model() == nullptr) return;
     const int widest = fontMetrics().averageCharWidth() * kWidestCharacters;
+    std::vector<int> needed;
+    int room = viewport()->width();
     for (int column = 0; column < model()->columnCount(); ++column) {
         const int cells = widthOf(column, 0, kMeasuredRows) + kCellMargin;
-        setColumnWidth(column,
-                       std::min(std::max(cells, horizontalHeader()->sectionSizeHint(column)), widest));
+        needed.push_back(std::max(cells, horizontalHeader()->sectionSizeHint(column)));
+        room -= std::min(needed.back(), widest);
+    }
+    // What the others leave is for those that the limit cuts.
+    for (int column = 0; column < model()->columnCount(); ++column) {
+        const int need = needed[static_cast<std::size_t>(column)];
+        const int more = std::clamp(need - widest, 0, std::max(room, 0));
+        room -= more;
+        setColumnWidth(column, std::min(need, widest + more));
     }
 }
 
@@ -238,6 +248,23 @@ void ListTable::copySelected() const {
     if (!text.isEmpty()) QGuiApplication::clipboard()->setText(text);
 }
 
+void ListTable::addEditActions(QMenu& menu) {
+    // The list handles the keys itself; the menu only tells them.
+    const auto add = [&](const QString& text, QKeySequence::StandardKey keys,
+                         const std::function<void()>& act) {
+        const QString told = QKeySequence(keys).toString(QKeySequence::NativeText);
+        QAction* action = menu.addAction(text + QLatin1Char('\t') + told);
+        connect(action, &QAction::triggered, this, act);
+        return action;
+    };
+    add(QStringLiteral("&Copy"), QKeySequence::Copy, [this] {
+        copySelected();
+    })->setEnabled(!selectedRows().empty());
+    add(QStringLiteral("Select A&ll"), QKeySequence::SelectAll, [this] {
+        selectAll();
+    })->setEnabled(model() != nullptr && model()->rowCount() > 0);
+}
+
 void ListTable::selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) {
     QTableView::selectionChanged(selected, deselected);
     if (onSelectionChanged) onSelectionChanged();
@@ -252,13 +279,28 @@ void ListTable::keyPressEvent(QKeyEvent* event) {
     }
 }
 
+/// Rows are what is gone through: to the first and the last of them, where a table goes to the ends of a row.
+QModelIndex ListTable::moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) {
+    const bool isToAnEnd = action == MoveHome || action == MoveEnd;
+    if (!isToAnEnd || model() == nullptr || model()->rowCount() == 0)
+        return QTableView::moveCursor(action, modifiers);
+    const int row = action == MoveHome ? 0 : model()->rowCount() - 1;
+    return model()->index(row, std::max(currentIndex().column(), 0));
+}
+
 void ListTable::contextMenuEvent(QContextMenuEvent* event) {
     QPoint at = event->globalPos();
     // By the key the menu opens at the row that it is about.
     if (event->reason() == QContextMenuEvent::Keyboard && currentIndex().isValid())
         at = viewport()->mapToGlobal(visualRect(currentIndex()).bottomLeft());
-    if (onContextMenu) onContextMenu(at);
     event->accept();
+    if (onContextMenu) {
+        onContextMenu(at);
+        return;
+    }
+    QMenu menu(this);
+    addEditActions(menu);
+    menu.exec(at);
 }
 
 void ListTable::dragEnterEvent(QDragEnterEvent* event) {

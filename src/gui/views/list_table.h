@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+class QMenu;
+
 namespace corvalence::gui {
 
 /// A list of rows: any number of them is shown at once, since only what is on screen is asked for. Rows are
@@ -13,7 +15,8 @@ class ListTable : public QTableView {
   public:
     explicit ListTable(QWidget* parent = nullptr);
 
-    /// Where the user asks for a menu, by mouse or key, in coordinates of the screen.
+    /// Where the user asks for a menu, by mouse or key, in coordinates of the screen. Until it is set, the
+    /// menu is that of addEditActions().
     std::function<void(const QPoint& at)> onContextMenu;
     /// A row on which Enter was pressed or that was clicked twice.
     std::function<void(int row)> onActivated;
@@ -36,7 +39,8 @@ class ListTable : public QTableView {
     void setEmptyText(const QString& text);
     QString emptyText() const { return emptyText_; }
 
-    /// Widths by what the first rows show. A column that a long text would widen too much keeps to a limit.
+    /// Widths by what the first rows show. A column that a long text would widen too much keeps to a limit,
+    /// but where there is room for all.
     void fitColumns();
 
     /// What the cells of a column that are on screen need.
@@ -47,9 +51,12 @@ class ListTable : public QTableView {
     /// The chosen rows, a line each.
     QString selectedText() const;
     void copySelected() const;
+    /// "Copy" and "Select All", which every menu of a list has.
+    void addEditActions(QMenu& menu);
 
   protected:
     void keyPressEvent(QKeyEvent* event) override;
+    QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
     void dragEnterEvent(QDragEnterEvent* event) override;
     void dragMoveEvent(QDragMoveEvent* event) override;
