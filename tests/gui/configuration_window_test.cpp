@@ -87,6 +87,14 @@ TEST_F(Sheet, HasSixPagesInTheirOrderEachWithItsHelp) {
     EXPECT_LE(window.sizeHint().height(), 700);
 }
 
+// Windows take two thirds of a screen by themselves, and pages scrolled that had room.
+TEST_F(Sheet, OpensAsTallAsItsPages) {
+    ConfigurationWindow window(load(), means());
+    window.show();
+    EXPECT_EQ(window.height(),
+              std::min(window.sizeHint().height(), window.screen()->availableSize().height() - 60));
+}
+
 TEST_F(Sheet, LetsFieldsBeUsedAsTheOthersStand) {
     SheetPages pages = load();
     pages.backup.folder = "/stored/";

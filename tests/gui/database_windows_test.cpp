@@ -94,6 +94,8 @@ TEST_F(DatabaseWindows, OpenListsTheDatabasesOfTheModeAndDeletesAfterAsking) {
     EXPECT_EQ(list.topLevelItem(0)->text(1).toStdString(), world.data("Databases/"));
     EXPECT_EQ(list.topLevelItem(0)->text(2), "12:30:05   29.2.2024");
     EXPECT_EQ(list.topLevelItem(0)->text(3), "Unchecked");
+    EXPECT_GT(list.columnWidth(1), list.fontMetrics().horizontalAdvance(list.topLevelItem(0)->text(1)))
+        << "what the other columns leave is for the location";
 
     world.machine.ui.answers = {false, true};
     QPushButton& remove = find<QPushButton>(window, "deleteButton");

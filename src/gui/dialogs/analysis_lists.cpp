@@ -6,6 +6,7 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QScrollBar>
+#include <algorithm>
 #include <limits>
 
 namespace corvalence::gui {
@@ -16,11 +17,31 @@ using files::AnalysisView;
 using files::FileAnalysis;
 
 constexpr int kRowsOfAWheelStep = 3;
-constexpr int kMargin = 4;             // of a cell's text, in average characters, its mark included
-constexpr int kCharactersOfAPair = 3;  // two digits and a blank
-constexpr int kOffsetCharacters = 12;
+constexpr int kMargin = 4;               // of a cell's text, in average characters, its mark included
+constexpr int kCharactersOfAPair = 3;    // two digits and a blank
+constexpr std::size_t kLeastOffset = 7;  // characters: the column's title
+constexpr int kMarkRoom = 24;            // picture and margin
+constexpr int kChosenShare = 70;         // of 255: what the chosen row has of the colour of choice
+
+QColor blended(const QColor& ground, const QColor& colour) {
+    const auto mixed = [](int a, int b) { return a + (b - a) * kChosenShare / 255; };
+    return {mixed(ground.red(), colour.red()), mixed(ground.green(), colour.green()),
+            mixed(ground.blue(), colour.blue())};
+}
+
+/// The chosen row is lightly shaded, so that its mark and what it says of a difference can be seen.
+void shadeChoice(QTableView& table) {
+    QPalette colours = table.palette();
+    for (const QPalette::ColorGroup group : {QPalette::Active, QPalette::Inactive}) {
+        colours.setColor(group, QPalette::Highlight,
+                         blended(colours.color(group, QPalette::Base), colours.color(QPalette::Highlight)));
+        colours.setColor(group, QPalette::HighlightedText, colours.color(group, QPalette::Text));
+    }
+    table.setPalette(colours);
+}
 
 void prepare(QTableView& table) {
+    shadeChoice(table);
     table.setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
     table.setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     table.setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
@@ -118,12 +139,22 @@ void AnalysisLists::showFrom(std::uint64_t top) {
     showPicked();
 }
 
+int AnalysisLists::offsetWidth() const {
+    const std::size_t digits = std::max(std::to_string(analysis_.size()).size(), kLeastOffset);
+    return static_cast<int>(digits + 1) * lists_[0].table->fontMetrics().averageCharWidth() + kMarkRoom;
+}
+
+int AnalysisLists::wholeWidth() const {
+    const auto row = static_cast<int>(files::rowWidth(AnalysisView::Text)) + 2 * kMargin;
+    return 2 * (offsetWidth() + row * lists_[0].table->fontMetrics().averageCharWidth());
+}
+
 void AnalysisLists::fitColumns() {
     for (const List& list : lists_) {
         const int character = list.table->fontMetrics().averageCharWidth();
         const int last = list.model->columnCount() - 1;
         const auto width = static_cast<int>(files::rowWidth(view_));
-        list.table->setColumnWidth(0, (kOffsetCharacters + kMargin) * character);
+        list.table->setColumnWidth(0, offsetWidth());
         if (last > 1) list.table->setColumnWidth(1, (width * kCharactersOfAPair + kMargin) * character);
         list.table->setColumnWidth(last, (width + kMargin) * character);
     }

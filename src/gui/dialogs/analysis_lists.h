@@ -23,6 +23,8 @@ class AnalysisLists : public QWidget {
     /// Picks a row and brings it on screen.
     void pick(std::uint64_t row);
     std::optional<std::uint64_t> picked() const noexcept { return picked_; }
+    /// What whole rows of both sides take.
+    int wholeWidth() const;
     /// The row at the top of the screen.
     std::uint64_t top() const noexcept { return top_; }
 
@@ -46,6 +48,7 @@ class AnalysisLists : public QWidget {
     void scrollBy(std::int64_t rows);
     bool scrollByKey(int key);
     void showFrom(std::uint64_t top);
+    int offsetWidth() const;
     void fitColumns();
     void showPicked();
 

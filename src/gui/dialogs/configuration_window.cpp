@@ -1,6 +1,7 @@
 #include "gui/dialogs/configuration_window.h"
 
 #include <QDialogButtonBox>
+#include <QScreen>
 #include <QTabWidget>
 #include <QVBoxLayout>
 
@@ -15,6 +16,12 @@
 
 namespace corvalence::gui {
 
+namespace {
+
+constexpr QSize kAround(40, 60);  // that a window leaves of the screen, its frame among it
+
+}  // namespace
+
 ConfigurationWindow::ConfigurationWindow(const shell::SheetPages& pages, const SheetMeans& means,
                                          QWidget* parent)
     : QDialog(parent), tabs_(new QTabWidget(this)) {
@@ -26,6 +33,8 @@ ConfigurationWindow::ConfigurationWindow(const shell::SheetPages& pages, const S
     layout->addWidget(tabs_, 1);
     layout->addWidget(
         makeButtons(*this, QDialogButtonBox::Ok | QDialogButtonBox::Cancel, means.openHelp, {}));
+    // By itself a window takes two thirds of a screen at the most, and fields would scroll on a low one.
+    resize(sizeHint().boundedTo(screen()->availableSize() - kAround));
 }
 
 void ConfigurationWindow::addTabs(const shell::SheetPages& pages, const SheetMeans& means) {

@@ -4,8 +4,10 @@
 #include <QLabel>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QScreen>
 #include <QTimer>
 #include <QVBoxLayout>
+#include <algorithm>
 
 #include "gui/dialogs/analysis_lists.h"
 #include "gui/dialogs/elided_label.h"
@@ -22,6 +24,7 @@ using files::FileAnalysis;
 
 constexpr int kWidth = 980;
 constexpr int kHeight = 620;
+constexpr int kBeside = 40;  // of the screen
 
 std::string_view initiating(AnalysisView view) {
     return view == AnalysisView::Text ? "Initiating File Analysis [Text details]..."
@@ -67,7 +70,9 @@ FileAnalysisWindow::FileAnalysisWindow(store::Vault& vault, const store::OpenDat
     addLists(*layout);
     addSearchRow(*layout);
     addButtons(*layout, openHelp);
-    resize(kWidth, kHeight);
+    // As much of both sides as the screen has room for.
+    const int widest = screen()->availableSize().width() - kBeside;
+    resize(std::clamp(lists_->wholeWidth(), kWidth, std::max(kWidth, widest)), kHeight);
     showView(AnalysisView::Text);
 }
 

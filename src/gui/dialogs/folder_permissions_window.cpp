@@ -1,8 +1,11 @@
 #include "gui/dialogs/folder_permissions_window.h"
 
+#include <QHeaderView>
 #include <QLabel>
 #include <QPushButton>
+#include <QScreen>
 #include <QVBoxLayout>
+#include <algorithm>
 
 #include "base/file_failure.h"
 #include "gui/dialogs/guard_model.h"
@@ -16,6 +19,8 @@ namespace {
 
 constexpr int kListCharacters = 140;
 constexpr int kListLines = 9;
+constexpr int kBesideList = 60;    // margins of a window, and a scroll bar
+constexpr int kBesideWindow = 40;  // of the screen
 
 }  // namespace
 
@@ -27,6 +32,14 @@ ListTable* makeGuardList(GuardModel& model, const char* name, const QString& spo
     const QFontMetrics metrics = list->fontMetrics();
     list->setMinimumSize(metrics.averageCharWidth() * kListCharacters, metrics.lineSpacing() * kListLines);
     return list;
+}
+
+void widenToColumns(QDialog& dialog, const ListTable& list) {
+    const int widest = dialog.screen()->availableSize().width() - kBesideWindow;
+    const QSize usual = dialog.sizeHint();
+    dialog.resize(std::clamp(list.horizontalHeader()->length() + kBesideList, usual.width(),
+                             std::max(usual.width(), widest)),
+                  usual.height());
 }
 
 FolderPermissionsWindow::FolderPermissionsWindow(shell::FolderGuard& guard, shell::FolderState state,
@@ -46,6 +59,7 @@ FolderPermissionsWindow::FolderPermissionsWindow(shell::FolderGuard& guard, shel
     connect(strengthen, &QPushButton::clicked, this, [this] { this->strengthen(); });
     layout->addWidget(buttons);
     showState();
+    widenToColumns(*this, *list_);
 }
 
 void FolderPermissionsWindow::addTexts(QVBoxLayout& layout) {

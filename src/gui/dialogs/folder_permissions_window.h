@@ -40,6 +40,9 @@ class FolderPermissionsWindow : public QDialog {
     ListTable* list_ = nullptr;
 };
 
+/// As wide as the list's columns, where the screen has the room.
+void widenToColumns(QDialog& dialog, const ListTable& list);
+
 /// A list of such entries with its name.
 ListTable* makeGuardList(GuardModel& model, const char* name, const QString& spoken, QWidget& parent);
 

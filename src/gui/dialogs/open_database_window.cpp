@@ -20,9 +20,10 @@ namespace {
 
 constexpr int kWidth = 820;
 constexpr int kHeight = 420;
-constexpr int kNameCharacters = 24;
-constexpr int kLocationCharacters = 44;
-constexpr int kTimeCharacters = 26;
+constexpr int kWidestName = 40;  // characters
+constexpr int kCellMargin = 12;
+
+enum Column : int { kName, kLocation, kCreated, kLastCheck };
 
 }  // namespace
 
@@ -49,10 +50,9 @@ void OpenDatabaseWindow::addList() {
     list_->setRootIsDecorated(false);
     list_->setUniformRowHeights(true);
     list_->setAllColumnsShowFocus(true);
-    const int character = list_->fontMetrics().averageCharWidth();
-    list_->setColumnWidth(0, kNameCharacters * character);
-    list_->setColumnWidth(1, kLocationCharacters * character);
-    list_->setColumnWidth(2, kTimeCharacters * character);
+    list_->setTextElideMode(Qt::ElideMiddle);
+    list_->header()->setStretchLastSection(false);
+    list_->header()->setSectionResizeMode(kLocation, QHeaderView::Stretch);
     connect(list_, &QTreeWidget::itemSelectionChanged, this, [this] { enableButtons(); });
     connect(list_, &QTreeWidget::itemDoubleClicked, this, [this] { accept(); });
     layout()->addWidget(list_);
@@ -83,11 +83,16 @@ void OpenDatabaseWindow::fill() {
     list_->clear();
     for (const store::IndexRecord& record : records_) {
         auto* row = new QTreeWidgetItem(list_);
-        row->setText(0, shown(system.paths.fileName(record.path)));
-        row->setText(1, shown(system.paths.folder(record.path)));
-        row->setToolTip(1, shown(record.path).toHtmlEscaped());
-        row->setText(2, shown(platform::formatFileTime(system.clock, record.created)));
-        row->setText(3, shown(files::lastCheckText(record.lastCheck, system.clock)));
+        row->setText(kName, shown(system.paths.fileName(record.path)));
+        row->setText(kLocation, shown(system.paths.folder(record.path)));
+        row->setToolTip(kLocation, shown(record.path).toHtmlEscaped());
+        row->setText(kCreated, shown(platform::formatFileTime(system.clock, record.created)));
+        row->setText(kLastCheck, shown(files::lastCheckText(record.lastCheck, system.clock)));
+    }
+    for (const int column : {kName, kCreated, kLastCheck}) {
+        list_->resizeColumnToContents(column);
+        list_->setColumnWidth(column, std::min(list_->columnWidth(column) + kCellMargin,
+                                               list_->fontMetrics().averageCharWidth() * kWidestName));
     }
     if (!records_.empty()) list_->setCurrentItem(list_->topLevelItem(0));
     enableButtons();

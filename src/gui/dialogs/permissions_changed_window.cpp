@@ -20,9 +20,10 @@ PermissionsChangedWindow::PermissionsChangedWindow(const shell::GuardCheck& chec
     auto* layout = new QVBoxLayout(this);
     addAlarm(*layout, check.result == shell::GuardResult::Damaged);
     addRows(*layout, "previousList", shell::kGuardBefore, check.before);
-    addRows(*layout, "nowList", shell::kGuardNow, check.now.rows);
+    const ListTable* now = addRows(*layout, "nowList", shell::kGuardNow, check.now.rows);
     layout->addWidget(makeButtons(*this, QDialogButtonBox::Ok | QDialogButtonBox::Help, openHelp,
                                   QStringLiteral("permissionschanged")));
+    widenToColumns(*this, *now);
 }
 
 void PermissionsChangedWindow::addAlarm(QVBoxLayout& layout, bool isDamaged) {
@@ -35,8 +36,8 @@ void PermissionsChangedWindow::addAlarm(QVBoxLayout& layout, bool isDamaged) {
     layout.addWidget(damage);
 }
 
-void PermissionsChangedWindow::addRows(QVBoxLayout& layout, const char* name, std::string_view label,
-                                       const std::vector<shell::GuardRow>& rows) {
+ListTable* PermissionsChangedWindow::addRows(QVBoxLayout& layout, const char* name, std::string_view label,
+                                             const std::vector<shell::GuardRow>& rows) {
     auto* model = new GuardModel(this);
     model->setRows(rows);
     ListTable* list = makeGuardList(*model, name, shown(label), *this);
@@ -45,6 +46,7 @@ void PermissionsChangedWindow::addRows(QVBoxLayout& layout, const char* name, st
     text->setBuddy(list);
     layout.addWidget(text);
     layout.addWidget(list, 1);
+    return list;
 }
 
 }  // namespace corvalence::gui

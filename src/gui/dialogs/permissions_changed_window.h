@@ -9,6 +9,8 @@ class QVBoxLayout;
 
 namespace corvalence::gui {
 
+class ListTable;
+
 /// Tells that the folder's access list is not as it was accepted: both states, one below the other.
 class PermissionsChangedWindow : public QDialog {
   public:
@@ -17,8 +19,8 @@ class PermissionsChangedWindow : public QDialog {
 
   private:
     void addAlarm(QVBoxLayout& layout, bool isDamaged);
-    void addRows(QVBoxLayout& layout, const char* name, std::string_view label,
-                 const std::vector<shell::GuardRow>& rows);
+    ListTable* addRows(QVBoxLayout& layout, const char* name, std::string_view label,
+                       const std::vector<shell::GuardRow>& rows);
 };
 
 }  // namespace corvalence::gui
