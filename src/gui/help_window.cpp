@@ -2,6 +2,7 @@
 
 #include <QAction>
 #include <QResource>
+#include <QShortcut>
 #include <QTextBrowser>
 #include <QToolBar>
 
@@ -29,6 +30,8 @@ HelpWindow::HelpWindow(const std::string& file, QWidget* parent)
     browser_->setOpenLinks(true);
     setCentralWidget(browser_);
     addButtons();
+    for (const auto& keys : {QKeySequence(Qt::Key_Escape), QKeySequence(QKeySequence::Close)})
+        connect(new QShortcut(keys, this), &QShortcut::activated, this, &QWidget::close);
     resize(kSize);
 }
 
@@ -44,8 +47,8 @@ void HelpWindow::addButtons() {
         action->setShortcuts(keys);
         return action;
     };
-    QAction* back = add("report-previous", QStringLiteral("Back"), QKeySequence::Back);
-    QAction* forward = add("report-next", QStringLiteral("Forward"), QKeySequence::Forward);
+    QAction* back = add("page-previous", QStringLiteral("Back"), QKeySequence::Back);
+    QAction* forward = add("page-next", QStringLiteral("Forward"), QKeySequence::Forward);
     back->setEnabled(false);
     forward->setEnabled(false);
     connect(back, &QAction::triggered, browser_, &QTextBrowser::backward);

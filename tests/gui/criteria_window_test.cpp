@@ -132,6 +132,15 @@ TEST_F(CriteriaWindows, StaysOpenAtTheFieldThatIsWrong) {
     EXPECT_FALSE(window.added());
 }
 
+TEST_F(CriteriaWindows, BeginWithTheirFirstField) {
+    CriteriaWindow size = open(CriteriaKind::Size, true);
+    ASSERT_NE(size.focusWidget(), nullptr);
+    EXPECT_EQ(size.focusWidget()->objectName(), "sizeButton0");
+    CriteriaWindow location = open(CriteriaKind::Location, true);
+    ASSERT_NE(location.focusWidget(), nullptr);
+    EXPECT_EQ(location.focusWidget()->objectName(), "locationEdit");
+}
+
 TEST_F(CriteriaWindows, CombinesTheGroupsThatAreChecked) {
     auto window = open(CriteriaKind::Combination, true);
     for (const char* group : {"typeGroup", "contentsGroup"})

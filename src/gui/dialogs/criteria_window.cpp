@@ -30,6 +30,15 @@ QCheckBox* addBox(QLayout& layout, const char* text, const char* name) {
     return box;
 }
 
+/// What of a group the keyboard begins with; where it does not take part yet, the box that has it do so.
+QWidget* firstField(CriteriaGroupBox& group) {
+    if (group.isCheckable()) return &group;
+    QWidget* field = group.nextInFocusChain();
+    while (field != &group && (!group.isAncestorOf(field) || (field->focusPolicy() & Qt::TabFocus) == 0))
+        field = field->nextInFocusChain();
+    return field;
+}
+
 /// Keeps what is typed in a window from starting its work a second time while it is going on.
 class AtWork {
   public:
@@ -54,7 +63,7 @@ CriteriaWindow::CriteriaWindow(store::Vault& vault, store::OpenDatabaseContext& 
     addLocation(*layout);
     if (command.adds) addNotifyBoxes(*layout);
     layout->addWidget(makeButtons(*this, kButtons, openHelp, shown(command.topic)));
-    location_->setFocus();
+    (groups_.empty() ? location_ : firstField(*groups_.front()))->setFocus();
 }
 
 void CriteriaWindow::addGroups(QVBoxLayout& layout) {
