@@ -17,9 +17,6 @@ class SilentProgress : public platform::Progress {
     explicit SilentProgress(const platform::Process& process) : process_(process) {}
 
     bool cancelled() override { return process_.cancelRequested(); }
-    void bar(std::uint32_t) override {}
-    void label(const std::string&) override {}
-    void file(const std::string&, std::uint64_t) override {}
 
   private:
     const platform::Process& process_;
@@ -43,8 +40,8 @@ class LineProgress : public platform::Progress {
         std::replace(label_.begin(), label_.end(), '\n', ' ');
         drawIfDue();
     }
-    void file(const std::string& path, std::uint64_t) override {
-        subject_ = path;
+    void item(const platform::WorkItem& item) override {
+        subject_ = item.name;
         drawIfDue();
     }
 

@@ -51,8 +51,9 @@ class Creation {
             return false;
         }
         add.backups = *backups;
+        progress_ = vault_.platform.ui.openProgress("Creating Complete System Database: " + path_);
         files::AddReport report =
-            files::AddPipeline(vault_, unfinished_.context()).addFound(std::move(scan), add);
+            files::AddPipeline(vault_, unfinished_.context()).addFound(std::move(scan), add, *progress_);
         if (report.cancelled) return cancel();
         created_.components.push_back(accountOf(report));
         return true;
@@ -93,13 +94,12 @@ class Creation {
     }
 
     void fillComponents() {
-        const auto progress = vault_.platform.ui.openProgress("Creating Complete System Database: " + path_);
         std::vector<std::unique_ptr<store::NewFiles>> files;
         for (const ComponentKind& kind : componentKinds()) {
             const auto creation = kind.makeCreation(vault_, machine_);
             files.push_back(std::make_unique<store::NewFiles>(
                 vault_, store::componentFiles(kind.kind, store::Form::Component, path_)));
-            if (!creation->fill(path_, *files.back(), *progress)) {
+            if (!creation->fill(path_, *files.back(), *progress_)) {
                 cancel();
                 return;
             }
@@ -119,6 +119,7 @@ class Creation {
     const SystemCreationOptions& options_;
     store::UnfinishedDatabase& unfinished_;
     const std::string path_;
+    std::unique_ptr<platform::Progress> progress_;  // of all components, behind the search
     SystemCreated created_;
 };
 

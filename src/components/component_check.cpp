@@ -58,7 +58,10 @@ CheckOutcome compareBaseline(const store::Vault& vault, const std::string& file,
     const auto status = vault.platform.files.status(file, platform::Follow::Yes);
     outcome.isEmpty = status && status->size == 0;
     if (outcome.isEmpty) return outcome;
-    outcome.cancelled = !check.compare(progress, sink);
+    {
+        const platform::Watched shown(progress, check);
+        outcome.cancelled = !check.compare(progress, sink);
+    }
     outcome.counts = check.counts();
     outcome.remarks = check.remarks();
     return outcome;

@@ -15,12 +15,7 @@
 
 namespace corvalence::components {
 
-/// A counter of a check.
-struct Count {
-    std::string_view name;  // "files_added", for documents
-    std::string_view text;  // " Files Added.", behind the number
-    std::uint64_t count = 0;
-};
+using platform::Count;
 
 /// What a creation or a check could not record or compare, told beside its results.
 struct Remark {
@@ -51,14 +46,13 @@ class ComponentCreation {
 };
 
 /// Compares the baseline of one kind with the machine.
-class ComponentCheck {
+class ComponentCheck : public platform::Counting {
   public:
-    virtual ~ComponentCheck() = default;
     /// Writes what differs to the report, in the kind's order. False where the user cancelled. Throws
     /// base::FileFailure, files::DatabaseChanged.
     virtual bool compare(platform::Progress& progress, reports::ReportSink& report) = 0;
-    /// Of all kinds of difference, after compare().
-    virtual std::vector<Count> counts() const = 0;
+    /// Of all kinds of difference, also while compare() goes on.
+    std::vector<Count> counts() const override = 0;
     virtual std::vector<Remark> remarks() const = 0;
 };
 

@@ -39,7 +39,7 @@ class DirectoryCheck::Visitor : public WalkVisitor {
     }
     bool file(const std::string& path) override {
         if (progress_.cancelled()) return false;
-        progress_.file(path, check_.lines_.files.size() - check_.nextFile_);
+        progress_.item({path, check_.lines_.files.size() - check_.nextFile_});
         check_.compareFile(path);
         scan_.scan(path, compareStream_);
         showTotal(progress_, kTotalFiles, ++met_);

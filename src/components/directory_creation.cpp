@@ -23,7 +23,7 @@ class DirectoryCreation::Visitor : public WalkVisitor {
     }
     bool file(const std::string& path) override {
         if (progress_.cancelled()) return false;
-        progress_.file(path, 0);
+        progress_.item({path});
         showTotal(progress_, kTotalFiles, ++totals_.files);
         files_.write(directory_file::kFiles, path);
         scan_.scan(path, writeStream_);

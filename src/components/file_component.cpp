@@ -1,19 +1,17 @@
 #include "components/file_component.h"
 
-#include "components/file_report.h"
-
 namespace corvalence::components {
 
 bool FileComponentCheck::compare(platform::Progress& progress, reports::ReportSink& report) {
-    files::FixedReaction ignores(files::Reaction::Ignore, files::RestoreChoice::MoveChangedFile);
-    FileReport findings(report);
-    counts_ = files::FileContentsCheck(vault_, database_, ignores, findings).checkAllFiles(progress).counts;
-    notChecked_ = findings.notChecked();
+    findings_.emplace(report);
+    check_.emplace(vault_, database_, ignores_, *findings_);
+    counts_ = check_->checkAllFiles(progress).counts;
     return !counts_.cancelled;
 }
 
 std::vector<Count> FileComponentCheck::counts() const {
-    return {{"changed", counts_.changed == 1 ? " File changed. " : " Files changed. ", counts_.changed}};
+    const std::uint32_t changed = check_ ? check_->counts().changed : 0;
+    return {{"changed", changed == 1 ? " File changed. " : " Files changed. ", changed}};
 }
 
 std::vector<Remark> FileComponentCheck::remarks() const {
@@ -21,9 +19,9 @@ std::vector<Remark> FileComponentCheck::remarks() const {
     addRemark(
         remarks,
         {"checked", counts_.checked, counts_.checked == 1 ? " File checked. " : " Files checked. ", {}});
-    addRemark(remarks,
-              {"unchecked", counts_.unchecked,
-               counts_.unchecked == 1 ? " File unchecked. " : " Files unchecked. ", notChecked_, true});
+    addRemark(remarks, {"unchecked", counts_.unchecked,
+                        counts_.unchecked == 1 ? " File unchecked. " : " Files unchecked. ",
+                        findings_ ? findings_->notChecked() : std::vector<files::UnreadableEntry>(), true});
     return remarks;
 }
 

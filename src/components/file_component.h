@@ -1,6 +1,9 @@
 #pragma once
 
+#include <optional>
+
 #include "components/component_check.h"
+#include "components/file_report.h"
 #include "files/check.h"
 
 namespace corvalence::components {
@@ -19,8 +22,10 @@ class FileComponentCheck : public ComponentCheck {
   private:
     store::Vault& vault_;
     store::OpenDatabaseContext database_;
+    files::FixedReaction ignores_{files::Reaction::Ignore, files::RestoreChoice::MoveChangedFile};
+    std::optional<FileReport> findings_;
+    std::optional<files::FileContentsCheck> check_;
     files::CheckCounts counts_;
-    std::vector<files::UnreadableEntry> notChecked_;
 };
 
 }  // namespace corvalence::components

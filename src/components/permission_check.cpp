@@ -21,7 +21,7 @@ bool PermissionCheck::compare(platform::Progress& progress, reports::ReportSink&
     const std::uint64_t count = lines_.size();
     for (std::size_t at = 0; at < count; ++at) {
         if (progress.cancelled()) return false;
-        progress.file(std::string(permissionPath(lines_[at])), count - at - 1);
+        progress.item({permissionPath(lines_[at]), count - at - 1});
         showTotal(progress, kTotalFiles, at + 1);
         compareRecord(lines_[at], report);
         if (at % kBarInterval == 0)

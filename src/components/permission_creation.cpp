@@ -25,7 +25,7 @@ class PermissionCreation::Visitor : public WalkVisitor {
     bool beginRoot(std::size_t) override { return !progress_.cancelled(); }
     bool file(const std::string& path) override {
         if (progress_.cancelled()) return false;
-        progress_.file(path, 0);
+        progress_.item({path});
         showTotal(progress_, kTotalFiles, ++met_);
         if (!isComplete_ && PermissionScan::isPassedOver(path)) {
             passedOver_.add(path, {});

@@ -33,6 +33,7 @@ void RegistryFindings::addChanged(std::string_view name, std::string_view before
 }
 
 void RegistryFindings::add(Finding finding) {
+    ++countOf(finding.change);
     if (report_ != nullptr) {
         // One that was removed may yet turn up elsewhere, and an added one may be what turns up.
         const bool isRemoved = finding.change == RegistryChange::Removed;
@@ -66,10 +67,13 @@ bool RegistryFindings::joinMoved(platform::Progress& progress) {
         Finding& other = *found->second.back();
         found->second.pop_back();
         other.isDropped = true;
+        --countOf(RegistryChange::Added);
+        --countOf(RegistryChange::Removed);
         if (finding->value == other.value) {
             finding->isDropped = true;
         } else {
             finding->change = RegistryChange::Changed;
+            ++countOf(RegistryChange::Changed);
             finding->now = other.value;
         }
     }
@@ -79,13 +83,8 @@ bool RegistryFindings::joinMoved(platform::Progress& progress) {
 
 std::vector<Count> RegistryFindings::counts() const {
     std::vector<Count> counts;
-    for (std::size_t row = 0; row < kRegistryChanges.size(); ++row) {
-        const auto count = std::count_if(findings_.begin(), findings_.end(), [&](const Finding& finding) {
-            return static_cast<std::size_t>(finding.change) == row;
-        });
-        counts.push_back(
-            {kRegistryChanges[row].name, kRegistryChanges[row].total, static_cast<std::uint64_t>(count)});
-    }
+    for (std::size_t row = 0; row < kRegistryChanges.size(); ++row)
+        counts.push_back({kRegistryChanges[row].name, kRegistryChanges[row].total, counts_[row]});
     return counts;
 }
 

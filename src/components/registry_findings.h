@@ -53,10 +53,12 @@ class RegistryFindings {
 
     void add(Finding finding);
     static void tell(const Finding& finding, reports::ReportSink& report);
+    std::uint64_t& countOf(RegistryChange change) { return counts_[static_cast<std::size_t>(change)]; }
 
     std::vector<Finding> findings_;
     reports::ReportSink* report_ = nullptr;
     std::unordered_set<std::string> removed_;  // identities, while they are told to it
+    std::array<std::uint64_t, kRegistryChanges.size()> counts_{};
 };
 
 }  // namespace corvalence::components

@@ -36,7 +36,7 @@ bool RegistryWalk::walkKey(const platform::RegistryRootName& root, const std::st
     if (progress_.cancelled()) return false;
     if (isOwn(path)) return true;
     const std::string name = std::string(root.name) + "\\" + path;
-    progress_.file(name, 0);
+    progress_.item({name, 0, platform::WorkItem::Kind::Other});
     platform::RegistryKeyNames below;
     {
         const auto key = registry_.open(root.root, path);

@@ -23,7 +23,7 @@ std::optional<LiveServices> listServices(platform::ServiceManager& manager, plat
     }
     for (std::size_t at = 0; at < services.size(); ++at) {
         if (progress.cancelled()) return std::nullopt;
-        progress.file(services[at].name, services.size() - at - 1);
+        progress.item({services[at].name, services.size() - at - 1, platform::WorkItem::Kind::Other});
         showTotal(progress, kTotalServices, at + 1);
         std::string record = renderService(services[at]);
         const bool fits = record.size() + 2 <= kServiceLineLimit && isServiceRecord(record);

@@ -61,13 +61,12 @@ std::string addReportText(std::uint64_t added, std::uint64_t listed, const std::
 class AddPipeline::Command {
   public:
     Command(store::Vault& vault, store::OpenDatabaseContext& context, const AddOptions& options,
-            std::size_t files, std::uint64_t totalBytes)
+            platform::Progress& progress, std::uint64_t totalBytes)
         : vault_(vault),
           context_(context),
           options_(options),
-          progress_(vault.platform.ui.openProgress((files == 1 ? "Adding file to: " : "Adding files to: ") +
-                                                   context.path())),
-          bytes_(*progress_, totalBytes),
+          progress_(progress),
+          bytes_(progress, totalBytes),
           copy_(vault, context),
           digester_(context.digest()) {
         readListed();
@@ -84,7 +83,9 @@ class AddPipeline::Command {
     /// Adds the files, seals everything and gives the report without its text. `named`: the user gave each by
     /// its name.
     AddReport run(const std::vector<std::string>& paths, bool named) {
+        std::uint64_t remaining = paths.size();
         for (const std::string& path : paths) {
+            progress_.item({path, --remaining});
             if (!add(path, named)) break;
         }
         return finish();
@@ -93,8 +94,7 @@ class AddPipeline::Command {
   private:
     /// False once the user has cancelled.
     bool add(const std::string& path, bool named) {
-        progress_->file(path, 0);
-        if (progress_->cancelled()) return cancel();
+        if (progress_.cancelled()) return cancel();
         const std::string key = vault_.platform.paths.comparisonKey(path);
         if (own_->hasKey(key)) return refuseOwn(path, named);
         if (listed_.contains(key)) {
@@ -154,6 +154,7 @@ class AddPipeline::Command {
         try {
             const auto source = vault_.platform.files.openShared(path);
             status = source->status();
+            if (named) progress_.item({path, 0, platform::WorkItem::Kind::File, status.size});
             if (own_->has(status.identity)) return refuseOwn(path, named);
             if (appender_) appender_->begin();
             begun = true;
@@ -213,7 +214,7 @@ class AddPipeline::Command {
     store::Vault& vault_;
     store::OpenDatabaseContext& context_;
     const AddOptions& options_;
-    std::unique_ptr<platform::Progress> progress_;
+    platform::Progress& progress_;
     ByteProgress bytes_;
     DatabaseCopy copy_;
     FileDigester digester_;
@@ -230,7 +231,8 @@ AddReport AddPipeline::addFiles(const std::vector<std::string>& paths, const Add
         if (const auto status = vault_.platform.files.status(path, platform::Follow::Yes))
             total += status->size;
     }
-    AddReport report = Command(vault_, context_, options, paths.size(), total).run(paths, true);
+    const auto progress = openProgress(paths.size());
+    AddReport report = Command(vault_, context_, options, *progress, total).run(paths, true);
     if (report.added > 0 || report.listed > 0) report.text = addReportText(report.added, report.listed, "*");
     return report;
 }
@@ -256,8 +258,10 @@ AddReport AddPipeline::addLocation(const std::string& location, const Criteria& 
     if (!scan.cancelled && !scan.paths.empty()) {
         report.refused = !hasRoom(scan, options);
         report.declined = !options.proceed({scan.paths.size(), scan.bytes, !report.refused});
-        if (!report.refused && !report.declined)
-            report = Command(vault_, context_, options, scan.paths.size(), scan.bytes).run(scan.paths, false);
+        if (!report.refused && !report.declined) {
+            const auto progress = openProgress(scan.paths.size());
+            report = Command(vault_, context_, options, *progress, scan.bytes).run(scan.paths, false);
+        }
     }
     report.listed += scan.listed;
     report.passedOver = std::move(scan.passedOver);
@@ -267,12 +271,16 @@ AddReport AddPipeline::addLocation(const std::string& location, const Criteria& 
     return report;
 }
 
-AddReport AddPipeline::addFound(AddScan scan, const AddOptions& options) {
-    AddReport report =
-        Command(vault_, context_, options, scan.paths.size(), scan.bytes).run(scan.paths, false);
+AddReport AddPipeline::addFound(AddScan scan, const AddOptions& options, platform::Progress& progress) {
+    AddReport report = Command(vault_, context_, options, progress, scan.bytes).run(scan.paths, false);
     report.passedOver = std::move(scan.passedOver);
     report.text = addReportText(report.added, report.listed, std::string(kAnyLocation));
     return report;
+}
+
+std::unique_ptr<platform::Progress> AddPipeline::openProgress(std::size_t files) const {
+    return vault_.platform.ui.openProgress((files == 1 ? "Adding file to: " : "Adding files to: ") +
+                                           context_.path());
 }
 
 AddScan AddPipeline::search(const std::string& location, const Criteria& criteria,

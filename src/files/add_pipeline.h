@@ -65,12 +65,14 @@ class AddPipeline {
     /// for first, so that a user who cancels the search has changed nothing, and nothing is added where there
     /// is no room for their backups.
     AddReport addLocation(const std::string& location, const Criteria& criteria, const AddOptions& options);
-    /// Adds what a search found on every drive, whatever room there is. Throws what addFiles() does.
-    AddReport addFound(AddScan scan, const AddOptions& options);
+    /// Adds what a search found on every drive, whatever room there is, within work that is shown already.
+    /// Throws what addFiles() does.
+    AddReport addFound(AddScan scan, const AddOptions& options, platform::Progress& progress);
 
   private:
     class Command;
 
+    std::unique_ptr<platform::Progress> openProgress(std::size_t files) const;
     AddScan search(const std::string& location, const Criteria& criteria, const AddOptions& options);
     /// Told where there is none.
     bool hasRoom(const AddScan& scan, const AddOptions& options) const;

@@ -52,7 +52,7 @@ class Search {
         if (!passesWithoutContent(options_.criteria, Candidate::of(path, status), system.paths, system.clock))
             return true;
         if (options_.criteria.readsContent()) {
-            progress_->file(path, 0);
+            progress_->item({path});
             switch (testContent(path)) {
                 case ContentTest::Result::Passes:
                     break;

@@ -77,7 +77,7 @@ CheckSummary FileContentsCheck::checkAllFiles(platform::Progress& progress) {
 void FileContentsCheck::walk(std::uint64_t remaining, ByteProgress& progress) {
     RecordReader reader = copy_.records();
     for (std::string_view line; !counts_.cancelled && reader.next(line); ++line_) {
-        progress_->file(std::string(pathOfLine(line)), --remaining);
+        progress_->item({pathOfLine(line), --remaining});
         if (checkRecord(line, progress)) ++judged_;
         saveIfDue();
     }

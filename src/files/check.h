@@ -90,6 +90,9 @@ class FileContentsCheck {
     /// The same within work that is shown already.
     CheckSummary checkAllFiles(platform::Progress& progress);
 
+    /// As they stand while the check goes on; all but `changed` and `unchecked` come at its end.
+    const CheckCounts& counts() const noexcept { return counts_; }
+
   private:
     struct Totals {
         std::uint32_t records = 0;

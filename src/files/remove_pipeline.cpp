@@ -21,19 +21,14 @@ std::string fileCount(std::uint64_t count) {
 
 /// Shows what its inner progress shows, but is never cancelled: records that are gone take their backups
 /// with them.
-class Uninterrupted : public platform::Progress {
+class Uninterrupted : public platform::ForwardedProgress {
   public:
-    explicit Uninterrupted(platform::Progress& inner) : inner_(inner) {}
+    using ForwardedProgress::ForwardedProgress;
+
     bool cancelled() override {
-        inner_.cancelled();  // a graphical front pumps its events there
+        ForwardedProgress::cancelled();  // a graphical front pumps its events there
         return false;
     }
-    void bar(std::uint32_t position) override { inner_.bar(position); }
-    void label(const std::string& text) override { inner_.label(text); }
-    void file(const std::string& path, std::uint64_t remaining) override { inner_.file(path, remaining); }
-
-  private:
-    platform::Progress& inner_;
 };
 
 }  // namespace
@@ -102,7 +97,7 @@ class RemovePipeline::Command {
                 continue;
             }
             const std::string path(pathOfLine(line));
-            progress_->file(path, selected_ - ++report.removed);
+            progress_->item({path, selected_ - ++report.removed});
             gone.insert(vault_.platform.paths.comparisonKey(path));
             report.cancelled = progress_->cancelled() && report.removed < selected_;
         }
@@ -176,7 +171,7 @@ RemoveReport RemovePipeline::removeMatching(const std::string& location, const C
         if (!passesWithoutContent(criteria, Candidate::of(*record), system.paths, system.clock))
             return Verdict::Stays;
         if (!criteria.readsContent()) return Verdict::Goes;
-        progress.file(record->path, 0);
+        progress.item({record->path});
         try {
             const auto result = content.test(record->path, system.files, progress);
             if (result == ContentTest::Result::Cancelled) return Verdict::Cancelled;

@@ -7,6 +7,7 @@
 #include "core/clean_up.h"
 #include "core/folder_icons.h"
 #include "core/installation.h"
+#include "files/file_type_texts.h"
 #include "gui/check_commands.h"
 #include "gui/database_commands.h"
 #include "gui/dialogs/password_window.h"
@@ -98,6 +99,8 @@ void Application::makeFrame() {
     workspace_ = std::make_unique<Workspace>(platform_, host_.machine, *run_, *frame_, helpOpener());
     ui_.isUnattended = [this] { return schedule_ && schedule_->isUnattended(); };
     ui_.isEnding = [this] { return workspace_->isEnding(); };
+    ui_.typeText = [types = files::FileTypeTexts(platform_.paths, platform_.types)](
+                       std::string_view path) mutable { return types.of(path); };
     workspace_->closeProgram = [this] {
         stop();
         QApplication::quit();

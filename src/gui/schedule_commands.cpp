@@ -37,9 +37,6 @@ class ScheduleCommands::BackgroundProgress : public platform::Progress {
         commands_.pump_.pump();
         return commands_.isCheckLeft_ || commands_.work_.isEnding();
     }
-    void bar(std::uint32_t) override {}
-    void label(const std::string&) override {}
-    void file(const std::string&, std::uint64_t) override {}
 
   private:
     ScheduleCommands& commands_;

@@ -57,21 +57,17 @@ std::string reasonOf(const std::string& message) {
 }
 
 /// Hands the work of a check on to whoever shows it.
-class ToldProgress : public platform::Progress {
+class ToldProgress : public platform::ForwardedProgress {
   public:
-    ToldProgress(std::unique_ptr<platform::Progress> inner, WorkListener& listener)
-        : inner_(std::move(inner)), listener_(listener) {}
+    ToldProgress(platform::Progress& inner, WorkListener& listener)
+        : ForwardedProgress(inner), listener_(listener) {}
 
-    bool cancelled() override { return inner_->cancelled(); }
     void bar(std::uint32_t position) override {
-        inner_->bar(position);
+        ForwardedProgress::bar(position);
         listener_.progress(position);
     }
-    void label(const std::string& text) override { inner_->label(text); }
-    void file(const std::string& path, std::uint64_t remaining) override { inner_->file(path, remaining); }
 
   private:
-    std::unique_ptr<platform::Progress> inner_;
     WorkListener& listener_;
 };
 
@@ -208,7 +204,8 @@ CheckWorker::Findings CheckWorker::writeBlock(const std::string& database,
 void CheckWorker::check(const store::IndexRecord& record, LogBlock& block, Findings& findings) {
     CheckWarning warning(vault_, context_.listener);
     try {
-        ToldProgress progress(context_.openProgress("Checking Database: " + record.path), context_.listener);
+        const auto window = context_.openProgress("Checking Database: " + record.path);
+        ToldProgress progress(*window, context_.listener);
         record.kind == store::DatabaseKind::Numbered
             ? checkFiles(record, block, warning, findings, progress)
             : checkBaseline(record, block, warning, findings, progress);

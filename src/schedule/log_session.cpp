@@ -5,19 +5,15 @@ namespace corvalence::schedule {
 namespace {
 
 /// Remembers that the user has cancelled.
-class Noticing : public platform::Progress {
+class Noticing : public platform::ForwardedProgress {
   public:
-    explicit Noticing(std::unique_ptr<platform::Progress> inner) : inner_(std::move(inner)) {}
+    using ForwardedProgress::ForwardedProgress;
 
     bool wasCancelled() const noexcept { return wasCancelled_; }
 
-    bool cancelled() override { return wasCancelled_ = wasCancelled_ || inner_->cancelled(); }
-    void bar(std::uint32_t position) override { inner_->bar(position); }
-    void label(const std::string& text) override { inner_->label(text); }
-    void file(const std::string& path, std::uint64_t remaining) override { inner_->file(path, remaining); }
+    bool cancelled() override { return wasCancelled_ = wasCancelled_ || ForwardedProgress::cancelled(); }
 
   private:
-    std::unique_ptr<platform::Progress> inner_;
     bool wasCancelled_ = false;
 };
 
@@ -26,7 +22,8 @@ class Noticing : public platform::Progress {
 void LogSession::open() {
     view_.reset();
     platform::Platform& platform = vault_.platform;
-    Noticing progress(platform.ui.openProgress("Analysing Log File..."));
+    const auto window = platform.ui.openProgress("Analysing Log File...");
+    Noticing progress(*window);
     view_ = std::make_unique<LogView>(
         platform.files, path_, alternative_ ? *alternative_ : vault_.session.key, vault_.session.chains.LogIV,
         LogView::Manner{!isWhole_, isDark_}, &progress);

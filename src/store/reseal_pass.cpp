@@ -208,7 +208,7 @@ bool ResealPass::reseal(const std::vector<ResealTarget>& targets, platform::Prog
     }
     Bar bar(progress, total);
     for (std::size_t i = 0; i < targets.size(); ++i) {
-        progress.file(targets[i].path, targets.size() - i - 1);
+        progress.item({targets[i].path, targets.size() - i - 1});
         if (sizes[i] > 0 && !Transfer(*this, targets[i], sizes[i], bar).run()) return false;
     }
     return true;

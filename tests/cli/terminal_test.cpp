@@ -147,14 +147,14 @@ TEST_F(ProgressOnALine, isRewrittenTenTimesASecondAtMost) {
     {
         const auto progress = ui->openProgress("Adding");
         for (int i = 0; i < 1000; ++i)
-            progress->file("/x/" + std::to_string(i), 0);
+            progress->item({"/x/" + std::to_string(i)});
         EXPECT_EQ(err.str(), "");  // no time has passed
         wait();
         progress->label("12 Bytes.");
         EXPECT_EQ(err.str(), "\r12 Bytes.  /x/999\x1b[K");
         progress->bar(platform::Progress::kSteps / 2);
         wait();
-        progress->file("/" + std::string(200, 'a') + "\n\xC3\xA4/end", 1);
+        progress->item({"/" + std::string(200, 'a') + "\n\xC3\xA4/end", 1});
         const std::string line = err.str().substr(err.str().rfind('\r') + 1);
         EXPECT_EQ(line, "50%  12 Bytes.  ..." + std::string(79 - 16 - 3 - 7, 'a') + "\\n\xC3\xA4/end\x1b[K");
         err.str("");
@@ -172,7 +172,7 @@ TEST_F(ProgressOnALine, isNowhereElse) {
         const auto progress = make(quiet)->openProgress("Adding");
         wait();
         progress->bar(1);
-        progress->file("/x", 1);
+        progress->item({"/x", 1});
         progress->label("1 Byte.");
         EXPECT_FALSE(progress->cancelled());
     }

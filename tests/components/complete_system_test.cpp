@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <map>
 
 #include "baseline_world.h"
 #include "failure_of.h"
@@ -121,6 +122,34 @@ TEST_F(CompleteSystem, TellsWhatChangedOfEachComponentAndNothingOfAQuietMachine)
     EXPECT_TRUE(world.restore("b").restored);
     EXPECT_EQ(world.read("b"), "b");
     EXPECT_THAT(world.leftovers(), IsEmpty());
+}
+
+TEST_F(CompleteSystem, ShowsOneWindowForAllComponentsAndCountersThatGrowDuringACheck) {
+    ScriptedUserInterface& ui = world.machine.ui;
+    ui.progressTitles.clear();
+    make();
+    EXPECT_THAT(ui.progressTitles,
+                ElementsAre("Searching...", "Creating Complete System Database: " + file("db")));
+    EXPECT_GE(ui.mostRemaining, 2U) << "files that are still to be added";
+
+    world.write("a/1", "changed");
+    remove("a/2");
+    registry.key(platform::RegistryRoot::LocalMachine, "Software").values[0].text = "2";
+    std::map<std::string, std::uint64_t> seen;  // the most of each counter, while work went on
+    ui.meanwhile = [&] {
+        if (ui.counting == nullptr) return;
+        for (const auto& count : ui.counting->counts())
+            seen[std::string(count.text)] = std::max(seen[std::string(count.text)], count.count);
+    };
+    ui.progressTitles.clear();
+    ASSERT_TRUE(checkSystem());
+    ui.meanwhile = [] {};
+    EXPECT_EQ(ui.progressTitles.back(), "Checking Complete System Database: " + file("db"));
+    EXPECT_EQ(seen[" File changed. "], 1U);
+    EXPECT_EQ(seen[" Files Removed."], 1U);
+    EXPECT_EQ(seen[" Changed Registry Values"], 1U);
+    EXPECT_EQ(seen[" Alternate Data Streams removed."], 0U);
+    EXPECT_EQ(ui.counting, nullptr) << "a counter outlived its check";
 }
 
 TEST_F(CompleteSystem, ShowsTheOldAndTheNewRecordOfAChangedFile) {

@@ -37,8 +37,9 @@ bool flashes(QtUserInterface& ui) {
 TEST(Progress, ComesUpWhereWorkLastsShowsItAndIsCancelled) {
     QtUserInterface ui;
     EXPECT_FALSE(flashes(ui));
+    ui.typeText = [](std::string_view path) { return path.ends_with(".b") ? "B File" : "Other File"; };
     const auto progress = ui.openProgress("Checking all files in Database: /x/" + std::string(400, 'y'));
-    progress->file("/a/\xFF" + std::string(100, 'b'), 12);
+    progress->item({"/a/\xFF" + std::string(100, 'b') + ".b", 12});
     progress->bar(32500);
     const std::string sizes =
         "Number of files to be added: 134812   Total size of files to be added: 21261290875 Bytes [19.80 GB]";
@@ -53,6 +54,7 @@ TEST(Progress, ComesUpWhereWorkLastsShowsItAndIsCancelled) {
     EXPECT_EQ(find<QLabel>(window, "remainingLabel").text(), "Remaining: 12");
     EXPECT_TRUE(find<QLabel>(window, "subjectLabel").text().startsWith("/a/\\xff"))
         << "bytes that are no text";
+    EXPECT_EQ(find<QLabel>(window, "typeLabel").text(), "B File");
     auto& note = find<QLabel>(window, "noteLabel");
     EXPECT_EQ(note.text().toStdString(), sizes);
     EXPECT_LE(note.heightForWidth(note.width()), note.height()) << "cut off";
@@ -64,15 +66,54 @@ TEST(Progress, ComesUpWhereWorkLastsShowsItAndIsCancelled) {
     window.resize(2000, window.height());
     progress->label("so many\nso large");
     EXPECT_TRUE(test::waitFor([&] {
-        progress->file("/a/" + std::string(130, 'b'), 0);
+        progress->item({"/a/" + std::string(130, 'b'), 0, platform::WorkItem::Kind::File, 3000});
         progress->cancelled();
         return find<QLabel>(window, "subjectLabel").text() == "/a/~..." + QString(113, 'b');
     }));
     EXPECT_EQ(find<QLabel>(window, "noteLabel").text(), "so many   so large");
+    EXPECT_EQ(find<QLabel>(window, "typeLabel").text(), "Other File   3000 Bytes.  [2.93 KB].");
 
     QTimer::singleShot(30, [&] { find<QPushButton>(window, "cancelButton").click(); });
     EXPECT_TRUE(test::waitFor([&] { return progress->cancelled(); })) << "the work alone handles the events";
     EXPECT_TRUE(window.isVisible()) << "until the work has stopped";
+}
+
+TEST(Progress, ShowsCountersAsTheyGrowAndNoTypeOfWhatIsNoFile) {
+    class Growing : public platform::Counting {
+      public:
+        std::vector<platform::Count> counts() const override {
+            return {{"added", " Files Added.", added}, {"removed", " Files Removed.", 0}};
+        }
+        std::uint64_t added = 0;
+    };
+    QtUserInterface ui;
+    ui.typeText = [](std::string_view) { return "A Type"; };
+    const auto progress = ui.openProgress("Checking");
+    ASSERT_TRUE(test::waitFor([&] { return !progress->cancelled() && shownWindow() != nullptr; }));
+    auto& window = *shownWindow();
+    const int height = window.height();
+    {
+        Growing growing;
+        const platform::Watched watched(*progress, growing);
+        progress->item({"HKEY_USERS\\x.y", 0, platform::WorkItem::Kind::Other});
+        for (growing.added = 0; growing.added < 3; ++growing.added) {
+            const QString expected = QStringLiteral("%1 Files Added.\n0 Files Removed.").arg(growing.added);
+            EXPECT_TRUE(test::waitFor([&] {
+                return !progress->cancelled() && find<QLabel>(window, "countsLabel").text() == expected;
+            }));
+        }
+    }
+    EXPECT_TRUE(find<QLabel>(window, "typeLabel").text().isEmpty());
+    EXPECT_TRUE(test::waitFor([&] {
+        progress->cancelled();
+        return window.height() > height;
+    })) << "they cover nothing";
+    // What was counted is gone: drawn again, the window asks for no more.
+    progress->bar(1);
+    EXPECT_TRUE(test::waitFor([&] {
+        progress->cancelled();
+        return find<QProgressBar>(window, "progressBar").value() == 1;
+    }));
 }
 
 TEST(UserInterface, LetsWorkBeCancelledFromItsMessagesAndNothingElse) {

@@ -25,6 +25,10 @@ class ScriptedUserInterface : public platform::UserInterface {
     std::vector<Message> messages;
     std::vector<Message> questions;
     std::vector<std::string> statuses;  // of the first pane
+    std::vector<std::string> progressTitles;
+    std::uint64_t mostRemaining = 0;  // items, of all that progress windows told
+    /// The counters that are shown at the moment, if any.
+    const platform::Counting* counting = nullptr;
 
     // What to answer. Where the answers are used up, a question gets its unattended answer.
     std::deque<bool> answers;
@@ -58,7 +62,8 @@ class ScriptedUserInterface : public platform::UserInterface {
         answers.pop_front();
         return answer;
     }
-    std::unique_ptr<platform::Progress> openProgress(const std::string&) override {
+    std::unique_ptr<platform::Progress> openProgress(const std::string& title) override {
+        progressTitles.push_back(title);
         return std::make_unique<ScriptedProgress>(*this);
     }
     void status(int pane, const std::string& text) override {
@@ -76,9 +81,10 @@ class ScriptedUserInterface : public platform::UserInterface {
             if (ui_.meanwhile) ui_.meanwhile();
             return ui_.cancelAt && ui_.cancelQuestions_ >= *ui_.cancelAt;
         }
-        void bar(std::uint32_t) override {}
-        void label(const std::string&) override {}
-        void file(const std::string&, std::uint64_t) override {}
+        void item(const platform::WorkItem& item) override {
+            ui_.mostRemaining = std::max(ui_.mostRemaining, item.remaining);
+        }
+        void watch(const platform::Counting* counting) override { ui_.counting = counting; }
 
       private:
         ScriptedUserInterface& ui_;

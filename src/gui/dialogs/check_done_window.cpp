@@ -19,19 +19,15 @@ namespace {
 constexpr int kMostLines = 24;    // that are seen at once
 constexpr int kCharacters = 110;  // of a line, before it is broken
 
-QString totalText(std::uint64_t count, std::string_view text) {
-    return shown(std::to_string(count).append(text)).trimmed() + QLatin1Char('\n');
-}
-
 QString textOf(const std::vector<CheckDoneWindow::Part>& parts) {
     QString text;
     for (const CheckDoneWindow::Part& part : parts) {
         if (!text.isEmpty()) text += QLatin1Char('\n');
         if (!part.name.isEmpty()) text += part.name + QLatin1Char('\n');
         for (const components::Count& count : part.outcome.counts)
-            text += totalText(count.count, count.text);
+            text += shownCount(count.count, count.text) + QLatin1Char('\n');
         for (const components::Remark& remark : part.outcome.remarks)
-            text += totalText(remark.count, remark.text);
+            text += shownCount(remark.count, remark.text) + QLatin1Char('\n');
     }
     return text.trimmed();
 }

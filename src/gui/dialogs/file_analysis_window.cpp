@@ -51,8 +51,6 @@ class FileAnalysisWindow::Search : public platform::Progress {
         return window_.isStopped_;
     }
     void bar(std::uint32_t position) override { window_.bar_->setValue(static_cast<int>(position)); }
-    void label(const std::string&) override {}
-    void file(const std::string&, std::uint64_t) override {}
 
   private:
     FileAnalysisWindow& window_;

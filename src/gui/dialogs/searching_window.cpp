@@ -22,10 +22,9 @@ class SearchProgress : public platform::Progress {
         pump_.pump();
         return window_.isCancelled();
     }
-    void bar(std::uint32_t) override {}
     void label(const std::string& text) override { window_.setFound(text); }
-    void file(const std::string& path, std::uint64_t) override {
-        if (pump_.isDue()) window_.setFile(path);
+    void item(const platform::WorkItem& item) override {
+        if (pump_.isDue()) window_.setFile(item.name);
     }
 
   private:
@@ -66,7 +65,7 @@ void SearchingWindow::setFound(const std::string& text) {
     size_->setText(shown(std::string_view(text).substr(std::min(end + 1, text.size()))));
 }
 
-void SearchingWindow::setFile(const std::string& path) {
+void SearchingWindow::setFile(std::string_view path) {
     file_->setText(shown(path));
 }
 

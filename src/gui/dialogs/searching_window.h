@@ -19,7 +19,7 @@ class SearchingWindow : public WorkWindow {
     explicit SearchingWindow(QWidget* parent);
 
     void setFound(const std::string& text);
-    void setFile(const std::string& path);
+    void setFile(std::string_view path);
     bool isAtWork() const override { return isSearching_ && !isCancelled_; }
     bool isCancelled() const noexcept { return isCancelled_; }
 

@@ -1,6 +1,7 @@
 #include "gui/support/progress_window.h"
 
 #include <QDialogButtonBox>
+#include <QFileInfo>
 #include <QFontMetrics>
 #include <QGridLayout>
 #include <QLabel>
@@ -18,6 +19,7 @@ namespace {
 constexpr qint64 kUntilShown = 300;  // milliseconds: shorter work needs no window
 constexpr int kCharacters = 64;      // of a path that are seen at once, at the least
 constexpr int kFitting = 124;        // where there is room: a path that is not shortened
+constexpr int kIconSize = 32;
 
 /// A label that is as wide as the window is and never widens it.
 QLabel* addLine(QGridLayout& grid, const char* name) {
@@ -26,8 +28,8 @@ QLabel* addLine(QGridLayout& grid, const char* name) {
     label->setTextFormat(Qt::PlainText);
     label->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
     label->setMinimumWidth(label->fontMetrics().averageCharWidth() * kCharacters);
-    label->setText(QStringLiteral(" "));
-    grid.addWidget(label, grid.rowCount(), 0);
+    label->setMinimumHeight(label->fontMetrics().lineSpacing());  // also where it says nothing
+    grid.addWidget(label, grid.rowCount(), 1);
     return label;
 }
 
@@ -44,28 +46,35 @@ void setWrapped(QLabel& label, const QString& text) {
 
 }  // namespace
 
-ProgressWindow::ProgressWindow(const QString& title, QWidget* parent) : WorkWindow(parent) {
+ProgressWindow::ProgressWindow(const QString& title, TypeText typeText, QWidget* parent)
+    : WorkWindow(parent), typeText_(std::move(typeText)) {
     setObjectName(QStringLiteral("progressWindow"));
     setWindowTitle(title);
     setWindowModality(Qt::ApplicationModal);
     auto* grid = new QGridLayout(this);
     subject_ = addLine(*grid, "subjectLabel");
+    type_ = addLine(*grid, "typeLabel");
     remaining_ = addLine(*grid, "remainingLabel");
     bar_ = new QProgressBar;
     bar_->setObjectName(QStringLiteral("progressBar"));
     bar_->setAccessibleName(title);
     bar_->setRange(0, 0);
-    grid->addWidget(bar_, grid->rowCount(), 0);
+    grid->addWidget(bar_, grid->rowCount(), 1);
     note_ = addLine(*grid, "noteLabel");
     note_->setWordWrap(true);
     note_->setAlignment(Qt::AlignLeft | Qt::AlignTop);
     note_->setFixedHeight(2 * note_->fontMetrics().lineSpacing());
+    counts_ = addLine(*grid, "countsLabel");
+    counts_->hide();
+    icon_ = new QLabel;
+    icon_->setFixedSize(kIconSize, kIconSize);
+    grid->addWidget(icon_, 1, 0, 3, 1, Qt::AlignTop);
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Cancel);
     cancel_ = buttons->button(QDialogButtonBox::Cancel);
     cancel_->setObjectName(QStringLiteral("cancelButton"));
     cancel_->setAutoDefault(false);  // a second Return behind the one that began the work must not end it
     connect(buttons, &QDialogButtonBox::rejected, this, &ProgressWindow::reject);
-    grid->addWidget(buttons, grid->rowCount(), 0);
+    grid->addWidget(buttons, grid->rowCount(), 0, 1, 2);
     resize(std::min(fontMetrics().averageCharWidth() * kFitting, screen()->availableSize().width()),
            sizeHint().height());
     sinceBegin_.start();
@@ -81,11 +90,53 @@ void ProgressWindow::setNote(const QString& text) {
     isChanged_ = true;
 }
 
-void ProgressWindow::setSubject(const std::string& path, std::uint64_t remaining) {
-    path_ = path;
-    filesLeft_ = remaining;
-    hasFiles_ = true;
+void ProgressWindow::setItem(const platform::WorkItem& item) {
+    name_ = item.name;
+    item_ = item;
+    item_.name = name_;
+    hasItem_ = true;
     isChanged_ = true;
+}
+
+void ProgressWindow::watch(const platform::Counting* counting) {
+    counting_ = counting;
+}
+
+const QIcon& ProgressWindow::iconOf(const QString& path) {
+    const QFileInfo file(path);
+    const QString suffix = file.suffix();
+    auto found = iconBySuffix_.find(suffix);
+    if (found == iconBySuffix_.end()) {
+        found = iconBySuffix_.insert(
+            suffix, suffix.isEmpty() ? icons_.icon(QFileIconProvider::File) : icons_.icon(file));
+    }
+    return *found;
+}
+
+void ProgressWindow::drawItem() {
+    setElided(*subject_, shown(files::shortPath(name_)));
+    remaining_->setText(item_.remaining == 0 ? QString()
+                                             : QStringLiteral("Remaining: %L1").arg(item_.remaining));
+    if (item_.kind == platform::WorkItem::Kind::File) {
+        std::string type = typeText_(name_);
+        if (item_.size) type += "   " + files::formatSizeText(*item_.size);
+        setElided(*type_, shown(type));
+        icon_->setPixmap(iconOf(QString::fromStdString(name_)).pixmap(kIconSize));
+    } else {
+        type_->clear();
+        icon_->clear();
+    }
+}
+
+void ProgressWindow::drawCounts() {
+    QStringList lines;
+    for (const platform::Count& count : counting_->counts())
+        lines += shownCount(count.count, count.text);
+    counts_->setText(lines.join(QLatin1Char('\n')));
+    counts_->setVisible(!lines.isEmpty());
+    // Grows with the longest list of counters and stays so.
+    const int height = static_cast<int>(lines.size()) * counts_->fontMetrics().lineSpacing();
+    counts_->setMinimumHeight(std::max(counts_->minimumHeight(), height));
 }
 
 void ProgressWindow::draw() {
@@ -95,9 +146,8 @@ void ProgressWindow::draw() {
         bar_->setValue(position_);
     }
     setWrapped(*note_, noteText_);
-    if (!hasFiles_) return;
-    setElided(*subject_, shown(files::shortPath(path_)));
-    remaining_->setText(filesLeft_ == 0 ? QString() : QStringLiteral("Remaining: %L1").arg(filesLeft_));
+    if (hasItem_) drawItem();
+    if (counting_ != nullptr) drawCounts();
 }
 
 void ProgressWindow::step(EventPump& pump) {
@@ -110,7 +160,7 @@ void ProgressWindow::step(EventPump& pump) {
         show();
         isChanged_ = true;
     }
-    if (isVisible() && isChanged_) draw();
+    if (isVisible() && (isChanged_ || counting_ != nullptr)) draw();
     pump.pump(isVisible());
 }
 
@@ -120,8 +170,9 @@ void ProgressWindow::reject() {
     cancel_->setText(QStringLiteral("Cancelling..."));
 }
 
-WindowProgress::WindowProgress(const std::string& title, QWidget* parent, std::function<bool()> isEnding)
-    : window_(shown(title), parent), isEnding_(std::move(isEnding)) {}
+WindowProgress::WindowProgress(const std::string& title, QWidget* parent, std::function<bool()> isEnding,
+                               TypeText typeText)
+    : window_(shown(title), std::move(typeText), parent), isEnding_(std::move(isEnding)) {}
 
 WindowProgress::~WindowProgress() {
     window_.hide();

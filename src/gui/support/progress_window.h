@@ -2,6 +2,8 @@
 
 #include <QDialog>
 #include <QElapsedTimer>
+#include <QFileIconProvider>
+#include <QHash>
 #include <functional>
 
 #include "gui/support/event_pump.h"
@@ -21,11 +23,15 @@ class WorkWindow : public QDialog {
     virtual bool isAtWork() const = 0;
 };
 
-/// The window of long work: bar, file, remaining files and bytes, and Cancel, which Escape and closing mean
-/// as well. It comes up only where the work lasts, and blocks the other windows from the beginning on.
+/// The text of a file's type by its path.
+using TypeText = std::function<std::string(std::string_view path)>;
+
+/// The window of long work: bar, file with its type, remaining files and bytes, counters, and Cancel, which
+/// Escape and closing mean as well. It comes up only where the work lasts, and blocks the other windows from
+/// the beginning on.
 class ProgressWindow : public WorkWindow {
   public:
-    ProgressWindow(const QString& title, QWidget* parent);
+    ProgressWindow(const QString& title, TypeText typeText, QWidget* parent);
 
     bool isAtWork() const override { return !isCancelled_; }
     bool isCancelled() const noexcept { return isCancelled_; }
@@ -34,25 +40,36 @@ class ProgressWindow : public WorkWindow {
 
     void setBar(int position);
     void setNote(const QString& text);
-    void setSubject(const std::string& path, std::uint64_t remaining);
+    void setItem(const platform::WorkItem& item);
+    void watch(const platform::Counting* counting);
 
     void reject() override;
 
   private:
     void draw();
+    void drawItem();
+    void drawCounts();
+    const QIcon& iconOf(const QString& path);
 
+    QLabel* icon_;
     QLabel* subject_;
+    QLabel* type_;
     QLabel* remaining_;
     QLabel* note_;
+    QLabel* counts_;
     QProgressBar* bar_;
     QPushButton* cancel_;
     QElapsedTimer sinceBegin_;
     QElapsedTimer sinceStep_;
     int position_ = -1;  // nobody knows how much there is to do
     QString noteText_;
-    std::string path_;
-    std::uint64_t filesLeft_ = 0;
-    bool hasFiles_ = false;
+    std::string name_;  // of the item, which its view would not outlive
+    platform::WorkItem item_;
+    const platform::Counting* counting_ = nullptr;
+    TypeText typeText_;
+    QFileIconProvider icons_;
+    QHash<QString, QIcon> iconBySuffix_;  // the system is asked once for each
+    bool hasItem_ = false;
     bool isChanged_ = false;
     bool isCancelled_ = false;
 };
@@ -62,15 +79,15 @@ class WindowProgress : public platform::Progress {
   public:
     /// `isEnding`: whether the work is to be cancelled, whatever the window says.
     WindowProgress(
-        const std::string& title, QWidget* parent, std::function<bool()> isEnding = [] { return false; });
+        const std::string& title, QWidget* parent, std::function<bool()> isEnding = [] { return false; },
+        TypeText typeText = [](std::string_view) { return std::string(); });
     ~WindowProgress() override;
 
     bool cancelled() override;
     void bar(std::uint32_t position) override { window_.setBar(static_cast<int>(position)); }
     void label(const std::string& text) override;
-    void file(const std::string& path, std::uint64_t remaining) override {
-        window_.setSubject(path, remaining);
-    }
+    void item(const platform::WorkItem& item) override { window_.setItem(item); }
+    void watch(const platform::Counting* counting) override { window_.watch(counting); }
 
   private:
     ProgressWindow window_;

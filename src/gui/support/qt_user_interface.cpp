@@ -105,7 +105,7 @@ bool QtUserInterface::ask(platform::Icon icon, const std::string& text, bool una
 }
 
 std::unique_ptr<platform::Progress> QtUserInterface::openProgress(const std::string& title) {
-    return std::make_unique<WindowProgress>(title, frontWindow(), isEnding);
+    return std::make_unique<WindowProgress>(title, frontWindow(), isEnding, typeText);
 }
 
 void QtUserInterface::status(int pane, const std::string& text) {

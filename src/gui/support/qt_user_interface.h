@@ -4,6 +4,7 @@
 #include <QPointer>
 #include <functional>
 
+#include "gui/support/progress_window.h"
 #include "platform/user_interface.h"
 
 namespace corvalence::gui {
@@ -16,6 +17,8 @@ class QtUserInterface : public platform::UserInterface {
     /// Nobody is there: messages stay until somebody comes, and work goes on; questions get the answer for
     /// that case.
     std::function<bool()> isUnattended = [] { return false; };
+    /// What progress windows call the type of a file.
+    TypeText typeText = [](std::string_view) { return std::string(); };
     /// The program is to end: all work is cancelled.
     std::function<bool()> isEnding = [] { return false; };
 

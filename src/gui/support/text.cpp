@@ -14,6 +14,10 @@ QString shownLines(std::string_view text) {
     return QString::fromStdString(base::shown(text, base::LineFeeds::Keep));
 }
 
+QString shownCount(std::uint64_t count, std::string_view text) {
+    return shown(std::to_string(count).append(text)).trimmed();
+}
+
 std::string bytesOf(const QString& text) {
     return text.toStdString();
 }

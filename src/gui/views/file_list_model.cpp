@@ -45,6 +45,7 @@ void FileListModel::load(const store::Vault& vault, const store::OpenDatabaseCon
         auto list = std::make_unique<files::RecordList>(vault, context, pageSize);
         list->show(page);
         vault_ = &vault;
+        if (!types_) types_.emplace(vault.platform.paths, vault.platform.types);
         list_ = std::move(list);
     } catch (...) {
         placeRows();
@@ -95,23 +96,12 @@ int FileListModel::columnCount(const QModelIndex& parent) const {
     return parent.isValid() ? 0 : static_cast<int>(columns().size());
 }
 
-const std::string& FileListModel::typeOf(const std::string& path) const {
-    // The type goes by the extension alone, and asking the system takes long.
-    const platform::Platform& platform = vault_->platform;
-    const std::string_view name = platform.paths.fileName(path);
-    const std::size_t stop = std::min(name.rfind('.'), name.size());
-    const auto [entry, isNew] =
-        types_.try_emplace(std::string(stop == 0 ? std::string_view() : name.substr(stop)));
-    if (isNew) entry->second = files::describeFileType(path, platform.paths, platform.types);
-    return entry->second;
-}
-
 std::string FileListModel::text(std::size_t line, int column) const {
     const std::string path(files::pathOfLine(list_->line(line)));
     const base::PathRules& paths = vault_->platform.paths;
     if (column == Name) return std::string(paths.fileName(path));
     if (column == Location) return std::string(paths.folder(path));
-    if (column == Type) return typeOf(path);
+    if (column == Type) return types_->of(path);
     const auto record = list_->record(line);
     if (!record) return {};
     switch (column) {

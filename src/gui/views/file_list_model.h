@@ -3,10 +3,11 @@
 #include <QAbstractTableModel>
 #include <QIcon>
 #include <memory>
+#include <optional>
 #include <string>
-#include <unordered_map>
 #include <vector>
 
+#include "files/file_type_texts.h"
 #include "files/record_list.h"
 
 namespace corvalence::gui {
@@ -52,12 +53,11 @@ class FileListModel : public QAbstractTableModel {
     void placeRows();
     std::size_t lineOf(int row) const { return order_[static_cast<std::size_t>(row)]; }
     std::string text(std::size_t line, int column) const;
-    const std::string& typeOf(const std::string& path) const;
 
     const store::Vault* vault_ = nullptr;
     std::unique_ptr<files::RecordList> list_;
     std::vector<std::uint32_t> order_;                            // lines of the page as they are shown
-    mutable std::unordered_map<std::string, std::string> types_;  // by what the name ends in
+    mutable std::optional<files::FileTypeTexts> types_;
     int sortColumn_ = -1;
     Qt::SortOrder sortOrder_ = Qt::AscendingOrder;
     QIcon icon_;
