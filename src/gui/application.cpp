@@ -14,6 +14,7 @@
 #include "gui/file_commands.h"
 #include "gui/help_window.h"
 #include "gui/schedule_commands.h"
+#include "gui/support/bars.h"
 #include "gui/support/icons.h"
 #include "gui/support/text.h"
 #include "gui/tool_commands.h"
@@ -191,6 +192,7 @@ void Application::takeSettings() {
     if (isAnimated != isAnimated_) schedule_->setAnimated(isAnimated);
     isAnimated_ = isAnimated;
     infoBars_.start(std::chrono::seconds(configuration.number(settings::key::kInfoBarSeconds)));
+    setThemedBars(configuration.isOn(settings::key::kThemedProgress));
     dataFolder_ = configuration.stored(settings::key::kInstallDirectory).value_or(std::string());
     refreshInfoBars();
 }

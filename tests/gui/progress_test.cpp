@@ -2,11 +2,14 @@
 
 #include <QLabel>
 #include <QProgressBar>
+#include <QProxyStyle>
 #include <QPushButton>
+#include <QStyleFactory>
 #include <QTest>
 #include <QTimer>
 
 #include "driving.h"
+#include "gui/support/bars.h"
 #include "gui/support/progress_window.h"
 #include "gui/support/qt_user_interface.h"
 
@@ -114,6 +117,21 @@ TEST(Progress, ShowsCountersAsTheyGrowAndNoTypeOfWhatIsNoFile) {
         progress->cancelled();
         return find<QProgressBar>(window, "progressBar").value() == 1;
     }));
+}
+
+TEST(Progress, HasBarsOfTheDesktopsStyleWhereItHasOneAndTheSettingSaysSo) {
+    const auto styleOfBar = [](bool isThemed) {
+        setThemedBars(isThemed);
+        const std::unique_ptr<QProgressBar> bar(makeBar());
+        return bar->style();
+    };
+    EXPECT_FALSE(hasThemeStyle()) << "off-screen there is no desktop";
+    EXPECT_EQ(styleOfBar(false), QApplication::style());
+    QApplication::setStyle(new QProxyStyle(QStyleFactory::create("windows")));
+    EXPECT_TRUE(hasThemeStyle());
+    EXPECT_EQ(styleOfBar(true), QApplication::style());
+    EXPECT_EQ(styleOfBar(false)->name(), "fusion");
+    QApplication::setStyle(QStringLiteral("fusion"));
 }
 
 TEST(UserInterface, LetsWorkBeCancelledFromItsMessagesAndNothingElse) {

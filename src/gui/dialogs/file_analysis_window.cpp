@@ -11,6 +11,7 @@
 
 #include "gui/dialogs/analysis_lists.h"
 #include "gui/dialogs/elided_label.h"
+#include "gui/support/bars.h"
 #include "gui/support/dialog_buttons.h"
 #include "gui/support/event_pump.h"
 #include "gui/support/text.h"
@@ -89,7 +90,7 @@ void FileAnalysisWindow::addSearchRow(QVBoxLayout& layout) {
     auto* row = new QHBoxLayout;
     status_ = new ElidedLabel;
     status_->setObjectName(QStringLiteral("statusLabel"));
-    bar_ = new QProgressBar;
+    bar_ = makeBar();
     bar_->setObjectName(QStringLiteral("progressBar"));
     bar_->setAccessibleName(QStringLiteral("Search for differences"));
     bar_->setRange(0, static_cast<int>(platform::Progress::kSteps));

@@ -6,6 +6,7 @@
 #include <QSpinBox>
 #include <QVBoxLayout>
 
+#include "gui/support/bars.h"
 #include "gui/support/text.h"
 
 namespace corvalence::gui {
@@ -37,6 +38,7 @@ void InterfaceTab::addLook() {
         addNumber(look, "infoBarSpin", QStringLiteral("&Update the memory and disk space info bars every:"),
                   QStringLiteral("seconds"), settings::key::kInfoBarSeconds, stored_.infoBarSeconds);
     themed_ = addBox(look, "themedBox", QStringLiteral("&XP Style progress bars."), stored_.themedProgress);
+    themed_->setEnabled(hasThemeStyle());
     folderIcon_ =
         addBox(look, "folderIconBox", QStringLiteral("Corvalence &folder icon."), stored_.folderIcon);
     connect(keepsRecent_, &QCheckBox::toggled, this, [this] { showUsable(); });

@@ -10,6 +10,7 @@
 #include <QScreen>
 
 #include "files/file_texts.h"
+#include "gui/support/bars.h"
 #include "gui/support/text.h"
 
 namespace corvalence::gui {
@@ -55,7 +56,7 @@ ProgressWindow::ProgressWindow(const QString& title, TypeText typeText, QWidget*
     subject_ = addLine(*grid, "subjectLabel");
     type_ = addLine(*grid, "typeLabel");
     remaining_ = addLine(*grid, "remainingLabel");
-    bar_ = new QProgressBar;
+    bar_ = makeBar();
     bar_->setObjectName(QStringLiteral("progressBar"));
     bar_->setAccessibleName(title);
     bar_->setRange(0, 0);
