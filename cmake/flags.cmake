@@ -1,6 +1,10 @@
 find_program(CORVALENCE_CCACHE ccache)
 if(CORVALENCE_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
-    set(CMAKE_CXX_COMPILER_LAUNCHER ${CORVALENCE_CCACHE})
+    # What is compiled with a precompiled header is kept under these two terms alone; no source asks for the time.
+    set(CMAKE_CXX_COMPILER_LAUNCHER ${CMAKE_COMMAND} -E env CCACHE_SLOPPINESS=pch_defines,time_macros ${CORVALENCE_CCACHE})
+    if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+        add_compile_options(-fpch-preprocess)
+    endif()
 endif()
 
 # Every target of the house links corvalence_flags: the one place where compiler flags live.
