@@ -34,17 +34,23 @@ OpenResult DatabaseOpening::prove(const SealedFileRecord& file) {
     completeSave(file);
     if (!system.files.status(file.path, platform::Follow::Yes))
         return recover(file, file.path + " does not exist!");
-    const auto progress =
-        system.ui.openProgress("Database: " + std::string(system.paths.fileName(file.path)));
-    const std::string digest = digestFile(system.files, file.path, progress.get());
+    const std::string digest = shownDigest(file.path);
     if (digest.empty()) return OpenResult::Cancelled;
-    progress->bar(platform::Progress::kSteps);
     if (digest == file.digest) {
         system.ui.status(0, "Database File Integrity Self Check...OK");
         return OpenResult::Opened;
     }
     system.ui.status(0, "Self check...Database File Changed!");
     return recover(file, file.path + " has been changed!");
+}
+
+/// Its window is gone before anything is said: in a message of work there would be something to cancel.
+std::string DatabaseOpening::shownDigest(const std::string& path) {
+    platform::Platform& system = vault_.platform;
+    const auto progress = system.ui.openProgress("Database: " + std::string(system.paths.fileName(path)));
+    std::string digest = digestFile(system.files, path, progress.get());
+    if (!digest.empty()) progress->bar(platform::Progress::kSteps);
+    return digest;
 }
 
 OpenResult DatabaseOpening::recover(const SealedFileRecord& record, const std::string& reason) {

@@ -44,6 +44,7 @@ class DatabaseOpening {
     void settlePendingCreations();
     void completeSave(const SealedFileRecord& file);
     OpenResult prove(const SealedFileRecord& file);
+    std::string shownDigest(const std::string& path);
     OpenResult recover(const SealedFileRecord& record, const std::string& reason);
 
     Vault& vault_;

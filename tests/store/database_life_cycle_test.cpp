@@ -41,6 +41,7 @@ TEST_F(OneDatabase, IsRefusedWhenOneByteChangedAndComesBackFromItsBackup) {
     EXPECT_EQ(world.open(), OpenResult::Restored);
     EXPECT_TRUE(world.machine.ui.saw(
         "The backup database is unchanged. Corvalence has restored the database from backup."));
+    EXPECT_EQ(world.machine.ui.messages.back().duringWork, 0) << "there is nothing left to cancel";
     EXPECT_EQ(world.check().counts().identical, 1U);
     EXPECT_EQ(readWholeFile(world.databasePath()), readWholeFile(backup()));
 }

@@ -19,6 +19,7 @@ class ScriptedUserInterface : public platform::UserInterface {
     struct Message {
         platform::Icon icon;
         std::string text;
+        int duringWork = 0;  // progress windows that were open
     };
 
     // What was shown, oldest first.
@@ -54,9 +55,11 @@ class ScriptedUserInterface : public platform::UserInterface {
         return all;
     }
 
-    void message(platform::Icon icon, const std::string& text) override { messages.push_back({icon, text}); }
+    void message(platform::Icon icon, const std::string& text) override {
+        messages.push_back({icon, text, openProgress_});
+    }
     bool ask(platform::Icon icon, const std::string& text, bool unattended) override {
-        questions.push_back({icon, text});
+        questions.push_back({icon, text, openProgress_});
         if (answers.empty()) return unattended;
         const bool answer = answers.front();
         answers.pop_front();
