@@ -20,12 +20,13 @@ class FileComponentCheck : public ComponentCheck {
     std::vector<Remark> remarks() const override;
 
   private:
+    files::CheckCounts checked() const;
+
     store::Vault& vault_;
     store::OpenDatabaseContext database_;
     files::FixedReaction ignores_{files::Reaction::Ignore, files::RestoreChoice::MoveChangedFile};
     std::optional<FileReport> findings_;
     std::optional<files::FileContentsCheck> check_;
-    files::CheckCounts counts_;
 };
 
 }  // namespace corvalence::components

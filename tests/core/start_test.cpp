@@ -5,6 +5,7 @@
 #include <filesystem>
 
 #include "core/installation.h"
+#include "listed_file.h"
 #include "store/recent_list.h"
 #include "world.h"
 
@@ -98,9 +99,7 @@ TEST(Start, IsForAdministratorsAndAsksThemBeforeAnyPassword) {
 
 TEST(Start, WipesWhatAKilledRunLeftEvenWhenThePasswordIsRefused) {
     World world;
-    world.write("a", "one");
-    world.create();
-    world.add({"a"});
+    listFile(world, "a", "one");
     world.open();
     auto copy = world.vault().working.createPlain(world.databasePath(), ".123456789z");
     copy.file().write(base::bytesOf("plain records"));
@@ -220,9 +219,7 @@ TEST_F(ResetAfterHalfACommit, IsNotUndoneByTheRunThatAskedForThePassword) {
 
 TEST(Reset, EmptiesIndexScheduleAndLogsAfterAsking) {
     World world;
-    world.write("a", "one");
-    world.create();
-    world.add({"a"});
+    listFile(world, "a", "one");
     writeWholeFile(world.data("Permissions"), "state");
     writeWholeFile(world.data("Checking Schedule/Scheduled Checking Log File"), "log");
     store::RecentList(world.configuration(), world.vault().session)

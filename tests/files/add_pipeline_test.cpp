@@ -6,6 +6,7 @@
 
 #include "failure_of.h"
 #include "files/backup_room.h"
+#include "listed_file.h"
 #include "store/backup_pair.h"
 #include "world.h"
 
@@ -158,9 +159,7 @@ TEST(AddPipeline, LeavesOutTheInstallationsOwnWorkingFilesButNotTheIndex) {
 // A container that was added by another of its names once grew until the disk was full.
 TEST(AddPipeline, KnowsItsOwnFilesByWhateverNameTheyAreReached) {
     World world;
-    world.write("a", "one");
-    world.create();
-    world.add({"a"});
+    listFile(world, "a", "one");
     const std::string container = world.data("Backup Files/Backup File 1");
     std::filesystem::create_hard_link(container, world.path("hard"));
     std::vector<std::string> names = {"hard"};
@@ -332,9 +331,7 @@ class Cancelling : public testing::TestWithParam<bool> {};
 TEST_P(Cancelling, KeepsWhatIsCompleteOrRollsBack) {
     const bool keep = GetParam();
     World world;
-    world.write("before", "0");
-    world.create();
-    world.add({"before"});
+    listFile(world, "before", "0");
     const std::string sealedBefore = readWholeFile(world.databasePath());
     world.write("a", "1");
     world.write("b", std::string(1'000'000, 'b'));

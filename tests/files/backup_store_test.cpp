@@ -5,6 +5,7 @@
 #include <filesystem>
 
 #include "crypto/sealed_file.h"
+#include "listed_file.h"
 #include "world.h"
 
 namespace corvalence::test {
@@ -77,9 +78,7 @@ TEST(BackupStore, KeepsTheListInTheOrderOfTheContainer) {
 
 TEST(BackupStore, SealsEachStretchOnItsOwn) {
     World world;
-    world.write("a", "top secret content");
-    world.create();
-    world.add({"a"});
+    listFile(world, "a", "top secret content");
     EXPECT_EQ(std::filesystem::file_size(container(world)), 32U);
     EXPECT_TRUE(world.leftovers("top secret").empty());
     EXPECT_EQ(listText(world), world.path("a") +
@@ -130,9 +129,7 @@ TEST(BackupStore, ReplacesAnEntryInItsPlaceWhateverItsNewLength) {
 // "Backup File 1" was once rewritten as "Backup File 11", which is the eleventh database's own.
 TEST(BackupStore, ReplacesAnEntryWhereAnotherContainersNumberBeginsAlike) {
     World world;
-    world.write("a", "one");
-    world.create();
-    world.add({"a"});
+    listFile(world, "a", "one");
     world.set("Backup\\Backup Database Index", "10");
     world.create("eleventh");
     writeWholeFile(world.data("Backup Files/Backup File 11"), "another's");
@@ -212,9 +209,7 @@ TEST(BackupStore, NeverWritesADamagedBackupOverAFile) {
 
 TEST(BackupStore, RefusesADamagedListAndTouchesNothing) {
     World world;
-    world.write("a", "one");
-    world.create();
-    world.add({"a"});
+    listFile(world, "a", "one");
     const std::string good = listText(world);
     const std::string containerBefore = readWholeFile(container(world));
     world.write("a", "mine");
@@ -271,9 +266,7 @@ TEST(BackupStore, MakesAMissingPairAnewAndSaysSo) {
 TEST(BackupStore, TakesNoBackupsWhenTheyAreSwitchedOff) {
     World world;
     world.set("Config5", "0");
-    world.write("a", "one");
-    world.create();
-    world.add({"a"});
+    listFile(world, "a", "one");
     EXPECT_EQ(std::filesystem::file_size(container(world)), 0U);
     world.write("a", "two");
     EXPECT_EQ(world.restore("a").message,

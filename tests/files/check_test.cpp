@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <filesystem>
 
+#include "listed_file.h"
 #include "machine.h"
 #include "stale_tail.h"
 #include "store/database_index.h"
@@ -44,9 +45,7 @@ TEST(FileContentsCheck, TellsAChangedFileThenAndNow) {
 
 TEST(FileContentsCheck, IgnoresWhatIsNotContent) {
     World world;
-    const std::string path = world.write("a.q7z", "one");
-    world.create();
-    world.add({"a.q7z"});
+    const std::string path = listFile(world, "a.q7z", "one");
     setReadOnly(path, true);
     std::filesystem::last_write_time(path,
                                      std::filesystem::file_time_type::clock::now() - std::chrono::hours(48));
@@ -172,9 +171,7 @@ TEST(FileContentsCheck, SealsCollectedUpdatesEveryFewSecondsAndOnCancel) {
 // The record once went ahead of its backup, and the file could not be restored any more.
 TEST(FileContentsCheck, UpdatesNothingWhenTheFileChangesAgainBeforeItIsBackedUp) {
     World world;
-    world.write("a", "one");
-    world.create();
-    world.add({"a"});
+    listFile(world, "a", "one");
     world.write("a", "two");
     world.open();
     // The first question after the digest is the one before the backup is read.
@@ -197,9 +194,7 @@ TEST(FileContentsCheck, UpdatesNothingWhenTheFileChangesAgainBeforeItIsBackedUp)
 TEST(FileContentsCheck, IsCancelledAnywhereInAnUpdateWithoutPartingRecordAndBackup) {
     World world;
     const std::string old(600'000, 'o');
-    world.write("a", old);
-    world.create();
-    world.add({"a"});
+    listFile(world, "a", old);
     for (std::uint64_t question = 1;; ++question) {
         SCOPED_TRACE(question);
         world.write("a", std::string(600'000, 'n'));
@@ -288,9 +283,7 @@ TEST(FileContentsCheck, TellsOfNoUpdateThatIsNotThere) {
 TEST(FileContentsCheck, MakesNoFirstBackupWhereBackupsAreTurnedOff) {
     World world;
     world.set("Config5", "0");
-    world.write("a", "one");
-    world.create();
-    world.add({"a"});
+    listFile(world, "a", "one");
     world.write("a", "two");
     const CheckOutcome outcome =
         world.check({{Reaction::UpdateWithBackup}, files::RestoreChoice::DeleteChangedFile, false});
@@ -314,9 +307,7 @@ TEST(FileContentsCheck, AllowsNothingButIgnoringTheDatabaseIndex) {
 
 TEST(FileContentsCheck, RefusesADatabaseThatChangedSinceItWasOpened) {
     World world;
-    world.write("a", "one");
-    world.create();
-    world.add({"a"});
+    listFile(world, "a", "one");
     world.open();
     std::string sealed = readWholeFile(world.databasePath());
     sealed[5] = static_cast<char>(sealed[5] ^ 1);

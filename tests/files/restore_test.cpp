@@ -4,6 +4,7 @@
 
 #include <filesystem>
 
+#include "listed_file.h"
 #include "short_folder.h"
 #include "world.h"
 
@@ -41,9 +42,7 @@ TEST(FileRestore, PutsTheContentBackAndTheReadOnlyBitAsRecorded) {
 
 TEST(FileRestore, MovesTheChangedFileAndNeverOverAnOlderOne) {
     World world;
-    world.write("a", "one");
-    world.create();
-    world.add({"a"});
+    listFile(world, "a", "one");
     for (const char* content : {"first", "second", "third"}) {
         world.write("a", content);
         EXPECT_TRUE(world.restore("a", RestoreChoice::MoveChangedFile).restored);
@@ -62,9 +61,7 @@ TEST(FileRestore, TellsWhyItFailedAcrossFileSystems) {
         GTEST_SKIP() << "the machine has one file system only";
     }
     world.set("Changed Files Directory", other.path());
-    world.write("a", "one");
-    world.create();
-    world.add({"a"});
+    listFile(world, "a", "one");
     world.write("a", "changed");
     files::RestoreResult result;
     for (std::uint64_t at = 1; !result.restored; ++at) {
@@ -87,9 +84,7 @@ TEST(FileRestore, TellsWhyItFailedAcrossFileSystems) {
 // Nothing said what one can do, and every command with backups ended there.
 TEST(FileRestore, SaysWhatToDoAboutADamagedListOfBackups) {
     World world;
-    world.write("a", "one");
-    world.create();
-    world.add({"a"});
+    listFile(world, "a", "one");
     const std::string list = world.data("Backup Files/Backup Index 1");
     for (const char* damaged : {"as long as 2 sealed blocks are..", "no whole number of blocks"}) {
         writeWholeFile(list, damaged);
@@ -110,9 +105,7 @@ TEST(FileRestore, SaysWhatToDoAboutADamagedListOfBackups) {
 // "Restoring File..." stayed where the reading of a backup failed.
 TEST(FileRestore, LeavesTheStatusReadyWhereverItFails) {
     World world;
-    world.write("a", "one");
-    world.create();
-    world.add({"a"});
+    listFile(world, "a", "one");
     world.write("a", "changed");
     std::vector<std::string>& statuses = world.machine.ui.statuses;
     std::size_t failures = 0;
@@ -137,9 +130,7 @@ TEST(FileRestore, LeavesTheStatusReadyWhereverItFails) {
 
 TEST(FileRestore, BringsAFileBackThatIsGone) {
     World world;
-    const std::string path = world.write("a", "one");
-    world.create();
-    world.add({"a"});
+    const std::string path = listFile(world, "a", "one");
     fs::remove(path);
     const auto result = world.restore("a", RestoreChoice::MoveChangedFile);
     EXPECT_TRUE(result.restored);
@@ -151,9 +142,7 @@ TEST(FileRestore, BringsAFileBackThatIsGone) {
 
 TEST(FileRestore, LeavesAloneWhatIsNoFileAnyMore) {
     World world;
-    const std::string path = world.write("a", "one");
-    world.create();
-    world.add({"a"});
+    const std::string path = listFile(world, "a", "one");
     fs::remove(path);
     fs::create_directory(path);
     EXPECT_EQ(world.restore("a", RestoreChoice::MoveChangedFile).message,
@@ -164,9 +153,7 @@ TEST(FileRestore, LeavesAloneWhatIsNoFileAnyMore) {
 
 TEST(FileRestore, TouchesNoFileThatBearsTheCandidatesName) {
     World world;
-    world.write("a", "one");
-    world.create();
-    world.add({"a"});
+    listFile(world, "a", "one");
     world.write("a", "two");
     world.write("a.987654321z", "the user's own");
     const auto result = world.restore("a");
@@ -204,9 +191,7 @@ TEST(FileRestore, IsCancelledAnywhereAndChangesNothingThen) {
     world.set("Changed Files Directory", other.path());
     const std::string old(600'000, 'o');
     const std::string changed(600'000, 'c');
-    world.write("a", old);
-    world.create();
-    world.add({"a"});
+    listFile(world, "a", old);
     world.write("a", changed);
     const auto record = world.records().at(0);
     files::RestoreResult result;

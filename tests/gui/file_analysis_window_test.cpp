@@ -13,6 +13,7 @@
 #include "driving.h"
 #include "gui/dialogs/analysis_lists.h"
 #include "gui/dialogs/analysis_model.h"
+#include "listed_file.h"
 #include "world.h"
 
 namespace corvalence::gui {
@@ -26,9 +27,7 @@ using test::find;
 class Comparison : public testing::Test {
   public:
     void begin(const std::string& then, const std::string& now) {
-        world.write("a", then);
-        world.create();
-        world.add({"a"});
+        corvalence::test::listFile(world, "a", then);
         world.write("a", now);
         record = world.records().at(0);
     }

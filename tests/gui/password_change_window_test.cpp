@@ -7,6 +7,7 @@
 #include <QPushButton>
 
 #include "driving.h"
+#include "listed_file.h"
 #include "world.h"
 
 namespace corvalence::gui {
@@ -19,9 +20,7 @@ using test::WhenShown;
 // A wrong current password first: the fields that are kept are still there when the window comes again.
 TEST(PasswordChangeWindow, ChangesThePasswordOnceTheFieldsAreRight) {
     World world;
-    world.write("a", "one");
-    world.create();
-    world.add({"a"});
+    corvalence::test::listFile(world, "a", "one");
     PasswordChangePrompt prompt({});
     std::optional<WhenShown<PasswordChangeWindow>> second;
     WhenShown<PasswordChangeWindow> first([&](PasswordChangeWindow& window) {

@@ -3,6 +3,7 @@
 #include <filesystem>
 
 #include "crypto/sealed_file.h"
+#include "listed_file.h"
 #include "schedule/schedule_list.h"
 #include "short_folder.h"
 #include "store/backup_database.h"
@@ -21,11 +22,7 @@ namespace fs = std::filesystem;
 /// A world with a database of one file.
 class OneDatabase : public testing::Test {
   protected:
-    OneDatabase() {
-        world.write("a", "one");
-        world.create();
-        world.add({"a"});
-    }
+    OneDatabase() { listFile(world, "a", "one"); }
     std::string backup() { return world.data("Databases/db~"); }
 
     World world;

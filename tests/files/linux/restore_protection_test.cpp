@@ -7,6 +7,7 @@
 
 #include <filesystem>
 
+#include "listed_file.h"
 #include "world.h"
 
 namespace corvalence::test {
@@ -22,9 +23,7 @@ struct stat statusOf(const std::string& path) {
 
 TEST(FileRestore, PutsTheContentBackAndKeepsOwnerModeAndAttributes) {
     World world;
-    const std::string path = world.write("a", "one");
-    world.create();
-    world.add({"a"});
+    const std::string path = listFile(world, "a", "one");
     world.write("a", "two");
     chmod(path.c_str(), 04751);
     if (geteuid() == 0) {
